@@ -1,0 +1,84 @@
+#include "order_data/file_system.h"
+
+#include <cerrno>
+#include <cstdio>
+#include <cstring>
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace orderview {
+
+std::string ToNativePath(const CString& path)
+{
+    std::string native = path.str();
+#ifndef _WIN32
+    for (char& c : native)
+        if (c == '\\') c = '/';
+#endif
+    return native;
+}
+
+bool ReadWholeFile(const CString& path, std::string& content)
+{
+    FILE* file = std::fopen(ToNativePath(path).c_str(), "rb");
+    if (!file) return false;
+    std::string data;
+    char chunk[65536];
+    size_t n;
+    while ((n = std::fread(chunk, 1, sizeof chunk, file)) > 0) data.append(chunk, n);
+    const bool ok = !std::ferror(file);
+    std::fclose(file);
+    if (ok) content.swap(data);
+    return ok;
+}
+
+static bool WriteAll(int fd, const std::string& content)
+{
+    size_t done = 0;
+    while (done < content.size()) {
+        const ssize_t n = ::write(fd, content.data() + done, content.size() - done);
+        if (n < 0) {
+            if (errno == EINTR) continue;
+            return false;
+        }
+        done += static_cast<size_t>(n);
+    }
+    return true;
+}
+
+bool ReplaceFileAtomically(const CString& path, const std::string& content)
+{
+    const std::string target = ToNativePath(path);
+    if (target.empty()) return false;
+    std::string tmp = target + ".tmpXXXXXX";
+    const int fd = ::mkstemp(&tmp[0]);
+    if (fd < 0) return false;
+    bool ok = WriteAll(fd, content) && ::fsync(fd) == 0;
+    // mkstemp creates the file 0600; give it the usual permissions of a new file.
+    if (ok) {
+        const mode_t mask = ::umask(0);
+        ::umask(mask);
+        ok = ::fchmod(fd, 0666 & ~mask) == 0;
+    }
+    ok = (::close(fd) == 0) && ok;
+    if (ok) ok = std::rename(tmp.c_str(), target.c_str()) == 0;
+    if (!ok) ::unlink(tmp.c_str());
+    return ok;
+}
+
+bool PathExists(const CString& path)
+{
+    struct stat st;
+    return ::stat(ToNativePath(path).c_str(), &st) == 0;
+}
+
+bool AppendToFile(const CString& path, const std::string& content)
+{
+    FILE* file = std::fopen(ToNativePath(path).c_str(), "ab");
+    if (!file) return false;
+    const bool ok = std::fwrite(content.data(), 1, content.size(), file) == content.size();
+    return (std::fclose(file) == 0) && ok;
+}
+
+}  // namespace orderview

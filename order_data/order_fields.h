@@ -1,0 +1,20 @@
+// Order fields addressed by their names, for tables that list orders column by column (internal).
+#pragma once
+
+#include <string>
+
+#include "order_data/records.h"
+
+namespace orderview {
+namespace detail {
+
+enum class SetFieldResult { Ok, UnknownField, BadValue };
+
+// Sets the order field (or order commodity field) called `name` from its text: texts as they
+// stand, character codes as one character, numbers in decimal.
+SetFieldResult SetOrderField(CBaseOrder_OrderInfo& order, const std::string& name, const std::string& text);
+
+bool IsOrderField(const std::string& name);
+
+}  // namespace detail
+}  // namespace orderview

@@ -1,0 +1,73 @@
+// The platform seam: everything the library needs from the operating system and the host's
+// user-interface framework, behind one small interface, so the library runs and is tested
+// anywhere. Profile files are implemented portably on top of the file functions here
+// (order_data/profile_file.h).
+#pragma once
+
+#include <cstdint>
+#include <vector>
+
+#include "order_data/cstring.h"
+#include "order_data/export.h"
+
+namespace orderview {
+
+// Local date and time, laid out like the Windows SYSTEMTIME.
+struct LocalTime {
+    std::uint16_t wYear = 0;
+    std::uint16_t wMonth = 0;
+    std::uint16_t wDayOfWeek = 0;
+    std::uint16_t wDay = 0;
+    std::uint16_t wHour = 0;
+    std::uint16_t wMinute = 0;
+    std::uint16_t wSecond = 0;
+    std::uint16_t wMilliseconds = 0;
+};
+
+// Message box button sets and answers (the Windows values).
+constexpr unsigned kMbOk = 0x0, kMbOkCancel = 0x1, kMbYesNoCancel = 0x3, kMbYesNo = 0x4;
+constexpr unsigned kMbIconError = 0x10, kMbIconQuestion = 0x20, kMbIconWarning = 0x30,
+                   kMbIconInformation = 0x40;
+constexpr int kIdOk = 1, kIdCancel = 2, kIdYes = 6, kIdNo = 7;
+
+// What a save-as dialog is asked to show.
+struct SaveFileRequest {
+    CString csDefaultExt;     // ".xls"
+    CString csFileName;       // proposed name, may be empty
+    CString csFilter;         // "(*.xls)|*.xls||"
+    bool bOverwritePrompt = true;
+};
+
+class ORDERVIEW_API IPlatform {
+public:
+    virtual ~IPlatform();
+    // The local clock (GetLocalTime).
+    virtual LocalTime GetLocalTime() = 0;
+    // A message box with no owner window; returns the answer (kIdOk, kIdYes, ...).
+    virtual int MessageBox(const CString& text, const CString& caption, unsigned type) = 0;
+    // A save-as dialog; true with the chosen path (backslash form accepted) on OK.
+    virtual bool SaveFileDialog(const SaveFileRequest& request, CString& path) = 0;
+    // File names (without folder) matching a wildcard path such as "C:\main\sys\*.ord".
+    virtual std::vector<CString> FindFiles(const CString& pattern) = 0;
+};
+
+// The real platform: the system clock; message boxes written to standard error and answered
+// with the box's default button (OK, or Yes for a yes/no box); the save-as dialog answered by
+// the environment variable ORDERVIEW_SAVE_AS (cancelled when it is unset or empty); directory
+// listing of the file system.
+class ORDERVIEW_API SystemPlatform : public IPlatform {
+public:
+    LocalTime GetLocalTime() override;
+    int MessageBox(const CString& text, const CString& caption, unsigned type) override;
+    bool SaveFileDialog(const SaveFileRequest& request, CString& path) override;
+    std::vector<CString> FindFiles(const CString& pattern) override;
+};
+
+// Installs `platform` process-wide (null reinstalls the SystemPlatform); the caller keeps it alive.
+ORDERVIEW_API void SetPlatform(IPlatform* platform);
+ORDERVIEW_API IPlatform& GetPlatform();
+
+// Windows-style wildcard match ('*' any run, '?' one character), ignoring ASCII case.
+ORDERVIEW_API bool MatchWildcard(const char* pattern, const char* name);
+
+}  // namespace orderview

@@ -1,0 +1,321 @@
+#include "order_data/profile_file.h"
+
+#include <cerrno>
+#include <cstring>
+#include <string>
+#include <vector>
+
+#include "order_data/file_system.h"
+
+namespace orderview {
+
+namespace {
+
+bool IsLineBlank(char c) { return c == ' ' || c == '\t' || c == '\v'; }
+
+unsigned char Lower(unsigned char c) { return (c >= 'A' && c <= 'Z') ? static_cast<unsigned char>(c + 32) : c; }
+
+bool EqualNoCase(const std::string& a, const std::string& b)
+{
+    if (a.size() != b.size()) return false;
+    for (size_t i = 0; i < a.size(); ++i)
+        if (Lower(static_cast<unsigned char>(a[i])) != Lower(static_cast<unsigned char>(b[i]))) return false;
+    return true;
+}
+
+// Trims space, tab and vertical tab from both ends of [begin, end).
+void TrimRange(const std::string& s, size_t& begin, size_t& end)
+{
+    while (begin < end && IsLineBlank(s[begin])) ++begin;
+    while (end > begin && IsLineBlank(s[end - 1])) --end;
+}
+
+// Names passed by the caller lose outer spaces only (a tab is significant).
+std::string TrimSpaces(const char* text)
+{
+    std::string s = text;
+    const size_t first = s.find_first_not_of(' ');
+    if (first == std::string::npos) return std::string();
+    const size_t last = s.find_last_not_of(' ');
+    return s.substr(first, last - first + 1);
+}
+
+enum class Kind { Blank, Section, Comment, Key, Bare };
+
+struct Line {
+    size_t begin = 0, end = 0;   // content, without the line break
+    size_t next = 0;             // start of the following line
+    Kind kind = Kind::Blank;
+    std::string name;            // section or key name
+    size_t valueBegin = 0, valueEnd = 0;
+    int section = -1;            // index of the owning section header line, -1 before the first
+};
+
+std::vector<Line> SplitLines(const std::string& text)
+{
+    std::vector<Line> lines;
+    int currentSection = -1;
+    size_t pos = 0;
+    while (pos < text.size()) {
+        Line line;
+        line.begin = pos;
+        size_t end = pos;
+        while (end < text.size() && text[end] != '\r' && text[end] != '\n') ++end;
+        line.end = end;
+        if (end < text.size()) {
+            line.next = end + ((text[end] == '\r' && end + 1 < text.size() && text[end + 1] == '\n') ? 2 : 1);
+        } else {
+            line.next = end;
+        }
+        size_t b = line.begin, e = line.end;
+        TrimRange(text, b, e);
+        if (b == e) {
+            line.kind = Kind::Blank;
+        } else if (text[b] == '[') {
+            line.kind = Kind::Section;
+            size_t nb = b + 1;
+            size_t ne = text.find(']', nb);
+            if (ne == std::string::npos || ne > e) ne = e;
+            TrimRange(text, nb, ne);
+            line.name = text.substr(nb, ne - nb);
+            currentSection = static_cast<int>(lines.size());
+        } else if (text[b] == ';') {
+            line.kind = Kind::Comment;
+        } else {
+            const size_t eq = text.find('=', b);
+            if (eq == std::string::npos || eq >= e) {
+                line.kind = Kind::Bare;
+                line.name = text.substr(b, e - b);
+            } else {
+                line.kind = Kind::Key;
+                size_t nb = b, ne = eq;
+                TrimRange(text, nb, ne);
+                line.name = text.substr(nb, ne - nb);
+                size_t vb = eq + 1, ve = e;
+                TrimRange(text, vb, ve);
+                line.valueBegin = vb;
+                line.valueEnd = ve;
+            }
+        }
+        line.section = line.kind == Kind::Section ? static_cast<int>(lines.size()) : currentSection;
+        lines.push_back(line);
+        pos = line.next;
+    }
+    return lines;
+}
+
+// Index of the first section header named `name`, or -1.
+int FindSection(const std::vector<Line>& lines, const std::string& name)
+{
+    for (size_t i = 0; i < lines.size(); ++i)
+        if (lines[i].kind == Kind::Section && EqualNoCase(lines[i].name, name)) return static_cast<int>(i);
+    return -1;
+}
+
+// Index of the first key line named `name` in the section whose header is at `section`, or -1.
+int FindKey(const std::vector<Line>& lines, int section, const std::string& name)
+{
+    for (size_t i = static_cast<size_t>(section) + 1; i < lines.size() && lines[i].section == section; ++i)
+        if (lines[i].kind == Kind::Key && EqualNoCase(lines[i].name, name)) return static_cast<int>(i);
+    return -1;
+}
+
+// The stored value with one pair of matching outer quotes removed and the length wrapped the
+// way the 16-bit length counter of the Windows reader wraps it.
+std::string ValueOf(const std::string& text, const Line& line)
+{
+    size_t b = line.valueBegin, e = line.valueEnd;
+    if (e - b >= 2 && (text[b] == '"' || text[b] == '\'') && text[e - 1] == text[b]) {
+        ++b;
+        --e;
+    }
+    return text.substr(b, (e - b) % 65536);
+}
+
+uint32_t CopyOut(const std::string& value, char* buffer, uint32_t size)
+{
+    if (size == 0) return 0;
+    const size_t n = value.size() < size - 1 ? value.size() : size - 1;
+    std::memcpy(buffer, value.data(), n);
+    buffer[n] = '\0';
+    return static_cast<uint32_t>(n);
+}
+
+// A double-NUL-terminated name list; when cut, the buffer still ends in two NULs.
+uint32_t CopyList(const std::vector<std::string>& names, char* buffer, uint32_t size)
+{
+    if (size < 3) {
+        if (size > 0) buffer[0] = '\0';
+        if (size > 1) buffer[1] = '\0';
+        return 0;
+    }
+    std::string list;
+    for (const auto& name : names) {
+        list += name;
+        list += '\0';
+    }
+    if (list.size() + 1 <= size) {
+        std::memcpy(buffer, list.data(), list.size());
+        buffer[list.size()] = '\0';
+        if (list.empty() && size > 1) buffer[1] = '\0';
+        return static_cast<uint32_t>(list.size());
+    }
+    std::memcpy(buffer, list.data(), size - 2);
+    buffer[size - 2] = '\0';
+    buffer[size - 1] = '\0';
+    return size - 2;
+}
+
+// The caller's default with trailing spaces removed.
+std::string DefaultOf(const char* defaultValue)
+{
+    std::string s = defaultValue ? defaultValue : "";
+    const size_t last = s.find_last_not_of(' ');
+    s.erase(last == std::string::npos ? 0 : last + 1);
+    return s;
+}
+
+const char kLineBreak[] = "\r\n";
+
+}  // namespace
+
+uint32_t GetPrivateProfileStringA(const char* app, const char* key, const char* defaultValue, char* buffer,
+                                  uint32_t size, const char* fileName)
+{
+    if (!buffer) return 0;
+    std::string text;
+    const bool haveFile = fileName && *fileName && ReadWholeFile(fileName, text);
+    const std::vector<Line> lines = haveFile ? SplitLines(text) : std::vector<Line>();
+
+    if (!app) {
+        std::vector<std::string> names;
+        for (const auto& line : lines)
+            if (line.kind == Kind::Section) names.push_back(line.name);
+        return CopyList(names, buffer, size);
+    }
+    const int section = FindSection(lines, TrimSpaces(app));
+    if (!key) {
+        std::vector<std::string> names;
+        if (section >= 0)
+            for (size_t i = static_cast<size_t>(section) + 1; i < lines.size() && lines[i].section == section; ++i)
+                if (lines[i].kind == Kind::Key) names.push_back(lines[i].name);
+        return CopyList(names, buffer, size);
+    }
+    const int found = section >= 0 ? FindKey(lines, section, TrimSpaces(key)) : -1;
+    if (found < 0) return CopyOut(DefaultOf(defaultValue), buffer, size);
+    return CopyOut(ValueOf(text, lines[static_cast<size_t>(found)]), buffer, size);
+}
+
+unsigned int GetPrivateProfileIntA(const char* app, const char* key, int defaultValue, const char* fileName)
+{
+    if (!app || !key) return static_cast<unsigned int>(defaultValue);
+    std::string text;
+    std::string value;
+    if (fileName && *fileName && ReadWholeFile(fileName, text)) {
+        const std::vector<Line> lines = SplitLines(text);
+        const int section = FindSection(lines, TrimSpaces(app));
+        const int found = section >= 0 ? FindKey(lines, section, TrimSpaces(key)) : -1;
+        if (found >= 0) value = ValueOf(text, lines[static_cast<size_t>(found)]);
+    }
+    if (value.empty()) return static_cast<unsigned int>(defaultValue);
+
+    size_t i = 0;
+    while (i < value.size() && static_cast<unsigned char>(value[i]) <= 0x20) ++i;
+    bool negative = false;
+    if (i < value.size() && (value[i] == '+' || value[i] == '-')) negative = value[i++] == '-';
+    unsigned base = 10;
+    if (i + 1 < value.size() && value[i] == '0') {
+        const char p = value[i + 1];
+        if (p == 'x') base = 16;
+        if (p == 'o') base = 8;
+        if (p == 'b') base = 2;
+        if (base != 10) i += 2;
+    }
+    uint32_t result = 0;
+    for (; i < value.size(); ++i) {
+        const char c = value[i];
+        unsigned digit;
+        if (c >= '0' && c <= '9') digit = static_cast<unsigned>(c - '0');
+        else if (c >= 'a' && c <= 'f') digit = static_cast<unsigned>(c - 'a' + 10);
+        else if (c >= 'A' && c <= 'F') digit = static_cast<unsigned>(c - 'A' + 10);
+        else break;
+        if (digit >= base) break;
+        result = result * base + digit;  // wraps modulo 2^32 like the system parser
+    }
+    return negative ? 0u - result : result;
+}
+
+int WritePrivateProfileStringA(const char* app, const char* key, const char* value, const char* fileName)
+{
+    if (!app || !fileName || !*fileName) return 0;
+    const std::string section = TrimSpaces(app);
+    std::string text;
+    const bool existed = ReadWholeFile(fileName, text);
+    if (!existed && PathExists(fileName)) return 0;  // there but unreadable: never overwrite it
+    if (!existed) {
+        // Deleting from a missing file leaves an empty file behind, as the system does.
+        if (!key || !value) return ReplaceFileAtomically(fileName, std::string()) ? 1 : 0;
+        text.clear();
+    }
+    const std::vector<Line> lines = SplitLines(text);
+    const int header = FindSection(lines, section);
+    std::string out;
+
+    if (!key) {
+        // Delete the section: its header and entries go, comments and blank lines stay.
+        if (header < 0) return 1;
+        out.reserve(text.size());
+        for (size_t i = 0; i < lines.size(); ++i) {
+            const Line& line = lines[i];
+            const bool drop = line.section == header && (line.kind == Kind::Section || line.kind == Kind::Key ||
+                                                         line.kind == Kind::Bare);
+            if (!drop) out.append(text, line.begin, line.next - line.begin);
+        }
+        return ReplaceFileAtomically(fileName, out) ? 1 : 0;
+    }
+
+    const std::string name = TrimSpaces(key);
+    const int found = header >= 0 ? FindKey(lines, header, name) : -1;
+    if (!value) {
+        if (found < 0) return 1;
+        const Line& line = lines[static_cast<size_t>(found)];
+        out = text.substr(0, line.begin) + text.substr(line.next);
+        return ReplaceFileAtomically(fileName, out) ? 1 : 0;
+    }
+
+    if (found >= 0) {
+        // Replace the value in place; the key keeps the spelling already in the file.
+        const Line& line = lines[static_cast<size_t>(found)];
+        out = text.substr(0, line.begin);
+        out += line.name;
+        out += '=';
+        out += value;
+        out += line.next > line.end ? text.substr(line.end, line.next - line.end) : std::string(kLineBreak);
+        out += text.substr(line.next);
+    } else if (header >= 0) {
+        // New key after the last entry of its section.
+        size_t last = static_cast<size_t>(header);
+        for (size_t i = last + 1; i < lines.size() && lines[i].section == header; ++i)
+            if (lines[i].kind != Kind::Blank) last = i;
+        const Line& anchor = lines[last];
+        out = text.substr(0, anchor.next);
+        if (anchor.next == anchor.end) out += kLineBreak;  // the anchor ended the file without a break
+        out += name + "=" + value + kLineBreak;
+        out += text.substr(anchor.next);
+    } else {
+        // New section at the end of the file, never joined to an unfinished last line.
+        out = text;
+        if (!out.empty() && out.back() != '\n' && out.back() != '\r') out += kLineBreak;
+        out += "[" + section + "]" + kLineBreak + name + "=" + value + kLineBreak;
+    }
+    return ReplaceFileAtomically(fileName, out) ? 1 : 0;
+}
+
+CString ProfileString(const char* app, const char* key, const char* defaultValue, const char* fileName)
+{
+    char buffer[256];
+    GetPrivateProfileStringA(app, key, defaultValue, buffer, sizeof buffer, fileName);
+    return CString(buffer);
+}
+
+}  // namespace orderview

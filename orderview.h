@@ -1,0 +1,17 @@
+// orderview: the order view data library of the trading front end.
+// One header for everything the library exports.
+#pragma once
+
+#include "order_data/cstring.h"
+#include "order_data/default_host.h"
+#include "order_data/file_system.h"
+#include "order_data/host_api.h"
+#include "order_data/host_services.h"
+#include "order_data/platform.h"
+#include "order_data/profile_file.h"
+#include "order_data/records.h"
+#include "order_data/table_host.h"
+#include "order_data/x1format.h"
+
+#include "format/compare_round.h"
+#include "format/normalize.h"

@@ -1,0 +1,94 @@
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <limits>
+
+#include "format/compare_round.h"
+
+namespace {
+
+const double kNaN = std::numeric_limits<double>::quiet_NaN();
+const double kInf = std::numeric_limits<double>::infinity();
+
+TEST(CompareDoubles, ToleranceIsExclusiveAndComesFirst)
+{
+    struct Case { double a, b; ValuesCompareResult expected; };
+    const Case cases[] = {
+        {1.0, 1.0 + 5e-10, ValuesEqual},
+        {1.0 + 5e-10, 1.0, ValuesEqual},
+        {1.0, 1.0 + 2e-9, ValuesLess},
+        {1.0 + 2e-9, 1.0, ValuesGreater},
+        {0.0, 1e-9, ValuesLess},  // exactly the tolerance is not equal here
+        {1e12 + 1, 1e12, ValuesGreater},
+        {-3.0, 2.0, ValuesLess},
+        {kNaN, 1.0, ValuesLess},
+        {kInf, 1.0, ValuesGreater},
+    };
+    for (const auto& c : cases) EXPECT_EQ(g_CompareDoubles(c.a, c.b), c.expected) << c.a << " vs " << c.b;
+}
+
+TEST(CompareDoubles, DefinitelyTestsAreRelative)
+{
+    struct Case { double a, b; bool greater, less; };
+    const Case cases[] = {
+        {0.0, 0.0, false, false},
+        {1e12 + 1, 1e12, false, false},  // tolerance there is 1000
+        {1e12 + 2000, 1e12, true, false},
+        {1.0, 1.0 + 2e-9, false, true},
+        {2.0, 1.0, true, false},
+        {kNaN, 1.0, false, false},
+    };
+    for (auto c : cases) {
+        EXPECT_EQ(g_bDefinitelyGreaterThan(c.a, c.b), c.greater) << c.a << " vs " << c.b;
+        EXPECT_EQ(g_bDefinitelyLessThan(c.a, c.b), c.less) << c.a << " vs " << c.b;
+    }
+}
+
+TEST(CompareDoubles, DoubleIsEqualBoundsAreInclusive)
+{
+    double a = 0.0, b = 1e-9;
+    EXPECT_TRUE(g_bDoubleIsEqual(a, b));
+    EXPECT_EQ(g_CompareDoubles(a, b), ValuesLess);
+    double c = 0.0, d = -1e-9;
+    EXPECT_TRUE(g_bDoubleIsEqual(c, d));
+    double e = 0.0, f = 1.1e-9;
+    EXPECT_FALSE(g_bDoubleIsEqual(e, f));
+    double n = kNaN;
+    EXPECT_FALSE(g_bDoubleIsEqual(n, n));
+}
+
+TEST(BaseUnit, FromDecimals)
+{
+    struct Case { int decimals; double value; unsigned char expected; };
+    const Case cases[] = {
+        {2, -0.0000000001, 25}, {2, -3.5, 26}, {0, -3, 22}, {12, 7, 21}, {0, 0, 21}, {-4, -1e-10, 21},
+        {1, 0, 23}, {9, 1, 39}, {9, -1, 40}, {10, -5, 22}, {5, 2, 31}, {3, kNaN, 28},  // NaN compares as less than zero
+    };
+    for (const auto& c : cases)
+        EXPECT_EQ(g_byGetBaseUnitFromDot(c.decimals, c.value), c.expected) << c.decimals << " " << c.value;
+}
+
+TEST(BaseUnit, FromMinTick)
+{
+    struct Case { unsigned char unit; double value; double tick; unsigned char expected; };
+    const Case cases[] = {
+        {5, 1.0, 0.005, 5},       // other unit families pass through
+        {41, -1.0, 0.5, 41},
+        {25, 1.0, 0.005, 27},
+        {25, -1.0, 0.005, 28},
+        {21, 3.0, 0.05, 25},
+        {21, 3.0, 0.25, 25},
+        {23, 3.0, 1.0, 21},       // "1.000000" loses every zero
+        {23, -3.0, 1.0, 22},
+        {21, 3.0, 0.0000001, 21}, // below the six decimals of "%f"
+        {21, 3.0, 0.0000015, 33}, // cut to six decimals
+        {21, 3.0, 1e300, 21},
+        {21, 3.0, kNaN, 21},
+        {21, -3.0, -kInf, 22},
+    };
+    for (const auto& c : cases)
+        EXPECT_EQ(g_byGetBaseUnitFromMinTick(X1Format(1, c.unit, c.value), c.tick), c.expected)
+            << int(c.unit) << " " << c.tick;
+}
+
+}  // namespace

@@ -1,0 +1,39 @@
+// A platform for tests: a clock the test sets, message boxes recorded and answered from a
+// queue (then with a fixed answer), a scripted save-as dialog, and the real directory listing.
+#pragma once
+
+#include <deque>
+#include <vector>
+
+#include "order_data/platform.h"
+
+namespace ovtest {
+
+class FakePlatform : public orderview::IPlatform {
+public:
+    struct Box {
+        CString text;
+        CString caption;
+        unsigned type;
+    };
+
+    FakePlatform();   // installs itself
+    ~FakePlatform() override;  // reinstalls the system platform
+
+    void SetDate(int year, int month, int day, int hour = 9, int minute = 0, int second = 0);
+
+    orderview::LocalTime now;
+    std::vector<Box> boxes;
+    std::deque<int> answers;   // answered first to last
+    int defaultAnswer = orderview::kIdOk;
+    bool saveAccepted = false;
+    CString savePath;
+    std::vector<orderview::SaveFileRequest> saveRequests;
+
+    orderview::LocalTime GetLocalTime() override { return now; }
+    int MessageBox(const CString& text, const CString& caption, unsigned type) override;
+    bool SaveFileDialog(const orderview::SaveFileRequest& request, CString& path) override;
+    std::vector<CString> FindFiles(const CString& pattern) override;
+};
+
+}  // namespace ovtest
