@@ -1,0 +1,14 @@
+#!/bin/sh
+# Installs what building, testing and benchmarking orderview needs on Debian 12.
+set -eu
+SUDO=""
+if [ "$(id -u)" != "0" ]; then SUDO="sudo"; fi
+PACKAGES="cmake g++ make libgtest-dev libgmock-dev libbenchmark-dev"
+missing=""
+for p in $PACKAGES; do
+  dpkg -s "$p" >/dev/null 2>&1 || missing="$missing $p"
+done
+if [ -n "$missing" ]; then
+  $SUDO apt-get update -qq
+  DEBIAN_FRONTEND=noninteractive $SUDO apt-get install -y -qq $missing
+fi
