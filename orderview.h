@@ -13,5 +13,9 @@
 #include "order_data/table_host.h"
 #include "order_data/x1format.h"
 
+#include "format/code_display.h"
 #include "format/compare_round.h"
+#include "format/contract_month.h"
 #include "format/normalize.h"
+#include "format/order_state.h"
+#include "format/price_display.h"

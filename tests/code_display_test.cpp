@@ -1,0 +1,199 @@
+#include <gtest/gtest.h>
+
+#include "format/code_display.h"
+#include "order_data/table_host.h"
+
+namespace {
+
+// The substitute host shows every language id as itself, so results are the ids.
+class CodeDisplay : public ::testing::Test {
+protected:
+    void SetUp() override { orderview::SetHostServices(&host); }
+    void TearDown() override { orderview::SetHostServices(nullptr); }
+    orderview::SubstituteHost host;
+};
+
+const char* const kUnknown = "IDS_ORDER-ITEM_STATUS_UNKNOW";
+
+TEST_F(CodeDisplay, SingleCodeTables)
+{
+    struct Case { CString (*show)(unsigned long); unsigned long code; const char* text; };
+    auto bs = [](unsigned long c) { return g_cszDisplayOrderBS(c, 0); };
+    auto cp = [](unsigned long c) { return g_cszDisplayOrderCP(c, 0); };
+    auto com = [](unsigned long c) { return g_cszDisplayOrderComType(c, 0); };
+    auto spread = [](unsigned long c) { return g_cszDisplayOrderComplex(c, 0); };
+    auto day = [](unsigned long c) { return g_cszDisplayOrderDayTrade(c, 0); };
+    auto fore = [](unsigned long c) { return g_cszDisplayOrderOSForeTrade(c, 0); };
+    auto role = [](unsigned long c) { return g_cszDisplayOrderRole(c, 0); };
+    const Case cases[] = {
+        {g_cszDisplayHoursType, '-', "IDS_ORDER-ITEM_STATUS_DASH"},
+        {g_cszDisplayHoursType, 'P', "IDS_ORDER-ITEM_HOURETYPE_AFTER"},
+        {g_cszDisplayHoursType, 'R', "IDS_ORDER-ITEM_HOURETYPE_NORMAL"},
+        {g_cszDisplayHoursType, 'Z', "Z"},
+        {g_cszDisplayHoursType, 0, ""},
+        {bs, 'B', "IDS_ORDER-ITEM_BS_BUYIN"},
+        {bs, 'S', "IDS_ORDER-ITEM_BS_SELLOUT"},
+        {bs, 'N', ""},
+        {bs, 'X', kUnknown},
+        {bs, 'B' + 0x100, kUnknown},
+        {cp, 'C', "IDS_ORDER-ITEM_STATUS_CALL"},
+        {cp, 'P', "IDS_ORDER-ITEM_STATUS_PUT"},
+        {cp, 'c', kUnknown},
+        {com, '7', "IDS_ORDER-COMMON_FUTURE"},
+        {com, '8', "IDS_ORDER-COMMON_OPTION"},
+        {com, '3', "IDS_ORDER-COMMON_FSTOCK"},
+        {com, 'O', "IDS_ORDER-COMMON_STOCK"},
+        {com, '5', kUnknown},
+        {com, '6', kUnknown},
+        {spread, '1', "HTS_ORDER-ITEM_SPREAD_PRICE"},
+        {spread, '2', "HTS_ORDER-ITEM_SPREAD_TIME"},
+        {spread, '3', "HTS_ORDER-ITEM_SPREAD_STRADDLES"},
+        {spread, '4', "HTS_ORDER-ITEM_SPREAD_STRANGLES"},
+        {spread, '5', "HTS_ORDER-ITEM_SPREAD_CONAGLES"},
+        {spread, 'N', "HTS_ORDER-ITEM_SPREAD_NULL"},
+        {spread, 'U', "IDS_ORDER-ITEM_BS_SPREAD"},
+        {spread, '6', kUnknown},
+        {day, 'N', "IDS_CFOREIGNFUTURECTRLVIEW-STRING_OFFSET2"},
+        {day, 'Y', "IDS_CFOREIGNFUTURECTRLVIEW-STRING_OFFSET1"},
+        {day, '-', ""},
+        {day, 'Q', ""},
+        {fore, 'N', "IDS_ORDER-ITEM_OS_COMMON_OFFSET"},
+        {fore, 'Y', "IDS_ORDER-ITEM_OS_NEW"},
+        {fore, ' ', kUnknown},
+        {role, 'F', "IDS_ORDER-ITEM_STATUS_FOK"},
+        {role, 'I', "IDS_ORDER-ITEM_STATUS_IOC"},
+        {role, 'R', "IDS_ORDER-ITEM_STATUS_ROD"},
+        {role, '6', kUnknown},
+    };
+    for (const auto& c : cases) EXPECT_EQ(c.show(c.code), c.text) << std::hex << c.code;
+}
+
+TEST_F(CodeDisplay, PriceTypesIncludingThreeCharacterCodes)
+{
+    struct Case { unsigned long code; const char* text; };
+    const Case cases[] = {
+        {'1', "IDS_ORDER-COMMON_ORDER_MARKETPRICE"},     {'2', "IDS_ORDER-COMMON_LIMITPRICE"},
+        {'5', "IDS_ORDER-COMMON_ORDER_LIMITMKTPRICE"},   {'8', "IDS_CSTOCKCTRLVIEW-STRING_SETVIEWBYODOI15"},
+        {'P', "IDS_ORDER-ITEM_CHANGE-PRICE"},            {0x313031, "IDS_CSTOCKCTRLVIEW-STRING_SETVIEWBYODOI21"},
+        {0x313032, "IDS_CSTOCKCTRLVIEW-STRING_SETVIEWBYODOI23"}, {0x313033, "IDS_CSTOCKCTRLVIEW-STRING_SETVIEWBYODOI22"},
+        {0x313034, "IDS_CSTOCKCTRLVIEW-STRING_SETVIEWBYODOI24"}, {0x313035, kUnknown}, {'9', kUnknown},
+    };
+    for (const auto& c : cases) EXPECT_EQ(g_cszDisplayOrderType(c.code), c.text) << std::hex << c.code;
+}
+
+TEST_F(CodeDisplay, OpenCloseDependsOnDayTradeForBlank)
+{
+    EXPECT_EQ(g_cszDisplayOrderOS(' ', 'Y', 0), "IDS_ORDER-ITEM_OS_DYTRADE_ONOFFSET");
+    EXPECT_EQ(g_cszDisplayOrderOS('D', 'N', 0), "IDS_ORDER-ITEM_OS_DYTRADE_ONOFFSET");
+    EXPECT_EQ(g_cszDisplayOrderOS(' ', 'N', 0), "IDS_ORDER-ITEM_OS_AUTO_OFFSET");
+    EXPECT_EQ(g_cszDisplayOrderOS('7', 'Y', 0), "IDS_ORDER-ITEM_OS_DELETE");
+    EXPECT_EQ(g_cszDisplayOrderOS('N', 0, 0), "IDS_ORDER-ITEM_OS_OFFSET");
+    EXPECT_EQ(g_cszDisplayOrderOS('Y', 0, 0), "IDS_ORDER-ITEM_OS_NEW");
+    EXPECT_EQ(g_cszDisplayOrderOS('X', 0, 0), kUnknown);
+}
+
+TEST_F(CodeDisplay, OrderKind)
+{
+    CBaseOrder_OrderInfo order;
+    struct Case { unsigned long kind; const char* text; };
+    const Case cases[] = {{'1', "IDS_ORDER-ITEM_ORDER"}, {'8', "IDS_ORDER-ITEM_ORDER"}, {'C', "IDS_ORDER-ITEM_DELETE"},
+                          {'P', "IDS_ORDER-ITEM_CHANGE-PRICE"}, {'U', "IDS_ORDER-ITEM_CHANGE"}, {'9', ""}};
+    for (const auto& c : cases) {
+        order.dwOrderKind = static_cast<std::uint32_t>(c.kind);
+        EXPECT_EQ(g_cszDisplayOrderKind(&order, 0), c.text);
+    }
+    EXPECT_EQ(g_cszDisplayOrderKind(nullptr, 0), "");
+}
+
+TEST_F(CodeDisplay, StockSideAndTradeKind)
+{
+    struct Case { char market, kind, side; const char* text; };
+    const Case cases[] = {
+        {'A', 'K', 'S', "IDS_ORDER-ITEM_COMTYPE_STOCK_NORMALIDS_ORDER-ITEM_COMTYPE_STOCK_DTIDS_ORDER-ITEM_BS_SELLOUT"},
+        {'B', '9', 'B', ""},
+        {'E', 'B', 'X', "IDS_ORDER-ITEM_COMTYPE_STOCK_ODD"},
+        {'A', '9', 'B', "IDS_ORDER-ITEM_COMTYPE_STOCK_NORMALIDS_ORDER-ITEM_COMTYPE_STOCK_NORMAL_DTRADE"
+                        "IDS_ORDER-ITEM_COMTYPE_STOCK_NORMAL_DTRADE_BUY"},
+        {'D', 'J', 'S', "IDS_ORDER-ITEM_COMTYPE_STOCK_EODIDS_ORDER-ITEM_COMTYPE_STOCK_EOD_RG"
+                        "IDS_ORDER-ITEM_COMTYPE_STOCK_EOD_RG_SELL"},
+        {'D', 'F', 'X', "IDS_ORDER-ITEM_COMTYPE_STOCK_EODIDS_ORDER-ITEM_COMTYPE_STOCK_EOD_RZ"},
+        {'A', 'A', 'B', "IDS_ORDER-ITEM_COMTYPE_STOCK_NORMALIDS_ORDER-ITEM_COMTYPE_STOCK_NORMAL_S"
+                        "IDS_ORDER-ITEM_COMTYPE_STOCK_NORMAL_S_BUY"},
+        {'O', 'A', 'S', "IDS_ORDER-ITEM_COMTYPE_STOCK_ODD_IntradayIDS_ORDER-ITEM_COMTYPE_STOCK_ODD_Intraday_S"
+                        "IDS_ORDER-ITEM_COMTYPE_STOCK_ODD_Intraday_S_SELL"},
+        {'E', '9', 'B', "IDS_ORDER-ITEM_COMTYPE_STOCK_ODDIDS_ORDER-ITEM_COMTYPE_STOCK_DAYTRADEIDS_ORDER-ITEM_BS_BUYIN"},
+        {'E', 'M', 'S', "IDS_ORDER-ITEM_COMTYPE_STOCK_ODDIDS_ORDER-ITEM_COMTYPE_STOCK_FI_DEBTIDS_ORDER-ITEM_BS_SELLOUT"},
+        {'A', 'L', 'Q', "IDS_ORDER-ITEM_COMTYPE_STOCK_NORMALIDS_ORDER-ITEM_COMTYPE_STOCK_DEBT"},
+        {'A', 'Z', 'B', "IDS_ORDER-ITEM_COMTYPE_STOCK_NORMALIDS_ORDER-ITEM_BS_BUYIN"},
+    };
+    for (const auto& c : cases)
+        EXPECT_EQ(g_cszDisplayOrderStockBSType(c.market, c.kind, c.side, 0), c.text)
+            << c.market << c.kind << c.side;
+}
+
+TEST_F(CodeDisplay, SideOrSpreadByMarket)
+{
+    CBaseOrder_OrderInfo order;
+    order.dwBS = 'S';
+    order.dwComplexKind = 'N';
+    order.commodity.dwMarketKind = '3';
+    EXPECT_EQ(g_cszDisplayOrderBSorComplex(&order, 0), "IDS_ORDER-ITEM_BS_SELLOUT");
+    order.dwComplexKind = '2';
+    EXPECT_EQ(g_cszDisplayOrderBSorComplex(&order, 0), "IDS_ORDER-ITEM_BS_SPREAD");
+    order.dwComplexKind = '0';
+    order.dwBS = 'Q';
+    EXPECT_EQ(g_cszDisplayOrderBSorComplex(&order, 0), "");
+    order.commodity.dwMarketKind = 'E';
+    order.commodity.dwStockTradeKind = 'A';
+    order.dwBS = 'B';
+    EXPECT_EQ(g_cszDisplayOrderBSorComplex(&order, 0),
+              "IDS_ORDER-ITEM_COMTYPE_STOCK_ODDIDS_ORDER-ITEM_COMTYPE_STOCK_ODD_SIDS_ORDER-ITEM_COMTYPE_STOCK_ODD_S_BUY");
+    order.commodity.dwMarketKind = '5';
+    EXPECT_EQ(g_cszDisplayOrderBSorComplex(&order, 0), "");
+    EXPECT_EQ(g_cszDisplayOrderBSorComplex(nullptr, 0), "");
+}
+
+TEST_F(CodeDisplay, TypeAndPriceColumn)
+{
+    host.eFractionType = SpecificFraction_Text;
+    CBaseOrder_OrderInfo order;
+    order.commodity.dwMarketKind = '0';
+    order.dbOrderPrice = 16250;
+    order.dwOrderType = '2';
+    struct Case { unsigned long kind, type; const char* status; double price; const char* text; };
+    const Case cases[] = {
+        {'1', '2', "0000", 16250, "IDS_ORDER-COMMON_ORDER_MARKETPRICE"},
+        {'3', '2', "0000", 16250, "IDS_ORDER-COMMON_ORDER_MARKETPRICE"},
+        {'2', '2', "0000", 16250, "16,250"},
+        {'4', '2', "9997", 16250.5, "16,250.5"},
+        {'5', '2', "0000", 0.0, "IDS_ORDER-COMMON_ORDER_LIMITMKTPRICE"},
+        {'5', '2', "0000", 16250, "IDS_ORDER-COMMON_ORDER_LIMITMKTPRICE16,250"},
+        {'C', '1', "0000", 16250, "IDS_ORDER-COMMON_ORDER_MARKETPRICE"},
+        {'U', '5', "0000", 16250, "IDS_ORDER-COMMON_ORDER_LIMITMKTPRICE"},
+        {'P', '2', "0000", 16250, "16,250"},
+        {'6', '6', "9997", 16250, "IDS_ORDER-COMMON_ORDER_UPPERLMT"},
+        {'7', '7', "CG03", 16250, "IDS_ORDER-COMMON_ORDER_DOWNERLMT"},
+        {'8', '8', "0000", 16250, "16,250"},
+        {0x313032, 0x313032, "9997", 1, "IDS_CSTOCKCTRLVIEW-STRING_SETVIEWBYODOI23"},
+        {0x313034, 0x313031, "0000", 12.5, "12.5"},
+        {'9', '2', "0000", 16250, kUnknown},
+    };
+    for (const auto& c : cases) {
+        order.dwOrderKind = static_cast<std::uint32_t>(c.kind);
+        order.dwOrderType = static_cast<std::uint32_t>(c.type);
+        order.csStatusCode = c.status;
+        order.dbOrderPrice = c.price;
+        EXPECT_EQ(g_cszDisplayOrderTypeAndPrice(&order), c.text) << std::hex << c.kind;
+    }
+    // A strike order held at the gateway shows the strike word whatever its prices.
+    order.commodity.dwMarketKind = 'D';
+    order.dwOrderKind = '2';
+    order.csStatusCode = "9997";
+    EXPECT_EQ(g_cszDisplayOrderTypeAndPrice(&order), "IDS_ORDER-COMMON_ORDER_STRICKERPRICE");
+    order.csStatusCode = "0000";
+    order.dbOrderPrice = 1234.5;
+    EXPECT_EQ(g_cszDisplayOrderTypeAndPrice(&order), "1,234.5");
+    EXPECT_EQ(g_cszDisplayOrderTypeAndPrice(nullptr), "");
+}
+
+}  // namespace
