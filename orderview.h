@@ -19,3 +19,9 @@
 #include "format/normalize.h"
 #include "format/order_state.h"
 #include "format/price_display.h"
+
+#include "smart_orders/market_flags.h"
+#include "smart_orders/move_smt_registry.h"
+#include "smart_orders/oco_registry.h"
+#include "smart_orders/registries.h"
+#include "smart_orders/smt_registry.h"

@@ -1,0 +1,41 @@
+#include <gtest/gtest.h>
+
+#include "smart_orders/market_flags.h"
+#include "smart_orders/registries.h"
+
+namespace {
+
+class MarketFlags : public ::testing::Test {
+protected:
+    void SetUp() override { orderview::ResetSmartOrderRegistries(); }
+    void TearDown() override { orderview::ResetSmartOrderRegistries(); }
+};
+
+TEST_F(MarketFlags, FlagPerSyncType)
+{
+    unsigned char a = 1, b = 2;
+    EXPECT_FALSE(g_bGetHaveMKTOrder(a));
+    g_vSetHaveMKTOrder(a, true);
+    EXPECT_TRUE(g_bGetHaveMKTOrder(a));
+    EXPECT_FALSE(g_bGetHaveMKTOrder(b));
+    g_vSetHaveMKTOrder(a, false);
+    EXPECT_FALSE(g_bGetHaveMKTOrder(a));
+}
+
+TEST_F(MarketFlags, SymbolsAreKeptOnce)
+{
+    CString symbol = "TXFL6", other = "txfl6", empty;
+    g_vSetSmartOrderSymbol(symbol, 1, false);
+    g_vSetSmartOrderSymbol(symbol, 1, false);
+    EXPECT_TRUE(g_bIsHaveSmartOrderSymbol(symbol, 1));
+    EXPECT_FALSE(g_bIsHaveSmartOrderSymbol(other, 1));  // case-sensitive
+    EXPECT_FALSE(g_bIsHaveSmartOrderSymbol(symbol, 2));
+    g_vSetSmartOrderSymbol(symbol, 1, true);
+    EXPECT_FALSE(g_bIsHaveSmartOrderSymbol(symbol, 1));
+    g_vSetSmartOrderSymbol(empty, 1, false);
+    EXPECT_FALSE(g_bIsHaveSmartOrderSymbol(empty, 1));
+    g_vSetSmartOrderSymbol(symbol, 9, true);  // unknown sync type: nothing
+    EXPECT_FALSE(g_bIsHaveSmartOrderSymbol(symbol, 9));
+}
+
+}  // namespace
