@@ -25,3 +25,10 @@
 #include "smart_orders/oco_registry.h"
 #include "smart_orders/registries.h"
 #include "smart_orders/smt_registry.h"
+
+#include "rows/status_codes.h"
+
+#include "settings/account_selection.h"
+#include "settings/client_log.h"
+#include "settings/error_order_file.h"
+#include "settings/order_settings.h"

@@ -18,17 +18,25 @@ IHostServices& BuiltInHost()
 
 IHostServices& GetHostServices() { return g_host ? *g_host : BuiltInHost(); }
 
-static void RefreshHostTexts()
+static std::vector<void (*)()>& HostListeners()
 {
-    IHostServices& host = GetHostServices();
-    host.AppInfoGetProductName(g_cszProductName);
-    host.vGetMarketStateTexts(STATUS_CLOSE_STRING, STATUS_PREOPEN_STRING, STATUS_OPEN_STRING);
+    static std::vector<void (*)()> listeners;
+    return listeners;
+}
+
+void detail::OnHostInstalled(void (*listener)())
+{
+    HostListeners().push_back(listener);
+    listener();
 }
 
 void SetHostServices(IHostServices* host)
 {
     g_host = host;
-    RefreshHostTexts();
+    IHostServices& installed = GetHostServices();
+    installed.AppInfoGetProductName(g_cszProductName);
+    installed.vGetMarketStateTexts(STATUS_CLOSE_STRING, STATUS_PREOPEN_STRING, STATUS_OPEN_STRING);
+    for (auto listener : HostListeners()) listener();
 }
 
 }  // namespace orderview

@@ -111,4 +111,10 @@ ORDERVIEW_API void SetHostServices(IHostServices* host);
 // The installed host services.
 ORDERVIEW_API IHostServices& GetHostServices();
 
+namespace detail {
+// Runs `listener` now and again every time host services are installed (state that the library
+// reads once from the host's files, such as the order-source exclusion list).
+void OnHostInstalled(void (*listener)());
+}  // namespace detail
+
 }  // namespace orderview

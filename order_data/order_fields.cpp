@@ -84,7 +84,8 @@ const std::unordered_map<std::string, Setter>& Fields()
         OV_FIELD(Text, csDeliveryCurrency), OV_FIELD(Text, csChangeLock),
         OV_COMMODITY(Text, csExchangeId), OV_COMMODITY(Code, dwMarketKind),  OV_COMMODITY(Code, dwStockTradeKind),
         OV_COMMODITY(Text, csComId),      OV_COMMODITY(Text, csSymbolID),    OV_COMMODITY(Byte, byServiceID),
-        OV_COMMODITY(Code, dwMarketType),
+        OV_COMMODITY(Code, dwMarketType), OV_COMMODITY(Text, csComMonth), OV_COMMODITY(Text, csComType),
+        OV_COMMODITY(Text, csComWeek),
     };
     return fields;
 }

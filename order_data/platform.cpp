@@ -106,3 +106,29 @@ IPlatform& GetPlatform()
 }
 
 }  // namespace orderview
+
+CComboBox::~CComboBox() = default;
+
+long CComboBox::GetItemData(int index) const
+{
+    return (index >= 0 && index < GetCount()) ? items_[static_cast<size_t>(index)].data : kError;
+}
+
+int CComboBox::AddString(const CString& text)
+{
+    items_.push_back({text, 0});
+    return GetCount() - 1;
+}
+
+bool CComboBox::SetItemData(int index, long data)
+{
+    if (index < 0 || index >= GetCount()) return false;
+    items_[static_cast<size_t>(index)].data = data;
+    return true;
+}
+
+int CComboBox::SetCurSel(int index)
+{
+    current_ = (index >= 0 && index < GetCount()) ? index : kError;
+    return current_;
+}

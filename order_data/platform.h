@@ -63,6 +63,33 @@ public:
     std::vector<CString> FindFiles(const CString& pattern) override;
 };
 
+// A drop-down list of the host's user interface as the library uses it: items with a data value
+// and a current selection. The default keeps its items itself; a host may wrap its real control.
+}  // namespace orderview
+
+class ORDERVIEW_API CComboBox {
+public:
+    static constexpr int kError = -1;  // no selection, or an index outside the list
+
+    virtual ~CComboBox();
+    virtual int GetCurSel() const { return current_; }
+    virtual long GetItemData(int index) const;  // kError for an index outside the list
+    int AddString(const CString& text);
+    bool SetItemData(int index, long data);
+    int SetCurSel(int index);
+    int GetCount() const { return static_cast<int>(items_.size()); }
+
+private:
+    struct Item {
+        CString text;
+        long data = 0;
+    };
+    std::vector<Item> items_;
+    int current_ = kError;
+};
+
+namespace orderview {
+
 // Installs `platform` process-wide (null reinstalls the SystemPlatform); the caller keeps it alive.
 ORDERVIEW_API void SetPlatform(IPlatform* platform);
 ORDERVIEW_API IPlatform& GetPlatform();

@@ -1,6 +1,7 @@
 #include "order_data/profile_file.h"
 
 #include <cerrno>
+#include <algorithm>
 #include <cstring>
 #include <string>
 #include <vector>
@@ -42,7 +43,7 @@ std::string TrimSpaces(const char* text)
 
 enum class Kind { Blank, Section, Comment, Key, Bare };
 
-struct Line {
+struct ParsedLine {
     size_t begin = 0, end = 0;   // content, without the line break
     size_t next = 0;             // start of the following line
     Kind kind = Kind::Blank;
@@ -51,13 +52,13 @@ struct Line {
     int section = -1;            // index of the owning section header line, -1 before the first
 };
 
-std::vector<Line> SplitLines(const std::string& text)
+std::vector<ParsedLine> SplitLines(const std::string& text)
 {
-    std::vector<Line> lines;
+    std::vector<ParsedLine> lines;
     int currentSection = -1;
     size_t pos = 0;
     while (pos < text.size()) {
-        Line line;
+        ParsedLine line;
         line.begin = pos;
         size_t end = pos;
         while (end < text.size() && text[end] != '\r' && text[end] != '\n') ++end;
@@ -105,7 +106,7 @@ std::vector<Line> SplitLines(const std::string& text)
 }
 
 // Index of the first section header named `name`, or -1.
-int FindSection(const std::vector<Line>& lines, const std::string& name)
+int FindSection(const std::vector<ParsedLine>& lines, const std::string& name)
 {
     for (size_t i = 0; i < lines.size(); ++i)
         if (lines[i].kind == Kind::Section && EqualNoCase(lines[i].name, name)) return static_cast<int>(i);
@@ -113,7 +114,7 @@ int FindSection(const std::vector<Line>& lines, const std::string& name)
 }
 
 // Index of the first key line named `name` in the section whose header is at `section`, or -1.
-int FindKey(const std::vector<Line>& lines, int section, const std::string& name)
+int FindKey(const std::vector<ParsedLine>& lines, int section, const std::string& name)
 {
     for (size_t i = static_cast<size_t>(section) + 1; i < lines.size() && lines[i].section == section; ++i)
         if (lines[i].kind == Kind::Key && EqualNoCase(lines[i].name, name)) return static_cast<int>(i);
@@ -122,7 +123,7 @@ int FindKey(const std::vector<Line>& lines, int section, const std::string& name
 
 // The stored value with one pair of matching outer quotes removed and the length wrapped the
 // way the 16-bit length counter of the Windows reader wraps it.
-std::string ValueOf(const std::string& text, const Line& line)
+std::string ValueOf(const std::string& text, const ParsedLine& line)
 {
     size_t b = line.valueBegin, e = line.valueEnd;
     if (e - b >= 2 && (text[b] == '"' || text[b] == '\'') && text[e - 1] == text[b]) {
@@ -185,7 +186,7 @@ uint32_t GetPrivateProfileStringA(const char* app, const char* key, const char* 
     if (!buffer) return 0;
     std::string text;
     const bool haveFile = fileName && *fileName && ReadWholeFile(fileName, text);
-    const std::vector<Line> lines = haveFile ? SplitLines(text) : std::vector<Line>();
+    const std::vector<ParsedLine> lines = haveFile ? SplitLines(text) : std::vector<ParsedLine>();
 
     if (!app) {
         std::vector<std::string> names;
@@ -212,7 +213,7 @@ unsigned int GetPrivateProfileIntA(const char* app, const char* key, int default
     std::string text;
     std::string value;
     if (fileName && *fileName && ReadWholeFile(fileName, text)) {
-        const std::vector<Line> lines = SplitLines(text);
+        const std::vector<ParsedLine> lines = SplitLines(text);
         const int section = FindSection(lines, TrimSpaces(app));
         const int found = section >= 0 ? FindKey(lines, section, TrimSpaces(key)) : -1;
         if (found >= 0) value = ValueOf(text, lines[static_cast<size_t>(found)]);
@@ -245,70 +246,163 @@ unsigned int GetPrivateProfileIntA(const char* app, const char* key, int default
     return negative ? 0u - result : result;
 }
 
-int WritePrivateProfileStringA(const char* app, const char* key, const char* value, const char* fileName)
+namespace {
+
+// A line parsed on its own, as the reader parses it.
+ProfileDocument::Line MakeLine(std::string raw, std::string lineBreak)
 {
-    if (!app || !fileName || !*fileName) return 0;
-    const std::string section = TrimSpaces(app);
-    std::string text;
-    const bool existed = ReadWholeFile(fileName, text);
-    if (!existed && PathExists(fileName)) return 0;  // there but unreadable: never overwrite it
-    if (!existed) {
-        // Deleting from a missing file leaves an empty file behind, as the system does.
-        if (!key || !value) return ReplaceFileAtomically(fileName, std::string()) ? 1 : 0;
-        text.clear();
+    ProfileDocument::Line line;
+    const std::vector<ParsedLine> parsed = SplitLines(raw);
+    if (!parsed.empty()) {
+        line.kind = static_cast<int>(parsed.front().kind);
+        line.name = parsed.front().name;
     }
-    const std::vector<Line> lines = SplitLines(text);
-    const int header = FindSection(lines, section);
-    std::string out;
+    line.raw = std::move(raw);
+    line.lineBreak = std::move(lineBreak);
+    return line;
+}
+
+}  // namespace
+
+void ProfileDocument::Parse(const std::string& text)
+{
+    lines_.clear();
+    headers_.clear();
+    for (const ParsedLine& parsed : SplitLines(text)) {
+        ProfileDocument::Line line;
+        line.raw = text.substr(parsed.begin, parsed.end - parsed.begin);
+        line.lineBreak = text.substr(parsed.end, parsed.next - parsed.end);
+        line.kind = static_cast<int>(parsed.kind);
+        line.name = parsed.name;
+        if (parsed.kind == Kind::Section) headers_.push_back(lines_.size());
+        lines_.push_back(std::move(line));
+    }
+}
+
+bool ProfileDocument::Load(const CString& fileName)
+{
+    std::string text;
+    changed_ = false;
+    if (ReadWholeFile(fileName, text)) {
+        Parse(text);
+        return true;
+    }
+    Parse(std::string());
+    return !PathExists(fileName);
+}
+
+std::string ProfileDocument::Text() const
+{
+    std::string text;
+    for (const auto& line : lines_) {
+        text += line.raw;
+        text += line.lineBreak;
+    }
+    return text;
+}
+
+bool ProfileDocument::Save(const CString& fileName) const { return ReplaceFileAtomically(fileName, Text()); }
+
+void ProfileDocument::Append(const std::string& bytes)
+{
+    Parse(Text() + bytes);
+    changed_ = true;
+}
+
+int ProfileDocument::FindSection(const std::string& name) const
+{
+    for (size_t header : headers_)
+        if (EqualNoCase(lines_[header].name, name)) return static_cast<int>(header);
+    return -1;
+}
+
+size_t ProfileDocument::SectionEnd(size_t header) const
+{
+    const auto next = std::upper_bound(headers_.begin(), headers_.end(), header);
+    return next == headers_.end() ? lines_.size() : *next;
+}
+
+void ProfileDocument::Insert(size_t at, Line line)
+{
+    auto pos = std::lower_bound(headers_.begin(), headers_.end(), at);
+    for (auto it = pos; it != headers_.end(); ++it) ++*it;
+    if (line.kind == static_cast<int>(Kind::Section)) headers_.insert(pos, at);
+    lines_.insert(lines_.begin() + static_cast<std::ptrdiff_t>(at), std::move(line));
+}
+
+void ProfileDocument::Erase(size_t at)
+{
+    auto pos = std::lower_bound(headers_.begin(), headers_.end(), at);
+    if (pos != headers_.end() && *pos == at) pos = headers_.erase(pos);
+    for (auto it = pos; it != headers_.end(); ++it) --*it;
+    lines_.erase(lines_.begin() + static_cast<std::ptrdiff_t>(at));
+}
+
+void ProfileDocument::Set(const char* app, const char* key, const char* value)
+{
+    if (!app) return;
+    const std::string section = TrimSpaces(app);
+    const int found = FindSection(section);
+    const int keyKind = static_cast<int>(Kind::Key);
 
     if (!key) {
         // Delete the section: its header and entries go, comments and blank lines stay.
-        if (header < 0) return 1;
-        out.reserve(text.size());
-        for (size_t i = 0; i < lines.size(); ++i) {
-            const Line& line = lines[i];
-            const bool drop = line.section == header && (line.kind == Kind::Section || line.kind == Kind::Key ||
-                                                         line.kind == Kind::Bare);
-            if (!drop) out.append(text, line.begin, line.next - line.begin);
-        }
-        return ReplaceFileAtomically(fileName, out) ? 1 : 0;
+        if (found < 0) return;
+        const size_t header = static_cast<size_t>(found);
+        for (size_t i = SectionEnd(header); i-- > header;)
+            if (lines_[i].kind == static_cast<int>(Kind::Section) || lines_[i].kind == keyKind ||
+                lines_[i].kind == static_cast<int>(Kind::Bare))
+                Erase(i);
+        changed_ = true;
+        return;
     }
-
     const std::string name = TrimSpaces(key);
-    const int found = header >= 0 ? FindKey(lines, header, name) : -1;
-    if (!value) {
-        if (found < 0) return 1;
-        const Line& line = lines[static_cast<size_t>(found)];
-        out = text.substr(0, line.begin) + text.substr(line.next);
-        return ReplaceFileAtomically(fileName, out) ? 1 : 0;
-    }
-
+    int keyLine = -1;
     if (found >= 0) {
-        // Replace the value in place; the key keeps the spelling already in the file.
-        const Line& line = lines[static_cast<size_t>(found)];
-        out = text.substr(0, line.begin);
-        out += line.name;
-        out += '=';
-        out += value;
-        out += line.next > line.end ? text.substr(line.end, line.next - line.end) : std::string(kLineBreak);
-        out += text.substr(line.next);
-    } else if (header >= 0) {
-        // New key after the last entry of its section.
-        size_t last = static_cast<size_t>(header);
-        for (size_t i = last + 1; i < lines.size() && lines[i].section == header; ++i)
-            if (lines[i].kind != Kind::Blank) last = i;
-        const Line& anchor = lines[last];
-        out = text.substr(0, anchor.next);
-        if (anchor.next == anchor.end) out += kLineBreak;  // the anchor ended the file without a break
-        out += name + "=" + value + kLineBreak;
-        out += text.substr(anchor.next);
-    } else {
-        // New section at the end of the file, never joined to an unfinished last line.
-        out = text;
-        if (!out.empty() && out.back() != '\n' && out.back() != '\r') out += kLineBreak;
-        out += "[" + section + "]" + kLineBreak + name + "=" + value + kLineBreak;
+        const size_t end = SectionEnd(static_cast<size_t>(found));
+        for (size_t i = static_cast<size_t>(found) + 1; i < end && keyLine < 0; ++i)
+            if (lines_[i].kind == keyKind && EqualNoCase(lines_[i].name, name)) keyLine = static_cast<int>(i);
     }
-    return ReplaceFileAtomically(fileName, out) ? 1 : 0;
+    if (!value) {
+        if (keyLine < 0) return;
+        Erase(static_cast<size_t>(keyLine));
+        changed_ = true;
+        return;
+    }
+    changed_ = true;
+    if (keyLine >= 0) {
+        // Replace the value in place; the key keeps the spelling already in the file.
+        Line& line = lines_[static_cast<size_t>(keyLine)];
+        line.raw = line.name + "=" + value;
+        if (line.lineBreak.empty()) line.lineBreak = kLineBreak;
+        return;
+    }
+    if (found >= 0) {
+        // New key after the last entry of its section.
+        size_t last = static_cast<size_t>(found);
+        const size_t end = SectionEnd(last);
+        for (size_t i = last + 1; i < end; ++i)
+            if (lines_[i].kind != static_cast<int>(Kind::Blank)) last = i;
+        if (lines_[last].lineBreak.empty()) lines_[last].lineBreak = kLineBreak;
+        Insert(last + 1, MakeLine(name + "=" + value, kLineBreak));
+        return;
+    }
+    // New section at the end of the file, never joined to an unfinished last line.
+    if (!lines_.empty() && lines_.back().lineBreak.empty()) lines_.back().lineBreak = kLineBreak;
+    Insert(lines_.size(), MakeLine("[" + section + "]", kLineBreak));
+    Insert(lines_.size(), MakeLine(name + "=" + value, kLineBreak));
+}
+
+int WritePrivateProfileStringA(const char* app, const char* key, const char* value, const char* fileName)
+{
+    if (!app || !fileName || !*fileName) return 0;
+    ProfileDocument document;
+    if (!document.Load(fileName)) return 0;
+    const bool existed = PathExists(fileName);
+    document.Set(app, key, value);
+    // Deleting from a missing file leaves an empty file behind, as the system does.
+    if (!document.Changed() && !(!existed && (!key || !value))) return 1;
+    return document.Save(fileName) ? 1 : 0;
 }
 
 CString ProfileString(const char* app, const char* key, const char* defaultValue, const char* fileName)

@@ -9,6 +9,8 @@
 #pragma once
 
 #include <cstdint>
+#include <string>
+#include <vector>
 
 #include "order_data/cstring.h"
 #include "order_data/export.h"
@@ -31,6 +33,41 @@ ORDERVIEW_API unsigned int GetPrivateProfileIntA(const char* app, const char* ke
 // `value` deletes the key, a null `key` deletes the section. Returns nonzero on success.
 ORDERVIEW_API int WritePrivateProfileStringA(const char* app, const char* key, const char* value,
                                              const char* fileName);
+
+// A profile file held in memory: edits follow WritePrivateProfileStringA exactly, and Save
+// replaces the file once, atomically. Many keys are written this way at the cost of one write,
+// all or nothing.
+class ORDERVIEW_API ProfileDocument {
+public:
+    // Reads the file; a missing file is an empty document. False when the file exists but
+    // cannot be read (then nothing must be saved over it).
+    bool Load(const CString& fileName);
+    // WritePrivateProfileStringA's edit: set, delete a key (null value) or a section (null key).
+    void Set(const char* app, const char* key, const char* value);
+    // Appends raw bytes at the end, as appending to the file would.
+    void Append(const std::string& bytes);
+    bool Changed() const { return changed_; }
+    std::string Text() const;
+    bool Save(const CString& fileName) const;
+
+    struct Line {
+        std::string raw;        // the line without its break
+        std::string lineBreak;  // "\r\n", "\n", "\r" or empty at the end of the file
+        int kind = 0;           // blank, section, comment, key or bare line
+        std::string name;       // section or key name
+    };
+
+private:
+    void Parse(const std::string& text);
+    int FindSection(const std::string& name) const;
+    size_t SectionEnd(size_t header) const;
+    void Insert(size_t at, Line line);
+    void Erase(size_t at);
+
+    std::vector<Line> lines_;
+    std::vector<size_t> headers_;  // indexes of the section lines, ascending
+    bool changed_ = false;
+};
 
 // GetPrivateProfileStringA with the 256-byte buffer the library reads settings with.
 ORDERVIEW_API CString ProfileString(const char* app, const char* key, const char* defaultValue,

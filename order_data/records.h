@@ -20,6 +20,9 @@ public:
     std::uint32_t dwMarketKind = 0;      // '0'..'8' futures/options, 'A','D' stock in lots, 'E','O' in shares
     std::uint32_t dwStockTradeKind = 0;  // 'B','F','I' margin buy; 'C','G','J' short sell; '9' day trade
     CString csComId;
+    CString csComMonth;                  // contract month text
+    CString csComType;                   // commodity type text
+    CString csComWeek;                   // weekly contract text
     // Host-side fields behind the accessors below.
     CString csSymbolID;
     std::uint8_t byServiceID = 0;

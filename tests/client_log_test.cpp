@@ -1,0 +1,52 @@
+#include <gtest/gtest.h>
+
+#include <filesystem>
+
+#include "order_data/table_host.h"
+#include "settings/client_log.h"
+#include "support/fake_platform.h"
+#include "support/temp_folder.h"
+
+namespace {
+
+class ClientLog : public ::testing::Test {
+protected:
+    void SetUp() override
+    {
+        host.csMainPath = folder.MainPath();
+        orderview::SetHostServices(&host);
+    }
+    void TearDown() override { orderview::SetHostServices(nullptr); }
+    ovtest::TempFolder folder;
+    orderview::SubstituteHost host;
+    ovtest::FakePlatform platform;
+};
+
+TEST_F(ClientLog, DebugLogGetsTheTextBetweenLineFeeds)
+{
+    CString empty, text = "order sent";
+    EXPECT_TRUE(g_ClientbWriteLog(empty));
+    EXPECT_TRUE(g_ClientbWriteLog(text));
+    EXPECT_EQ(host.vecDebugLog, (std::vector<CString>{"\n\n", "\norder sent\n"}));
+}
+
+TEST_F(ClientLog, DailyFilesFollowTheClock)
+{
+    platform.SetDate(2026, 11, 21, 23, 59, 59);
+    AppendDailyLog("first");
+    AppendDailyLog("second");
+    platform.SetDate(2026, 11, 22, 0, 0, 1);
+    AppendDailyLog("after midnight");
+    AppendDailyLog(nullptr);
+    EXPECT_EQ(folder.Read("Log/20261121.log"), "first\nsecond\n");
+    EXPECT_EQ(folder.Read("Log/20261122.log"), "after midnight\n\n");
+}
+
+TEST_F(ClientLog, MissingLogFolderIsNotCreated)
+{
+    std::filesystem::remove_all(folder.path() + "/Log");
+    AppendDailyLog("dropped");
+    EXPECT_FALSE(std::filesystem::exists(folder.path() + "/Log"));
+}
+
+}  // namespace

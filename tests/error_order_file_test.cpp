@@ -1,0 +1,172 @@
+#include <gtest/gtest.h>
+
+#include <csignal>
+#include <filesystem>
+#include <sstream>
+#include <sys/wait.h>
+#include <thread>
+#include <unistd.h>
+
+#include "order_data/profile_file.h"
+#include "order_data/table_host.h"
+#include "settings/error_order_file.h"
+#include "support/fake_platform.h"
+#include "support/temp_folder.h"
+
+namespace {
+
+std::vector<std::string> Lines(const std::string& text)
+{
+    std::vector<std::string> lines;
+    std::string line;
+    std::istringstream in(text);
+    while (std::getline(in, line)) lines.push_back(line);
+    return lines;
+}
+
+CBaseOrder_OrderInfo FailedOrder(const char* exchange, std::uint32_t qty)
+{
+    CBaseOrder_OrderInfo o;
+    o.csAccount = "F123";
+    o.commodity.csExchangeId = exchange;
+    o.commodity.csComId = "ZB";
+    o.commodity.csComMonth = "202612";
+    o.commodity.csComType = "F";
+    o.dwOrderKind = '2';
+    o.dwOrderDate = 20261120;
+    o.dwBookTime = 93000123;
+    o.dwBS = 'B';
+    o.dbOrderPrice = 101;
+    o.dbOrderPriceFrac = 16;
+    o.dbDenominator = 32;
+    o.dwOrderQty = qty;
+    o.dwDayTrade = 'N';
+    o.dwOrderCond = 'R';
+    o.dwOpenOffset = 'Y';
+    o.csStatusCode = "E019";
+    o.csSourceName = "API";
+    return o;
+}
+
+class ErrorOrderFile : public ::testing::Test {
+protected:
+    void SetUp() override
+    {
+        host.csMainPath = folder.MainPath();
+        orderview::SetHostServices(&host);
+        platform.SetDate(2026, 11, 21);
+        account.csAccount = "F123";
+    }
+    void TearDown() override { orderview::SetHostServices(nullptr); }
+    std::string File() const { return folder.Read("sys/F123.ord"); }
+    CString Key(const char* section, const char* key) const
+    {
+        return orderview::ProfileString(section, key, "<none>", folder.File("sys/F123.ord").c_str());
+    }
+    ovtest::TempFolder folder;
+    orderview::SubstituteHost host;
+    ovtest::FakePlatform platform;
+    AccountType account;
+};
+
+TEST_F(ErrorOrderFile, WritesEveryKeyInOrder)
+{
+    host.vecErrorOrders = {FailedOrder("CME", 3)};
+    g_vWriteErrorOrder(account, 50);
+    const std::string marker = "ErrOrder" + std::string(folder.File("sys/F123.ord").size() - 10, ' ') + "\r";
+    const std::vector<std::string> expected = {
+        marker, "[ErrOrder]\r", "OrderType=FF\r", "Date=20261121\r", "[FF]\r", "Count=1\r", "[FF1]\r",
+        "Exchange=CME\r", "ComType=50\r", "TradeDate=20261120\r", "TradeTime=93000123\r", "BS=66\r", "ComNo=ZB\r",
+        "ComMonth=202612\r", "ComTyp=F\r", "ComWek=\r", "OrderPrice=101.000000\r", "OrderPrice2=16.000000\r",
+        "OrderPrice3=32.000000\r", "OrderPrice4=0.000000\r", "OrderPrice5=0.000000\r", "OrderPrice6=0.000000\r",
+        "OrderQty=3\r", "DealQty=0\r", "CancelQty=0\r", "OrderType=50\r", "DayTrade=78\r", "OrderRole=82\r",
+        "OS=89\r", "Status=E019\r", "SourceType=API\r",
+    };
+    EXPECT_EQ(Lines(File()), expected);
+    EXPECT_EQ(marker.size() + 1, folder.File("sys/F123.ord").size());  // as many bytes as the file name
+}
+
+TEST_F(ErrorOrderFile, OtherKindsWriteOnlyDateAndCount)
+{
+    host.vecErrorOrders = {FailedOrder("CME", 3)};
+    g_vWriteErrorOrder(account, 49);
+    EXPECT_EQ(Key("ErrOrder", "Date"), "20261121");
+    EXPECT_EQ(Key("ErrOrder", "OrderType"), "<none>");
+    EXPECT_EQ(Key("", "Count"), "0");
+    EXPECT_EQ(Key("FF1", "Exchange"), "<none>");
+}
+
+TEST_F(ErrorOrderFile, ALaterShorterListLeavesHigherSections)
+{
+    host.vecErrorOrders = {FailedOrder("CME", 1), FailedOrder("CBOT", 2), FailedOrder("EUREX", 3)};
+    g_vWriteErrorOrder(account, 50);
+    host.vecErrorOrders = {FailedOrder("SGX", 9)};
+    platform.SetDate(2026, 11, 22);
+    g_vWriteErrorOrder(account, 50);
+    EXPECT_EQ(Key("FF", "Count"), "1");
+    EXPECT_EQ(Key("FF1", "Exchange"), "SGX");
+    EXPECT_EQ(Key("FF2", "Exchange"), "CBOT");
+    EXPECT_EQ(Key("FF3", "OrderQty"), "3");
+    EXPECT_EQ(Key("ErrOrder", "Date"), "20261122");
+}
+
+TEST_F(ErrorOrderFile, AccountsThatWouldLeaveTheFolderWriteNothing)
+{
+    host.vecErrorOrders = {FailedOrder("CME", 3)};
+    for (const char* bad : {"", "..", "../F123", "a/b", "a\\b", "C:x", "."}) {
+        account.csAccount = bad;
+        host.vecDebugLog.clear();
+        g_vWriteErrorOrder(account, 50);
+        ASSERT_EQ(host.vecDebugLog.size(), 1u) << bad;
+        EXPECT_NE(host.vecDebugLog[0].Find("not written"), -1);
+    }
+    size_t files = 0;  // every refused name would have landed inside the main folder
+    for (const auto& entry : std::filesystem::recursive_directory_iterator(folder.path()))
+        if (entry.path().extension() == ".ord" || entry.path().filename().string().find("ord") != std::string::npos)
+            ++files;
+    EXPECT_EQ(files, 0u);
+}
+
+TEST_F(ErrorOrderFile, ListsOrdFilesByExactTitle)
+{
+    folder.Write("sys/F123.ord", "");
+    folder.Write("sys/s456.ORD", "");
+    folder.Write("sys/X.ord.bak", "");
+    EXPECT_TRUE(g_bGetIni("F123"));
+    EXPECT_FALSE(g_bGetIni("f123"));  // letter case counts
+    EXPECT_TRUE(g_bGetIni("s456"));
+    EXPECT_FALSE(g_bGetIni("X"));
+    EXPECT_FALSE(g_bGetIni(""));
+}
+
+// A writer killed in the middle of its writes must leave every key the file held before.
+TEST_F(ErrorOrderFile, InterruptedWriteLosesNothing)
+{
+    std::vector<CBaseOrder_OrderInfo> orders;
+    for (int i = 0; i < 400; ++i) orders.push_back(FailedOrder("CME", static_cast<std::uint32_t>(i + 1)));
+    host.vecErrorOrders = orders;
+    g_vWriteErrorOrder(account, 50);
+    const std::string before = File();
+    for (auto& o : host.vecErrorOrders) o.commodity.csExchangeId = "NEW";
+    const pid_t child = fork();
+    ASSERT_GE(child, 0);
+    if (child == 0) {
+        g_vWriteErrorOrder(account, 50);
+        _exit(0);
+    }
+    std::this_thread::sleep_for(std::chrono::milliseconds(150));
+    kill(child, SIGKILL);
+    waitpid(child, nullptr, 0);
+    // Every section and key that was there is still there; values are old or new, never lost.
+    for (int i = 1; i <= 400; i += 37) {
+        CString section;
+        section.Format("FF%d", i);
+        const CString exchange = Key(section, "Exchange");
+        EXPECT_TRUE(exchange == "CME" || exchange == "NEW") << section.GetString() << " " << exchange.GetString();
+        EXPECT_EQ(Key(section, "SourceType"), "API");
+    }
+    EXPECT_EQ(Key("FF", "Count"), "400");
+    EXPECT_GE(File().size(), before.size());
+}
+
+}  // namespace

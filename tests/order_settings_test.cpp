@@ -1,0 +1,136 @@
+#include <gtest/gtest.h>
+
+#include <string>
+
+#include "order_data/default_host.h"
+#include "order_data/host_api.h"
+#include "order_data/profile_file.h"
+#include "settings/order_settings.h"
+#include "support/temp_folder.h"
+
+namespace {
+
+class OrderSettings : public ::testing::Test {
+protected:
+    void SetUp() override
+    {
+        host = std::make_unique<orderview::DefaultHost>(folder.MainPath());
+        orderview::SetHostServices(host.get());
+    }
+    void TearDown() override { orderview::SetHostServices(nullptr); }
+    void Config(const std::string& text) { folder.Write("sys/OrderCfg.ini", text); }
+    ovtest::TempFolder folder;
+    std::unique_ptr<orderview::DefaultHost> host;
+};
+
+TEST_F(OrderSettings, BothNamesReachTheSameFile)
+{
+    EXPECT_EQ(g_vGetOrderCfgFileName(), folder.MainPath() + "\\sys\\OrderCfg.ini");
+    EXPECT_EQ(g_vGetOrderCfgFileName(), BKOrderInterface::GetBKInterface().PathGetMainPath() + "\\sys\\OrderCfg.ini");
+    Config("[ORDER_SETTING]\r\nLimitPriceEqualStopPrice=1\r\n");
+    EXPECT_EQ(orderview::GetPrivateProfileIntA("ORDER_SETTING", "LimitPriceEqualStopPrice", 0,
+                                               BKOrderInterface::GetBKInterface().PathGetMainPath() +
+                                                   "\\sys\\OrderCfg.ini"),
+              1u);
+    EXPECT_EQ(g_vGetPriceToStopPrice(), 1);
+}
+
+TEST_F(OrderSettings, StopPriceRuleIsOnlyOne)
+{
+    for (const char* value : {"2", "0", "-1", "x", ""}) {
+        Config(std::string("[ORDER_SETTING]\nLimitPriceEqualStopPrice=") + value + "\n");
+        EXPECT_EQ(g_vGetPriceToStopPrice(), 0) << value;
+    }
+    Config("[order_setting]\nlimitpriceequalstopprice = \"1\"\n");
+    EXPECT_EQ(g_vGetPriceToStopPrice(), 1);  // names match in any case, quotes are removed
+}
+
+TEST_F(OrderSettings, ShowModeIsASnapshot)
+{
+    EXPECT_EQ(g_vGetMsnOrderRespShowMode(), 0);
+    Config("[ORDER_SETTING]\r\nMSNRESP_SHOWMODE=3\r\n");
+    EXPECT_EQ(g_vGetMsnOrderRespShowMode(), 0);  // not read until the setter runs
+    g_vSetMsnOrderRespShowMode();
+    EXPECT_EQ(g_vGetMsnOrderRespShowMode(), 3);
+    Config("[ORDER_SETTING]\r\nMSNRESP_SHOWMODE=7\r\n");
+    EXPECT_EQ(g_vGetMsnOrderRespShowMode(), 3);
+    g_vSetMsnOrderRespShowMode();
+    EXPECT_EQ(g_vGetMsnOrderRespShowMode(), 7);
+}
+
+TEST_F(OrderSettings, OperatorFlagsFollowTheBackEndWhenInitialised)
+{
+    host->abOperator[1] = true;
+    host->abOperator[3] = true;
+    g_vInitialOrderOperate();
+    EXPECT_FALSE(orderview::GetOrderOperateFlag(0));
+    EXPECT_TRUE(orderview::GetOrderOperateFlag(1));
+    EXPECT_TRUE(orderview::GetOrderOperateFlag(3));
+    EXPECT_FALSE(orderview::GetOrderOperateFlag(4));
+    host->abOperator[1] = false;
+    EXPECT_TRUE(orderview::GetOrderOperateFlag(1));  // a snapshot
+    g_vInitialOrderOperate();
+    EXPECT_FALSE(orderview::GetOrderOperateFlag(1));
+}
+
+TEST_F(OrderSettings, OrderSourceList)
+{
+    struct Case { const char* value; std::vector<unsigned long> codes; };
+    const Case cases[] = {
+        {"A, B,,C", {'A', 'B', 'C'}},
+        {"AX BY  CZ", {'A', 'B', 'C'}},
+        {"", {}},
+        {"  ,, ", {}},
+        {"\xE4\xB8\xAD", {static_cast<unsigned long>(static_cast<long>(static_cast<signed char>('\xE4')))}},
+    };
+    for (const auto& c : cases) {
+        Config(std::string("[ORDER_SOURCE]\r\nNO_OPERATOR=") + c.value + "\r\n");
+        EXPECT_EQ(g_GetOnsiteOrder(), c.codes) << c.value;
+    }
+    Config("");
+    EXPECT_TRUE(g_GetOnsiteOrder().empty());
+}
+
+TEST_F(OrderSettings, NumberLists)
+{
+    auto padded = [](std::vector<int> v) {
+        v.resize(16, 0);
+        return v;
+    };
+    struct Case { const char* value; std::vector<int> numbers; };
+    std::vector<int> twenty;
+    std::string twentyText;
+    for (int i = 1; i <= 20; ++i) {
+        twenty.push_back(i);
+        twentyText += std::to_string(i) + ",";
+    }
+    const Case cases[] = {
+        {"1,2,3", padded({1, 2, 3})},
+        {"-1 65536 65537", padded({65535, 0, 1})},
+        {"x,7y,+5", padded({0, 7, 5})},
+        {"99999999999999999999", padded({65535})},
+        {twentyText.c_str(), twenty},
+    };
+    for (const auto& c : cases) {
+        Config(std::string("[S]\nK=") + c.value + "\n");
+        EXPECT_EQ(g_vGetSettingParameter("S", "K"), c.numbers) << c.value;
+    }
+    EXPECT_EQ(g_vGetSettingParameter("S", "missing"), std::vector<int>(16, 0));
+}
+
+TEST_F(OrderSettings, OddFilesReadAsTheProfileReaderGivesThem)
+{
+    // CRLF and LF, duplicate keys, a missing section, a UTF-8 mark, binary junk and long lines.
+    Config("\xEF\xBB\xBF[ORDER_SETTING]\r\nMSNRESP_SHOWMODE=9\r\n[ORDER_SETTING]\r\nLimitPriceEqualStopPrice=1\r\n");
+    g_vSetMsnOrderRespShowMode();
+    EXPECT_EQ(g_vGetMsnOrderRespShowMode(), 0);  // the mark spoils the first header
+    EXPECT_EQ(g_vGetPriceToStopPrice(), 1);
+    std::string junk(100000, '\0');
+    for (size_t i = 0; i < junk.size(); ++i) junk[i] = static_cast<char>(i * 31 % 251);
+    Config(junk + "\n[S]\nK=" + std::string(5000, '7') + "\nK=1\n");
+    const std::vector<int> numbers = g_vGetSettingParameter("S", "K");  // 255 characters count
+    ASSERT_EQ(numbers.size(), 16u);
+    EXPECT_EQ(numbers[0], 65535);  // 255 sevens saturate like atoi, then keep the low 16 bits
+}
+
+}  // namespace
