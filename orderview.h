@@ -32,3 +32,6 @@
 #include "settings/client_log.h"
 #include "settings/error_order_file.h"
 #include "settings/order_settings.h"
+
+#include "xls/compound_file.h"
+#include "xls/utf16.h"

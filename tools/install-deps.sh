@@ -1,9 +1,9 @@
 #!/bin/sh
-# Installs what building, testing and benchmarking orderview needs on Debian 12.
+# Installs what building, testing, fuzzing and benchmarking orderview needs on Debian 12.
 set -eu
 SUDO=""
 if [ "$(id -u)" != "0" ]; then SUDO="sudo"; fi
-PACKAGES="cmake g++ make libgtest-dev libgmock-dev libbenchmark-dev"
+PACKAGES="cmake g++ make pkg-config libgtest-dev libgmock-dev libbenchmark-dev python3 python3-olefile libgsf-bin clang-14 libclang-rt-14-dev"
 missing=""
 for p in $PACKAGES; do
   dpkg -s "$p" >/dev/null 2>&1 || missing="$missing $p"

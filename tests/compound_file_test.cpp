@@ -1,0 +1,292 @@
+#include <gtest/gtest.h>
+
+#include <cstring>
+#include <fstream>
+#include <sstream>
+
+#include "support/temp_folder.h"
+#include "xls/cfb_format.h"
+#include "xls/compound_file.h"
+
+namespace {
+
+using xls::CompoundFile;
+
+std::vector<std::uint8_t> Pattern(std::size_t size, int seed)
+{
+    std::vector<std::uint8_t> data(size);
+    for (std::size_t i = 0; i < size; ++i) data[i] = static_cast<std::uint8_t>(i * 13 + seed + i / 251);
+    return data;
+}
+
+std::vector<std::uint8_t> ReadFile(const std::string& path)
+{
+    std::ifstream in(path, std::ios::binary);
+    return std::vector<std::uint8_t>((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>());
+}
+
+class CompoundFileTest : public ::testing::Test {
+protected:
+    std::string Path() const { return folder.File("test.cfb"); }
+    // A file with the given streams, returned as bytes.
+    std::vector<std::uint8_t> Build(const std::vector<std::pair<std::wstring, std::size_t>>& streams)
+    {
+        CompoundFile cf;
+        EXPECT_TRUE(cf.Create(Path()));
+        int seed = 0;
+        for (const auto& s : streams) {
+            EXPECT_EQ(cf.MakeFile(s.first), CompoundFile::kOk);
+            const auto data = Pattern(s.second, ++seed);
+            EXPECT_TRUE(cf.WriteStream(s.first, data.data(), data.size()));
+        }
+        cf.Close();
+        return ReadFile(Path());
+    }
+    ovtest::TempFolder folder;
+};
+
+TEST_F(CompoundFileTest, NewFileHasOnlyTheRoot)
+{
+    CompoundFile cf;
+    ASSERT_TRUE(cf.Create(Path()));
+    cf.Close();
+    const auto bytes = ReadFile(Path());
+    ASSERT_EQ(bytes.size(), 3u * 512);  // header, table sector 0, directory sector 1
+    EXPECT_EQ(xls::cfb::Get16(bytes.data() + 24), 0x3B);
+    EXPECT_EQ(xls::cfb::Get32(bytes.data() + 44), 1u);
+    EXPECT_EQ(xls::cfb::Get32(bytes.data() + 48), 1u);
+    EXPECT_EQ(xls::cfb::Get32(bytes.data() + 512), xls::cfb::kFatSector);
+    EXPECT_EQ(xls::cfb::Get32(bytes.data() + 516), xls::cfb::kEndOfChain);
+    ASSERT_TRUE(cf.Open(Path()));
+    EXPECT_TRUE(cf.List().empty());
+}
+
+TEST_F(CompoundFileTest, StreamsOfEverySizeRoundTrip)
+{
+    const std::vector<std::pair<std::wstring, std::size_t>> streams = {
+        {L"\\s0", 0},       {L"\\s1", 1},       {L"\\s63", 63},      {L"\\s64", 64},
+        {L"\\s4095", 4095}, {L"\\s4096", 4096}, {L"\\s4097", 4097}, {L"\\big", 3 * 1024 * 1024 + 7},
+    };
+    Build(streams);
+    CompoundFile cf;
+    ASSERT_TRUE(cf.Open(Path()));
+    int seed = 0;
+    for (const auto& s : streams) {
+        std::vector<std::uint8_t> data;
+        ASSERT_TRUE(cf.ReadStream(s.first, data));
+        EXPECT_EQ(data, Pattern(s.second, ++seed));
+        std::uint64_t size = 0;
+        EXPECT_TRUE(cf.StreamSize(s.first, size));
+        EXPECT_EQ(size, s.second);
+    }
+}
+
+TEST_F(CompoundFileTest, RewritingKeepsOtherStreams)
+{
+    Build({{L"\\Workbook", 5000}, {L"\\Other", 10}});
+    CompoundFile cf;
+    ASSERT_TRUE(cf.Open(Path(), CompoundFile::Mode::ReadWrite));
+    const auto shorter = Pattern(100, 9);
+    ASSERT_TRUE(cf.WriteStream(L"Workbook", shorter.data(), shorter.size()));
+    cf.Close();
+    ASSERT_TRUE(cf.Open(Path()));
+    std::vector<std::uint8_t> data;
+    ASSERT_TRUE(cf.ReadStream(L"\\Workbook", data));
+    EXPECT_EQ(data, shorter);
+    ASSERT_TRUE(cf.ReadStream(L"\\Other", data));
+    EXPECT_EQ(data, Pattern(10, 2));
+    EXPECT_FALSE(cf.WriteStream(L"\\Other", "x", 1));  // opened read-only
+}
+
+TEST_F(CompoundFileTest, EntryCreationResults)
+{
+    CompoundFile cf;
+    ASSERT_TRUE(cf.Create(Path()));
+    EXPECT_EQ(cf.MakeFile(L"Workbook"), CompoundFile::kOk);
+    EXPECT_EQ(cf.MakeFile(L"Workbook"), CompoundFile::kNameExists);
+    EXPECT_EQ(cf.MakeFile(L""), CompoundFile::kBadPath);
+    EXPECT_EQ(cf.MakeFile(L"\\a\\\\b"), CompoundFile::kBadPath);
+    EXPECT_EQ(cf.MakeFile(L"Workbook\\inside"), CompoundFile::kBadPath);  // a stream is no storage
+    EXPECT_EQ(cf.MakeFile(std::wstring(31, L'n')), CompoundFile::kOk);
+    EXPECT_EQ(cf.MakeFile(std::wstring(32, L'n')), CompoundFile::kNameTooLong);
+    EXPECT_EQ(cf.MakeFile(L"\\new\\" + std::wstring(40, L'x')), CompoundFile::kNameTooLong);
+    std::uint64_t size;
+    EXPECT_FALSE(cf.StreamSize(L"\\new", size));  // a refused path creates no parent either
+    EXPECT_EQ(cf.MakeFile(L"\\A\\B\\leaf"), CompoundFile::kOk);  // parents are made as storages
+    EXPECT_EQ(cf.MakeDirectory(L"\\A"), CompoundFile::kNameExists);
+    EXPECT_TRUE(cf.ChangeDirectory(L"\\A\\B"));
+    cf.PushDirectory();
+    EXPECT_TRUE(cf.StreamSize(L"leaf", size));
+    EXPECT_TRUE(cf.ChangeDirectory(L"\\"));
+    EXPECT_FALSE(cf.StreamSize(L"leaf", size));
+    EXPECT_TRUE(cf.PopDirectory());
+    EXPECT_TRUE(cf.StreamSize(L"leaf", size));
+    EXPECT_FALSE(cf.PopDirectory());
+    EXPECT_FALSE(cf.ChangeDirectory(L"\\A\\B\\leaf"));
+}
+
+TEST_F(CompoundFileTest, ChildrenInDirectoryOrder)
+{
+    CompoundFile cf;
+    ASSERT_TRUE(cf.Create(Path()));
+    for (const wchar_t* name : {L"B", L"AA", L"A", L"b", L"\u00C4", L"ZZZ", L"a"}) cf.MakeFile(name);
+    std::vector<std::wstring> names;
+    for (const auto& entry : cf.List()) names.push_back(entry.path);
+    EXPECT_EQ(names, (std::vector<std::wstring>{L"\\A", L"\\B", L"\\a", L"\\b", L"\\\u00C4", L"\\AA", L"\\ZZZ"}));
+    cf.Close();
+    ASSERT_TRUE(cf.Open(Path()));  // the sibling tree read back gives the same order
+    names.clear();
+    for (const auto& entry : cf.List()) names.push_back(entry.path);
+    EXPECT_EQ(names.size(), 7u);
+    EXPECT_EQ(names.front(), L"\\A");
+    EXPECT_EQ(names.back(), L"\\ZZZ");
+}
+
+TEST_F(CompoundFileTest, WideNamesSurviveIncludingSurrogatePairs)
+{
+    const std::wstring cjk = L"\u5de5\u4f5c\u8868";
+    const std::wstring emoji = sizeof(wchar_t) == 4 ? std::wstring(1, static_cast<wchar_t>(0x1F600))
+                                                    : std::wstring{static_cast<wchar_t>(0xD83D), static_cast<wchar_t>(0xDE00)};
+    Build({{L"\\" + cjk, 3}, {L"\\" + emoji, 4}});
+    CompoundFile cf;
+    ASSERT_TRUE(cf.Open(Path()));
+    std::vector<std::uint8_t> data;
+    EXPECT_TRUE(cf.ReadStream(L"\\" + cjk, data));
+    EXPECT_TRUE(cf.ReadStream(L"\\" + emoji, data));
+    EXPECT_EQ(data.size(), 4u);
+    std::wstring actual;
+    EXPECT_TRUE(cf.FindStreamNoCase(cjk, actual));
+}
+
+TEST_F(CompoundFileTest, CaseInsensitiveStreamLookup)
+{
+    Build({{L"\\WorkBook", 10}});
+    CompoundFile cf;
+    ASSERT_TRUE(cf.Open(Path()));
+    std::wstring actual;
+    ASSERT_TRUE(cf.FindStreamNoCase(L"Workbook", actual));
+    EXPECT_EQ(actual, L"WorkBook");
+    EXPECT_FALSE(cf.FindStreamNoCase(L"Workbooks", actual));
+    std::uint64_t size;
+    EXPECT_FALSE(cf.StreamSize(L"\\Workbook", size));  // exact lookups stay exact
+}
+
+// Damaged images: each must be refused at Open or at the stream read, never crash or hang.
+class DamagedImage : public CompoundFileTest {
+protected:
+    void SetUp() override
+    {
+        image = Build({{L"\\small", 100}, {L"\\large", 5000}});
+        ASSERT_EQ(image.size() % 512, 0u);
+    }
+    static std::uint8_t* Sector(std::vector<std::uint8_t>& bytes, std::uint32_t n) { return bytes.data() + (n + 1) * 512; }
+    // Directory entry `index` of the written image (the directory is one sector here).
+    std::uint8_t* DirEntry(std::vector<std::uint8_t>& bytes, int index)
+    {
+        return Sector(bytes, xls::cfb::Get32(bytes.data() + 48)) + 128 * index;
+    }
+    int Find(std::vector<std::uint8_t>& bytes, const char* name)
+    {
+        for (int i = 0; i < 4; ++i) {
+            std::uint8_t* e = DirEntry(bytes, i);
+            bool same = true;
+            for (std::size_t k = 0; k <= std::strlen(name); ++k) same = same && xls::cfb::Get16(e + 2 * k) == static_cast<std::uint8_t>(name[k]);
+            if (same) return i;
+        }
+        return -1;
+    }
+    // Open result and whether both streams read.
+    std::pair<bool, bool> Try(const std::vector<std::uint8_t>& bytes)
+    {
+        CompoundFile cf;
+        if (!cf.OpenMemory(bytes.data(), bytes.size())) return {false, false};
+        std::vector<std::uint8_t> a, b;
+        return {true, cf.ReadStream(L"\\small", a) && cf.ReadStream(L"\\large", b)};
+    }
+    std::vector<std::uint8_t> image;
+};
+
+TEST_F(DamagedImage, IntactImageReads) { EXPECT_EQ(Try(image), std::make_pair(true, true)); }
+
+TEST_F(DamagedImage, HeaderFields)
+{
+    struct Case { std::size_t offset; std::uint16_t value; };
+    for (const Case c : {Case{30, 10}, Case{30, 0}, Case{30, 40}, Case{32, 7}, Case{32, 0}}) {
+        auto bytes = image;
+        xls::cfb::Put16(bytes.data() + c.offset, c.value);
+        EXPECT_FALSE(Try(bytes).first) << c.offset << "=" << c.value;
+    }
+    auto bytes = image;
+    bytes[7] ^= 1;  // signature
+    EXPECT_FALSE(Try(bytes).first);
+    EXPECT_FALSE(Try(std::vector<std::uint8_t>(image.begin(), image.begin() + 300)).first);
+}
+
+TEST_F(DamagedImage, ChainsThatLoopOrLeaveTheTable)
+{
+    const int large = Find(image, "large");
+    ASSERT_GE(large, 0);
+    const std::uint32_t start = xls::cfb::Get32(DirEntry(image, large) + 116);
+    for (std::uint32_t next : {start, 0x7FFFFFF0u, xls::cfb::kFree, xls::cfb::kEndOfChain}) {
+        auto bytes = image;
+        xls::cfb::Put32(Sector(bytes, 0) + 4 * start, next);  // loops to itself, leaves, or ends early
+        EXPECT_EQ(Try(bytes), std::make_pair(true, false)) << next;
+    }
+    auto bytes = image;
+    xls::cfb::Put32(DirEntry(bytes, large) + 120, 0xFFFFFFF0u);  // larger than any chain
+    EXPECT_EQ(Try(bytes), std::make_pair(true, false));
+}
+
+TEST_F(DamagedImage, DirectoryLinks)
+{
+    // "small" is the root's child with "large" on its left; entry 3 is unused.
+    const int small = Find(image, "small");
+    ASSERT_EQ(small, 1);
+    for (std::uint32_t link : {0u, 1u, 2u, 99u, 0x7FFFFFFFu}) {
+        auto bytes = image;
+        xls::cfb::Put32(DirEntry(bytes, small) + 68, link);  // back into the tree, or outside it
+        xls::cfb::Put32(DirEntry(bytes, small) + 72, link);
+        EXPECT_FALSE(Try(bytes).first) << link;
+    }
+    auto bytes = image;
+    xls::cfb::Put32(DirEntry(bytes, small) + 68, 3);  // an unused entry counts as no link
+    CompoundFile cf;
+    ASSERT_TRUE(cf.OpenMemory(bytes.data(), bytes.size()));
+    ASSERT_EQ(cf.List().size(), 1u);
+    EXPECT_EQ(cf.List()[0].path, L"\\small");
+}
+
+TEST_F(DamagedImage, MiniStreamBeyondTheRootsStream)
+{
+    auto bytes = image;
+    xls::cfb::Put32(DirEntry(bytes, 0) + 120, 64);  // the root's stream shrinks to one mini sector
+    EXPECT_EQ(Try(bytes), std::make_pair(true, false));
+}
+
+TEST_F(DamagedImage, AnEmptyNameEndsItsDirectorySector)
+{
+    // The second entry loses its name: it and the filled entries after it in the sector are not read.
+    auto bytes = image;
+    std::memset(DirEntry(bytes, 1), 0, 66);
+    CompoundFile cf;
+    ASSERT_TRUE(cf.OpenMemory(bytes.data(), bytes.size()));
+    EXPECT_TRUE(cf.List().empty());
+}
+
+TEST_F(DamagedImage, BlocksPastTheEndReadAsNothing)
+{
+    auto bytes = image;
+    bytes.resize(bytes.size() - 700);  // the large stream loses its last bytes
+    CompoundFile cf;
+    ASSERT_TRUE(cf.OpenMemory(bytes.data(), bytes.size()));
+    std::vector<std::uint8_t> small, large;
+    ASSERT_TRUE(cf.ReadStream(L"\\small", small));
+    EXPECT_EQ(small, Pattern(100, 1));
+    ASSERT_TRUE(cf.ReadStream(L"\\large", large));
+    ASSERT_EQ(large.size(), 5000u);
+    const auto expected = Pattern(5000, 2);
+    EXPECT_TRUE(std::equal(large.begin(), large.begin() + 4000, expected.begin()));
+    EXPECT_TRUE(std::all_of(large.begin() + 4500, large.end(), [](std::uint8_t b) { return b == 0; }));
+}
+
+}  // namespace

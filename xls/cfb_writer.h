@@ -1,0 +1,19 @@
+// Writes a directory with its streams as a version 3 compound file image (internal).
+#pragma once
+
+#include <cstdint>
+#include <vector>
+
+#include "xls/cfb_format.h"
+
+namespace xls {
+namespace cfb {
+
+// Lays out the entries (entry 0 the root; children lists in directory order; stream content in
+// `data`) as a compound file: table sectors first, then the directory, the mini table, the mini
+// stream and the large streams, each chain in consecutive sectors. Unused entries are dropped.
+// Sibling links are rebuilt as balanced red-black trees.
+std::vector<std::uint8_t> WriteImage(const std::vector<Entry>& entries);
+
+}  // namespace cfb
+}  // namespace xls

@@ -1,0 +1,283 @@
+#include "xls/compound_file.h"
+
+#include <algorithm>
+
+#include "order_data/file_system.h"
+#include "xls/cfb_reader.h"
+#include "xls/cfb_writer.h"
+#include "xls/utf16.h"
+
+namespace xls {
+
+using cfb::Entry;
+
+struct CompoundFile::State {
+    std::string path;
+    Mode mode = Mode::ReadOnly;
+    std::vector<std::uint8_t> image;  // the file as read; dropped once the streams are in memory
+    cfb::Reader reader;
+    std::vector<Entry> entries;
+    bool inMemory = false;  // every stream's data is held in its entry
+    std::uint32_t current = 0;
+    std::vector<std::uint32_t> saved;
+};
+
+namespace {
+
+std::vector<std::u16string> SplitPath(const std::u16string& path, bool& fromRoot)
+{
+    fromRoot = !path.empty() && path[0] == u'\\';
+    std::vector<std::u16string> parts;
+    std::u16string part;
+    for (std::size_t i = fromRoot ? 1 : 0; i < path.size(); ++i) {
+        if (path[i] == u'\\') {
+            parts.push_back(part);
+            part.clear();
+        } else {
+            part += path[i];
+        }
+    }
+    parts.push_back(part);
+    return parts;
+}
+
+char16_t Fold(char16_t c) { return (c >= u'a' && c <= u'z') ? static_cast<char16_t>(c - 32) : c; }
+
+std::string NativeName(const std::wstring& path) { return Utf16ToUtf8(ToUtf16(path)); }
+
+}  // namespace
+
+CompoundFile::CompoundFile() = default;
+CompoundFile::~CompoundFile() = default;
+
+bool CompoundFile::IsOpen() const { return state_ != nullptr; }
+
+void CompoundFile::Close() { state_.reset(); }
+
+bool CompoundFile::Create(const std::string& path)
+{
+    Close();
+    auto state = std::make_unique<State>();
+    state->path = path;
+    state->mode = Mode::ReadWrite;
+    Entry root;
+    root.name = u"Root Entry";
+    root.type = cfb::kRoot;
+    state->entries.push_back(root);
+    state->inMemory = true;
+    const std::vector<std::uint8_t> image = cfb::WriteImage(state->entries);
+    if (!orderview::ReplaceFileAtomically(path.c_str(), std::string(image.begin(), image.end()))) return false;
+    state_ = std::move(state);
+    return true;
+}
+
+bool CompoundFile::Create(const std::wstring& path) { return Create(NativeName(path)); }
+
+bool CompoundFile::Open(const std::string& path, Mode mode)
+{
+    Close();
+    std::string bytes;
+    if (!orderview::ReadWholeFile(path.c_str(), bytes)) return false;
+    if (!OpenMemory(bytes.data(), bytes.size())) return false;
+    state_->path = path;
+    state_->mode = mode;
+    return true;
+}
+
+bool CompoundFile::Open(const std::wstring& path, Mode mode) { return Open(NativeName(path), mode); }
+
+bool CompoundFile::OpenMemory(const void* data, std::size_t size)
+{
+    Close();
+    auto state = std::make_unique<State>();
+    const auto* bytes = static_cast<const std::uint8_t*>(data);
+    state->image.assign(bytes, bytes + size);
+    if (!state->reader.Parse(state->image.data(), state->image.size())) return false;
+    state->entries = state->reader.entries();
+    state_ = std::move(state);
+    return true;
+}
+
+// Walks a path to an entry; -1 when a part is missing or is not a storage.
+static int Find(const std::vector<Entry>& entries, std::uint32_t current, const std::u16string& path)
+{
+    bool fromRoot = false;
+    const std::vector<std::u16string> parts = SplitPath(path, fromRoot);
+    std::uint32_t node = fromRoot ? 0 : current;
+    for (std::size_t i = 0; i < parts.size(); ++i) {
+        if (parts[i].empty()) {
+            if (parts.size() == 1 && !fromRoot) return -1;
+            if (parts.size() == 1) return 0;  // "\" is the root
+            return -1;
+        }
+        if (entries[node].type != cfb::kStorage && entries[node].type != cfb::kRoot) return -1;
+        const auto& children = entries[node].children;
+        const auto it = std::find_if(children.begin(), children.end(),
+                                     [&](std::uint32_t c) { return entries[c].name == parts[i]; });
+        if (it == children.end()) return -1;
+        node = *it;
+    }
+    return static_cast<int>(node);
+}
+
+int CompoundFile::MakeFile(const std::wstring& path) { return MakeEntry(path, true); }
+int CompoundFile::MakeDirectory(const std::wstring& path) { return MakeEntry(path, false); }
+
+int CompoundFile::MakeEntry(const std::wstring& widePath, bool stream)
+{
+    if (!state_ || state_->mode != Mode::ReadWrite) return kBadPath;
+    bool fromRoot = false;
+    const std::vector<std::u16string> parts = SplitPath(ToUtf16(widePath), fromRoot);
+    // Check every part before anything changes, so a refused path leaves the file as it was.
+    for (const auto& part : parts) {
+        if (part.empty()) return kBadPath;
+        if (part.size() > cfb::kMaxNameUnits) return kNameTooLong;
+    }
+    std::vector<Entry>& entries = state_->entries;
+    std::uint32_t node = fromRoot ? 0 : state_->current;
+    std::size_t i = 0;
+    for (; i + 1 < parts.size(); ++i) {
+        const auto& children = entries[node].children;
+        const auto it = std::find_if(children.begin(), children.end(),
+                                     [&](std::uint32_t c) { return entries[c].name == parts[i]; });
+        if (it == children.end()) break;
+        if (entries[*it].type != cfb::kStorage) return kBadPath;
+        node = *it;
+    }
+    if (i + 1 == parts.size()) {
+        const auto& children = entries[node].children;
+        if (std::any_of(children.begin(), children.end(), [&](std::uint32_t c) { return entries[c].name == parts[i]; }))
+            return kNameExists;
+    }
+    if (!LoadAllStreams()) return kBadPath;
+    for (; i < parts.size(); ++i) {
+        Entry entry;
+        entry.name = parts[i];
+        entry.type = (i + 1 == parts.size() && stream) ? cfb::kStream : cfb::kStorage;
+        entry.parent = static_cast<int>(node);
+        const auto index = static_cast<std::uint32_t>(entries.size());
+        entries.push_back(std::move(entry));
+        auto& children = entries[node].children;
+        const auto at = std::lower_bound(children.begin(), children.end(), parts[i],
+                                         [&](std::uint32_t c, const std::u16string& name) {
+                                             return cfb::DirectoryLess(entries[c].name, name);
+                                         });
+        children.insert(at, index);
+        node = index;
+    }
+    return Flush() ? kOk : kBadPath;
+}
+
+bool CompoundFile::LoadAllStreams()
+{
+    if (state_->inMemory) return true;
+    std::vector<Entry>& entries = state_->entries;
+    for (std::uint32_t i = 0; i < entries.size(); ++i)
+        if (entries[i].type == cfb::kStream && !state_->reader.ReadStream(i, entries[i].data)) return false;
+    state_->inMemory = true;
+    state_->image.clear();
+    state_->image.shrink_to_fit();
+    return true;
+}
+
+bool CompoundFile::Flush()
+{
+    const std::vector<std::uint8_t> image = cfb::WriteImage(state_->entries);
+    return orderview::ReplaceFileAtomically(state_->path.c_str(), std::string(image.begin(), image.end()));
+}
+
+bool CompoundFile::ChangeDirectory(const std::wstring& path)
+{
+    if (!state_) return false;
+    const int node = Find(state_->entries, state_->current, ToUtf16(path));
+    if (node < 0 || state_->entries[static_cast<std::size_t>(node)].type == cfb::kStream) return false;
+    state_->current = static_cast<std::uint32_t>(node);
+    return true;
+}
+
+void CompoundFile::PushDirectory()
+{
+    if (state_) state_->saved.push_back(state_->current);
+}
+
+bool CompoundFile::PopDirectory()
+{
+    if (!state_ || state_->saved.empty()) return false;
+    state_->current = state_->saved.back();
+    state_->saved.pop_back();
+    return true;
+}
+
+bool CompoundFile::StreamSize(const std::wstring& path, std::uint64_t& size) const
+{
+    if (!state_) return false;
+    const int node = Find(state_->entries, state_->current, ToUtf16(path));
+    if (node < 0 || state_->entries[static_cast<std::size_t>(node)].type != cfb::kStream) return false;
+    const Entry& entry = state_->entries[static_cast<std::size_t>(node)];
+    size = state_->inMemory ? entry.data.size() : entry.size;
+    return true;
+}
+
+bool CompoundFile::ReadStream(const std::wstring& path, std::vector<std::uint8_t>& data) const
+{
+    if (!state_) return false;
+    const int node = Find(state_->entries, state_->current, ToUtf16(path));
+    if (node < 0 || state_->entries[static_cast<std::size_t>(node)].type != cfb::kStream) return false;
+    if (state_->inMemory) {
+        data = state_->entries[static_cast<std::size_t>(node)].data;
+        return true;
+    }
+    return state_->reader.ReadStream(static_cast<std::uint32_t>(node), data);
+}
+
+bool CompoundFile::WriteStream(const std::wstring& path, const void* data, std::size_t size)
+{
+    if (!state_ || state_->mode != Mode::ReadWrite || size > 0xFFFFFFFFu) return false;
+    const int node = Find(state_->entries, state_->current, ToUtf16(path));
+    if (node < 0 || state_->entries[static_cast<std::size_t>(node)].type != cfb::kStream || !LoadAllStreams())
+        return false;
+    const auto* bytes = static_cast<const std::uint8_t*>(data);
+    state_->entries[static_cast<std::size_t>(node)].data.assign(bytes, bytes + size);
+    return Flush();
+}
+
+bool CompoundFile::FindStreamNoCase(const std::wstring& name, std::wstring& actual) const
+{
+    if (!state_) return false;
+    const std::u16string wanted = ToUtf16(name);
+    for (std::uint32_t c : state_->entries[0].children) {
+        const Entry& entry = state_->entries[c];
+        if (entry.type != cfb::kStream || entry.name.size() != wanted.size()) continue;
+        if (std::equal(wanted.begin(), wanted.end(), entry.name.begin(),
+                       [](char16_t a, char16_t b) { return Fold(a) == Fold(b); })) {
+            actual = FromUtf16(entry.name);
+            return true;
+        }
+    }
+    return false;
+}
+
+std::vector<CompoundFile::EntryInfo> CompoundFile::List() const
+{
+    std::vector<EntryInfo> out;
+    if (!state_) return out;
+    const std::vector<Entry>& entries = state_->entries;
+    // Depth first without recursion: (entry, path of its parent).
+    std::vector<std::pair<std::uint32_t, std::u16string>> stack;
+    for (auto it = entries[0].children.rbegin(); it != entries[0].children.rend(); ++it) stack.emplace_back(*it, u"");
+    while (!stack.empty()) {
+        const auto [index, parent] = stack.back();
+        stack.pop_back();
+        const Entry& entry = entries[index];
+        const std::u16string path = parent + u"\\" + entry.name;
+        EntryInfo info;
+        info.path = FromUtf16(path);
+        info.storage = entry.type == cfb::kStorage;
+        info.size = state_->inMemory ? entry.data.size() : entry.size;
+        out.push_back(info);
+        for (auto it = entry.children.rbegin(); it != entry.children.rend(); ++it) stack.emplace_back(*it, path);
+    }
+    return out;
+}
+
+}  // namespace xls

@@ -1,0 +1,75 @@
+// A compound file (structured storage, version 3 with 512-byte sectors): named storages and
+// streams in one file, as binary workbooks use it. Streams are read and written whole.
+//
+// Paths name entries with '\' between the parts; a path that starts with '\' is taken from the
+// root, any other from the current storage. Names are UTF-16 on disk (at most 31 code units).
+// Every change is written to the file at once, replacing it atomically.
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "order_data/export.h"
+
+namespace xls {
+
+class ORDERVIEW_API CompoundFile {
+public:
+    enum class Mode { ReadOnly, ReadWrite };
+    // Results of MakeFile and MakeDirectory.
+    static constexpr int kOk = 1;
+    static constexpr int kBadPath = -1;      // empty or unusable path (a part is a stream, ...)
+    static constexpr int kNameTooLong = -5;  // a name of 32 code units or more
+    static constexpr int kNameExists = -6;   // the parent already holds an entry of that name
+
+    struct EntryInfo {
+        std::wstring path;  // from the root, '\' between the parts
+        bool storage = false;
+        std::uint64_t size = 0;
+    };
+
+    CompoundFile();
+    ~CompoundFile();
+    CompoundFile(const CompoundFile&) = delete;
+    CompoundFile& operator=(const CompoundFile&) = delete;
+
+    // A new file holding only the root storage "Root Entry" (an existing file is replaced).
+    bool Create(const std::string& path);
+    bool Create(const std::wstring& path);
+    // Opens an existing file; false when it is no compound file or is damaged.
+    bool Open(const std::string& path, Mode mode = Mode::ReadOnly);
+    bool Open(const std::wstring& path, Mode mode = Mode::ReadOnly);
+    // Opens an image held in memory, read-only (the bytes are copied).
+    bool OpenMemory(const void* data, std::size_t size);
+    void Close();
+    bool IsOpen() const;
+
+    int MakeFile(const std::wstring& path);
+    int MakeDirectory(const std::wstring& path);
+    // The current storage for relative paths, and a stack to save it on.
+    bool ChangeDirectory(const std::wstring& path);
+    void PushDirectory();
+    bool PopDirectory();
+
+    bool StreamSize(const std::wstring& path, std::uint64_t& size) const;
+    // The whole stream; false when it is missing or its data is damaged.
+    bool ReadStream(const std::wstring& path, std::vector<std::uint8_t>& data) const;
+    // Replaces the whole content of an existing stream.
+    bool WriteStream(const std::wstring& path, const void* data, std::size_t size);
+    // The name of the root's stream that equals `name` without regard to letter case.
+    bool FindStreamNoCase(const std::wstring& name, std::wstring& actual) const;
+    // Every storage and stream below the root, depth first in directory order.
+    std::vector<EntryInfo> List() const;
+
+private:
+    int MakeEntry(const std::wstring& path, bool stream);
+    bool LoadAllStreams();
+    bool Flush();
+
+    struct State;
+    std::unique_ptr<State> state_;
+};
+
+}  // namespace xls

@@ -1,0 +1,20 @@
+// UTF-16 as stored in workbook files, to and from wchar_t (16-bit on Windows, 32-bit on Linux)
+// and UTF-8.
+#pragma once
+
+#include <string>
+
+#include "order_data/export.h"
+
+namespace xls {
+
+// wchar_t text to UTF-16: 32-bit code points above U+FFFF become surrogate pairs.
+ORDERVIEW_API std::u16string ToUtf16(const std::wstring& text);
+// UTF-16 to wchar_t: with a 32-bit wchar_t, surrogate pairs join into one code point; a lone
+// surrogate is kept as it is.
+ORDERVIEW_API std::wstring FromUtf16(const std::u16string& text);
+// UTF-8 to UTF-16 and back; malformed UTF-8 bytes become U+FFFD.
+ORDERVIEW_API std::u16string Utf8ToUtf16(const std::string& text);
+ORDERVIEW_API std::string Utf16ToUtf8(const std::u16string& text);
+
+}  // namespace xls
