@@ -33,5 +33,11 @@
 #include "settings/error_order_file.h"
 #include "settings/order_settings.h"
 
+#include "xls/biff_record.h"
+#include "xls/book.h"
+#include "xls/cell.h"
 #include "xls/compound_file.h"
+#include "xls/sheet.h"
 #include "xls/utf16.h"
+#include "xls/workbook_records.h"
+#include "xls/worksheet_records.h"

@@ -19,25 +19,32 @@ std::string ToNativePath(const CString& path)
     return native;
 }
 
-bool ReadWholeFile(const CString& path, std::string& content)
+// Reads the file into any contiguous byte container, sized once from the file's length.
+template <class Bytes>
+static bool ReadInto(const CString& path, Bytes& content)
 {
     FILE* file = std::fopen(ToNativePath(path).c_str(), "rb");
     if (!file) return false;
-    std::string data;
+    Bytes data;
+    struct stat st;
+    if (::fstat(::fileno(file), &st) == 0 && st.st_size > 0) data.reserve(static_cast<size_t>(st.st_size));
     char chunk[65536];
     size_t n;
-    while ((n = std::fread(chunk, 1, sizeof chunk, file)) > 0) data.append(chunk, n);
+    while ((n = std::fread(chunk, 1, sizeof chunk, file)) > 0) data.insert(data.end(), chunk, chunk + n);
     const bool ok = !std::ferror(file);
     std::fclose(file);
     if (ok) content.swap(data);
     return ok;
 }
 
-static bool WriteAll(int fd, const std::string& content)
+bool ReadWholeFile(const CString& path, std::string& content) { return ReadInto(path, content); }
+bool ReadWholeFile(const CString& path, std::vector<std::uint8_t>& content) { return ReadInto(path, content); }
+
+static bool WriteAll(int fd, const char* data, size_t size)
 {
     size_t done = 0;
-    while (done < content.size()) {
-        const ssize_t n = ::write(fd, content.data() + done, content.size() - done);
+    while (done < size) {
+        const ssize_t n = ::write(fd, data + done, size - done);
         if (n < 0) {
             if (errno == EINTR) continue;
             return false;
@@ -49,12 +56,17 @@ static bool WriteAll(int fd, const std::string& content)
 
 bool ReplaceFileAtomically(const CString& path, const std::string& content)
 {
+    return ReplaceFileAtomically(path, content.data(), content.size());
+}
+
+bool ReplaceFileAtomically(const CString& path, const void* data, std::size_t size)
+{
     const std::string target = ToNativePath(path);
     if (target.empty()) return false;
     std::string tmp = target + ".tmpXXXXXX";
     const int fd = ::mkstemp(&tmp[0]);
     if (fd < 0) return false;
-    bool ok = WriteAll(fd, content) && ::fsync(fd) == 0;
+    bool ok = WriteAll(fd, static_cast<const char*>(data), size) && ::fsync(fd) == 0;
     // mkstemp creates the file 0600; give it the usual permissions of a new file.
     if (ok) {
         const mode_t mask = ::umask(0);

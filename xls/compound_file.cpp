@@ -66,7 +66,7 @@ bool CompoundFile::Create(const std::string& path)
     state->entries.push_back(root);
     state->inMemory = true;
     const std::vector<std::uint8_t> image = cfb::WriteImage(state->entries);
-    if (!orderview::ReplaceFileAtomically(path.c_str(), std::string(image.begin(), image.end()))) return false;
+    if (!orderview::ReplaceFileAtomically(path.c_str(), image.data(), image.size())) return false;
     state_ = std::move(state);
     return true;
 }
@@ -76,11 +76,13 @@ bool CompoundFile::Create(const std::wstring& path) { return Create(NativeName(p
 bool CompoundFile::Open(const std::string& path, Mode mode)
 {
     Close();
-    std::string bytes;
-    if (!orderview::ReadWholeFile(path.c_str(), bytes)) return false;
-    if (!OpenMemory(bytes.data(), bytes.size())) return false;
-    state_->path = path;
-    state_->mode = mode;
+    auto state = std::make_unique<State>();
+    if (!orderview::ReadWholeFile(path.c_str(), state->image)) return false;
+    if (!state->reader.Parse(state->image.data(), state->image.size())) return false;
+    state->entries = state->reader.entries();
+    state->path = path;
+    state->mode = mode;
+    state_ = std::move(state);
     return true;
 }
 
@@ -183,7 +185,7 @@ bool CompoundFile::LoadAllStreams()
 bool CompoundFile::Flush()
 {
     const std::vector<std::uint8_t> image = cfb::WriteImage(state_->entries);
-    return orderview::ReplaceFileAtomically(state_->path.c_str(), std::string(image.begin(), image.end()));
+    return orderview::ReplaceFileAtomically(state_->path.c_str(), image.data(), image.size());
 }
 
 bool CompoundFile::ChangeDirectory(const std::wstring& path)
@@ -232,12 +234,17 @@ bool CompoundFile::ReadStream(const std::wstring& path, std::vector<std::uint8_t
 
 bool CompoundFile::WriteStream(const std::wstring& path, const void* data, std::size_t size)
 {
-    if (!state_ || state_->mode != Mode::ReadWrite || size > 0xFFFFFFFFu) return false;
+    const auto* bytes = static_cast<const std::uint8_t*>(data);
+    return WriteStream(path, std::vector<std::uint8_t>(bytes, bytes + size));
+}
+
+bool CompoundFile::WriteStream(const std::wstring& path, std::vector<std::uint8_t>&& data)
+{
+    if (!state_ || state_->mode != Mode::ReadWrite || data.size() > 0xFFFFFFFFu) return false;
     const int node = Find(state_->entries, state_->current, ToUtf16(path));
     if (node < 0 || state_->entries[static_cast<std::size_t>(node)].type != cfb::kStream || !LoadAllStreams())
         return false;
-    const auto* bytes = static_cast<const std::uint8_t*>(data);
-    state_->entries[static_cast<std::size_t>(node)].data.assign(bytes, bytes + size);
+    state_->entries[static_cast<std::size_t>(node)].data = std::move(data);
     return Flush();
 }
 

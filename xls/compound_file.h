@@ -58,6 +58,7 @@ public:
     bool ReadStream(const std::wstring& path, std::vector<std::uint8_t>& data) const;
     // Replaces the whole content of an existing stream.
     bool WriteStream(const std::wstring& path, const void* data, std::size_t size);
+    bool WriteStream(const std::wstring& path, std::vector<std::uint8_t>&& data);
     // The name of the root's stream that equals `name` without regard to letter case.
     bool FindStreamNoCase(const std::wstring& name, std::wstring& actual) const;
     // Every storage and stream below the root, depth first in directory order.

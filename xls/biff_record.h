@@ -1,0 +1,148 @@
+// BIFF8 records: the base class that reads and writes one record with its CONTINUE parts, and
+// the records shared by the workbook globals and the sheets (BOF, EOF).
+//
+// A record is a 4-byte header (u16 code, u16 data size) and at most 8224 data bytes; longer data
+// goes on in CONTINUE (0x003C) records. Reading joins the parts and remembers where they met, so
+// that writing can cut the data at the same places.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "order_data/export.h"
+
+namespace xls {
+
+constexpr std::uint16_t kContinue = 0x003C;
+constexpr std::size_t kMaxRecordData = 8224;
+
+class ORDERVIEW_API Record {
+public:
+    Record() = default;
+    explicit Record(std::uint16_t recordCode) : code(recordCode) {}
+    virtual ~Record();
+
+    // Reads the record at `stream` with its CONTINUE parts; returns the stream bytes consumed,
+    // or 0 when the record is cut short by the end of the stream (see ReadFrom). Derived classes
+    // then fill their fields from `data`.
+    virtual std::size_t Read(const char* stream);
+    // Writes the record (split into CONTINUE parts as needed); returns the bytes written.
+    virtual std::size_t Write(char* stream);
+    // The data size (derived classes compute it from their fields).
+    virtual std::size_t DataSize();
+    // The stream size, headers of all parts included.
+    virtual std::size_t RecordSize();
+
+    // Read with the number of stream bytes available from `stream`: lengths stored in the
+    // stream are checked against it. Returns 0 when the record does not fit.
+    std::size_t ReadFrom(const char* stream, std::size_t available);
+
+    std::uint16_t code = 0;
+    std::vector<std::uint8_t> data;
+    std::size_t dataSize = 0;
+    std::size_t recordSize = 0;
+    std::vector<std::size_t> continueIndices;  // data size at each CONTINUE boundary
+
+protected:
+    // Header and parts: the size of `size` data bytes written with the continuation list.
+    std::size_t PartsSize(std::size_t size) const;
+    // Writes `data` (already serialised) under `code` with the continuation list.
+    std::size_t WriteData(char* stream) const;
+
+private:
+    std::size_t available_ = static_cast<std::size_t>(-1);
+};
+
+// Beginning of a substream (workbook globals: type 0x0005; worksheet: 0x0010).
+class ORDERVIEW_API BOF : public Record {
+public:
+    BOF();
+    std::size_t Read(const char* stream) override;
+    std::size_t Write(char* stream) override;
+    std::size_t DataSize() override;
+    std::size_t RecordSize() override;
+
+    std::uint16_t version = 0x0600;
+    std::uint16_t type = 0x0005;
+    std::uint16_t buildIdentifier = 0x0DBB;
+    std::uint16_t buildYear = 0x07CC;
+    std::uint32_t fileHistoryFlags = 0;
+    std::uint32_t lowestExcelVersion = 0x06;
+};
+
+// End of a substream.
+class ORDERVIEW_API Eof : public Record {
+public:
+    Eof();
+    std::size_t Read(const char* stream) override;
+    std::size_t Write(char* stream) override;
+    std::size_t DataSize() override;
+    std::size_t RecordSize() override;
+};
+
+namespace biff {
+
+inline std::uint16_t U16(const std::uint8_t* p) { return static_cast<std::uint16_t>(p[0] | (p[1] << 8)); }
+inline std::uint32_t U32(const std::uint8_t* p)
+{
+    return static_cast<std::uint32_t>(p[0]) | (static_cast<std::uint32_t>(p[1]) << 8) |
+           (static_cast<std::uint32_t>(p[2]) << 16) | (static_cast<std::uint32_t>(p[3]) << 24);
+}
+inline void Put16(std::uint8_t* p, std::uint16_t v)
+{
+    p[0] = static_cast<std::uint8_t>(v);
+    p[1] = static_cast<std::uint8_t>(v >> 8);
+}
+inline void Put32(std::uint8_t* p, std::uint32_t v)
+{
+    for (int i = 0; i < 4; ++i) p[i] = static_cast<std::uint8_t>(v >> (8 * i));
+}
+double F64(const std::uint8_t* p);
+void PutF64(std::uint8_t* p, double v);
+
+// Little-endian reads from a byte range that never go past its end (missing bytes read as 0
+// and set `ok` to false).
+class Cursor {
+public:
+    Cursor(const std::uint8_t* data, std::size_t size, std::size_t at = 0) : data_(data), size_(size), at_(at) {}
+    std::uint8_t U8();
+    std::uint16_t U16();
+    std::uint32_t U32();
+    double F64();
+    bool Skip(std::size_t n);
+    // A string of `count` characters, 8-bit (each byte a code unit) or 16-bit.
+    std::u16string Chars(std::size_t count, bool wide);
+    std::size_t at() const { return at_; }
+    std::size_t left() const { return at_ < size_ ? size_ - at_ : 0; }
+    bool ok() const { return ok_; }
+
+private:
+    const std::uint8_t* data_;
+    std::size_t size_;
+    std::size_t at_;
+    bool ok_ = true;
+};
+
+// Appends little-endian values to a byte vector.
+class Builder {
+public:
+    explicit Builder(std::vector<std::uint8_t>& out) : out_(out) {}
+    void U8(std::uint8_t v) { out_.push_back(v); }
+    void U16(std::uint16_t v);
+    void U32(std::uint32_t v);
+    void F64(double v);
+    // Characters as 8-bit code units (compressed) or 16-bit.
+    void Chars(const std::u16string& text, bool wide);
+    void Bytes(const std::uint8_t* p, std::size_t n) { out_.insert(out_.end(), p, p + n); }
+
+private:
+    std::vector<std::uint8_t>& out_;
+};
+
+// True when every code unit fits in 8 bits, so the text can be stored compressed.
+bool FitsCompressed(const std::u16string& text);
+
+}  // namespace biff
+}  // namespace xls

@@ -1,0 +1,428 @@
+#include "xls/book.h"
+
+#include <cstring>
+#include <unordered_map>
+
+#include "xls/compound_file.h"
+#include "xls/utf16.h"
+
+namespace xls {
+
+namespace {
+
+using RowBlock = Worksheet::CellTable::RowBlock;
+using CellBlock = RowBlock::CellBlock;
+
+constexpr std::size_t kRowsPerBlock = 32;
+constexpr std::uint16_t kCellXF = 15;  // the default cell format
+
+std::u16string FromNarrow(const char* name)
+{
+    std::u16string out;
+    for (const char* p = name; p && *p; ++p) out += static_cast<char16_t>(static_cast<unsigned char>(*p));
+    return out;
+}
+
+std::u16string FromWide(const wchar_t* name) { return name ? ToUtf16(name) : std::u16string(); }
+
+std::string ToAnsi(const std::u16string& name)
+{
+    std::string out;
+    for (char16_t c : name) out += c < 0x100 ? static_cast<char>(c) : '?';
+    return out;
+}
+
+char16_t Fold(char16_t c) { return (c >= u'a' && c <= u'z') ? static_cast<char16_t>(c - 32) : c; }
+
+bool SameName(const std::u16string& a, const std::u16string& b)
+{
+    if (a.size() != b.size()) return false;
+    for (std::size_t i = 0; i < a.size(); ++i)
+        if (Fold(a[i]) != Fold(b[i])) return false;
+    return true;
+}
+
+// Names spreadsheet programs accept: 1 to 31 characters, none of : \ / ? * [ ].
+bool ValidName(const std::u16string& name)
+{
+    if (name.empty() || name.size() > 31) return false;
+    for (char16_t c : name)
+        if (c == u':' || c == u'\\' || c == u'/' || c == u'?' || c == u'*' || c == u'[' || c == u']') return false;
+    return true;
+}
+
+// Puts the cell values of a sheet substream into a sheet's grid.
+class GridSink : public CellSink {
+public:
+    explicit GridSink(Sheet& sheet) : sheet_(sheet) {}
+    void Integer(std::uint16_t row, std::uint16_t col, std::int32_t value) override
+    {
+        if (Cell* cell = sheet_.Cell(row, col)) cell->SetInteger(value);
+    }
+    void Double(std::uint16_t row, std::uint16_t col, double value) override
+    {
+        if (Cell* cell = sheet_.Cell(row, col)) cell->SetDouble(value);
+    }
+    void Text(std::uint16_t row, std::uint16_t col, const std::u16string& text, bool wide) override
+    {
+        Cell* cell = sheet_.Cell(row, col);
+        if (!cell) return;
+        if (wide) {
+            const std::wstring w = FromUtf16(text);
+            cell->SetWString(w.c_str(), w.size());
+        } else {
+            narrow_.resize(text.size());
+            for (std::size_t i = 0; i < text.size(); ++i) narrow_[i] = static_cast<char>(text[i]);
+            cell->SetString(narrow_.data(), narrow_.size());
+        }
+    }
+
+private:
+    Sheet& sheet_;
+    std::string narrow_;
+};
+
+}  // namespace
+
+Book::Book()
+{
+    workbook_.boundSheets.clear();
+}
+
+Book::Book(const char* filename) : Book() { Load(filename); }
+
+Book::~Book() = default;
+
+void Book::New(int sheets)
+{
+    workbook_.Reset();
+    worksheets_.assign(1, Worksheet());
+    sheets_.clear();
+    sheets_.push_back(std::make_unique<Sheet>(this, 0));
+    for (int i = 1; i < sheets; ++i) {
+        for (std::size_t n = sheets_.size() + 1;; ++n) {
+            const std::string name = "Sheet" + std::to_string(n);
+            if (AddWorksheet(name.c_str())) break;
+        }
+    }
+}
+
+bool Book::Load(const wchar_t* filename) { return filename && Load(Utf16ToUtf8(ToUtf16(filename)).c_str()); }
+
+bool Book::Load(const char* filename)
+{
+    if (!filename) return false;
+    std::vector<std::uint8_t> stream;
+    {
+        CompoundFile container;
+        std::wstring name;
+        // The stream is "Workbook" in any letter case; some writers use the older name "Book".
+        if (!container.Open(std::string(filename)) ||
+            !(container.FindStreamNoCase(L"Workbook", name) || container.FindStreamNoCase(L"Book", name)) ||
+            !container.ReadStream(L"\\" + name, stream))
+            return false;
+    }  // the container's copy of the file is released here
+    if (!LoadStream(stream)) return false;
+    path_ = filename;
+    return true;
+}
+
+bool Book::LoadStream(const std::vector<std::uint8_t>& stream)
+{
+    const char* base = reinterpret_cast<const char*>(stream.data());
+    Workbook workbook;
+    if (workbook.Read(base, stream.size()) == 0) return false;
+    std::vector<Worksheet> worksheets(workbook.boundSheets.size());
+    std::vector<std::unique_ptr<Sheet>> sheets;
+    for (std::size_t i = 0; i < workbook.boundSheets.size(); ++i) {
+        const std::size_t position = workbook.boundSheets[i].streamPosition;
+        if (position >= stream.size()) return false;
+        sheets.push_back(std::make_unique<Sheet>(this, i));
+        GridSink sink(*sheets.back());
+        if (worksheets[i].Read(base + position, stream.size() - position, &sink, &workbook.sst.strings,
+                               &workbook.sst.wide) == 0)
+            return false;
+    }
+    // The grids hold the values now: the shared strings are rebuilt when saving.
+    workbook.sst = Workbook::SharedStringTable();
+    workbook_ = std::move(workbook);
+    worksheets_ = std::move(worksheets);
+    sheets_ = std::move(sheets);
+    return true;
+}
+
+bool Book::SaveAs(const wchar_t* filename) { return filename && SaveAs(Utf16ToUtf8(ToUtf16(filename)).c_str()); }
+
+bool Book::SaveAs(const char* filename)
+{
+    if (!filename) return false;
+    {
+        CompoundFile container;
+        if (!container.Create(std::string(filename)) || container.MakeFile(L"\\Workbook") != CompoundFile::kOk)
+            return false;
+    }
+    path_ = filename;
+    return Save();
+}
+
+bool Book::Save()
+{
+    if (path_.empty()) return false;
+    UpdateWorksheets();
+    AdjustStreamPositions();
+    std::size_t total = workbook_.RecordSize();
+    for (Worksheet& ws : worksheets_) total += ws.RecordSize();
+    std::vector<std::uint8_t> buffer(total);
+    char* out = reinterpret_cast<char*>(buffer.data());
+    std::size_t at = workbook_.Write(out);
+    for (Worksheet& ws : worksheets_) at += ws.Write(out + at);
+    // The records were only needed to write the stream.
+    for (Worksheet& ws : worksheets_) ws.cellTable.rowBlocks.clear();
+    workbook_.sst = Workbook::SharedStringTable();
+    if (at != total) return false;
+
+    CompoundFile container;
+    if (!container.Open(path_, CompoundFile::Mode::ReadWrite)) return false;
+    std::wstring name;
+    if (!container.FindStreamNoCase(L"Workbook", name)) {
+        name = L"Workbook";
+        if (container.MakeFile(L"\\Workbook") != CompoundFile::kOk) return false;
+    }
+    return container.WriteStream(L"\\" + name, std::move(buffer));
+}
+
+void Book::UpdateWorksheets()
+{
+    Workbook::SharedStringTable& sst = workbook_.sst;
+    sst = Workbook::SharedStringTable();
+    std::unordered_map<std::string, std::uint32_t> narrowIndex;
+    std::unordered_map<std::wstring, std::uint32_t> wideIndex;
+    std::uint32_t total = 0;
+    auto narrowString = [&](const Cell& cell) {
+        const std::string key(cell.GetString(), cell.GetStringLength());
+        const auto found = narrowIndex.emplace(key, static_cast<std::uint32_t>(sst.strings.size()));
+        if (found.second) {
+            std::u16string text(key.size(), u'\0');
+            for (std::size_t i = 0; i < key.size(); ++i) text[i] = static_cast<unsigned char>(key[i]);
+            sst.strings.push_back(std::move(text));
+            sst.wide.push_back(false);
+        }
+        return found.first->second;
+    };
+    auto wideString = [&](const Cell& cell) {
+        const std::wstring key(cell.GetWString(), cell.GetStringLength());
+        const auto found = wideIndex.emplace(key, static_cast<std::uint32_t>(sst.strings.size()));
+        if (found.second) {
+            sst.strings.push_back(ToUtf16(key));
+            sst.wide.push_back(true);
+        }
+        return found.first->second;
+    };
+
+    if (workbook_.window1.activeSheet >= sheets_.size()) workbook_.window1.activeSheet = 0;
+    for (std::size_t s = 0; s < sheets_.size(); ++s) {
+        Worksheet& ws = worksheets_[s];
+        ws.bof.type = 0x0010;
+        ws.cellTable.rowBlocks.clear();
+        const bool active = s == workbook_.window1.activeSheet;
+        ws.window2.options = static_cast<std::uint16_t>(active ? (ws.window2.options | 0x0600) : (ws.window2.options & ~0x0600));
+        std::size_t firstRow = SIZE_MAX, lastRow = 0, firstCol = SIZE_MAX, lastCol = 0;
+        RowBlock* block = nullptr;
+        std::size_t blockStart = SIZE_MAX;
+        for (const auto& entry : sheets_[s]->Rows()) {
+            const std::size_t r = entry.first;
+            const Sheet::Row& cells = entry.second;
+            std::size_t first = SIZE_MAX, last = 0;
+            for (std::size_t c = 0; c < cells.size(); ++c)
+                if (cells[c].Type() != Cell::kUndefined) {
+                    if (first == SIZE_MAX) first = c;
+                    last = c;
+                }
+            if (first == SIZE_MAX) continue;  // no defined cell in this row
+            if (!block || r / kRowsPerBlock != blockStart) {
+                ws.cellTable.rowBlocks.emplace_back();
+                block = &ws.cellTable.rowBlocks.back();
+                blockStart = r / kRowsPerBlock;
+            }
+            RowBlock::Row row;
+            row.row = static_cast<std::uint16_t>(r);
+            row.firstCol = static_cast<std::uint16_t>(first);
+            row.lastColPlus1 = static_cast<std::uint16_t>(last + 1);
+            block->rows.push_back(row);
+            block->firstCellOfRow.push_back(block->cells.size());
+            for (std::size_t c = first; c <= last; ++c) {
+                const Cell& cell = cells[c];
+                const auto row16 = static_cast<std::uint16_t>(r), col16 = static_cast<std::uint16_t>(c);
+                std::uint32_t rk = 0;
+                switch (cell.Type()) {
+                case Cell::kInteger:
+                    if (CellBlock::RK::EncodeInteger(cell.GetInteger(), rk))
+                        CellBlock::RK::Append(block->cells, row16, col16, kCellXF, rk);
+                    else
+                        CellBlock::Number::Append(block->cells, row16, col16, kCellXF, cell.GetInteger());
+                    break;
+                case Cell::kDouble: CellBlock::Number::Append(block->cells, row16, col16, kCellXF, cell.GetDouble()); break;
+                case Cell::kString:
+                    CellBlock::LabelSST::Append(block->cells, row16, col16, kCellXF, narrowString(cell));
+                    ++total;
+                    break;
+                case Cell::kWString:
+                    CellBlock::LabelSST::Append(block->cells, row16, col16, kCellXF, wideString(cell));
+                    ++total;
+                    break;
+                default: break;
+                }
+            }
+            if (firstRow == SIZE_MAX) firstRow = r;
+            lastRow = r;
+            firstCol = std::min(firstCol, first);
+            lastCol = std::max(lastCol, last);
+        }
+        const bool empty = firstRow == SIZE_MAX;
+        ws.dimensions.firstRow = empty ? 0 : static_cast<std::uint32_t>(firstRow);
+        ws.dimensions.lastRowPlus1 = empty ? 0 : static_cast<std::uint32_t>(lastRow + 1);
+        ws.dimensions.firstCol = empty ? 0 : static_cast<std::uint16_t>(firstCol);
+        ws.dimensions.lastColPlus1 = empty ? 0 : static_cast<std::uint16_t>(lastCol + 1);
+        ws.index.firstRow = ws.dimensions.firstRow;
+        ws.index.lastRowPlus1 = ws.dimensions.lastRowPlus1;
+    }
+    sst.totalStrings = total;
+}
+
+void Book::AdjustStreamPositions()
+{
+    // The ExtSST's size depends on the string count only, so it is laid out first.
+    workbook_.AdjustExtSSTPositions(workbook_.SharedStringTableOffset());
+    std::size_t position = workbook_.RecordSize();
+    for (std::size_t i = 0; i < worksheets_.size(); ++i) {
+        workbook_.boundSheets[i].streamPosition = static_cast<std::uint32_t>(position);
+        worksheets_[i].AdjustDBCellPositions(position);
+        position += worksheets_[i].RecordSize();
+    }
+}
+
+Sheet* Book::GetWorksheet(std::size_t index) { return index < sheets_.size() ? sheets_[index].get() : nullptr; }
+
+int Book::FindSheet(const std::u16string& name) const
+{
+    for (std::size_t i = 0; i < workbook_.boundSheets.size(); ++i)
+        if (SameName(workbook_.boundSheets[i].name, name)) return static_cast<int>(i);
+    return -1;
+}
+
+Sheet* Book::GetWorksheet(const char* name)
+{
+    const int i = FindSheet(FromNarrow(name));
+    return i < 0 ? nullptr : sheets_[static_cast<std::size_t>(i)].get();
+}
+
+Sheet* Book::GetWorksheet(const wchar_t* name)
+{
+    const int i = FindSheet(FromWide(name));
+    return i < 0 ? nullptr : sheets_[static_cast<std::size_t>(i)].get();
+}
+
+Sheet* Book::AddSheet(const std::u16string& name, int index)
+{
+    if (!ValidName(name) || FindSheet(name) >= 0) return nullptr;
+    const std::size_t at = (index < 0 || static_cast<std::size_t>(index) > sheets_.size()) ? sheets_.size()
+                                                                                         : static_cast<std::size_t>(index);
+    Workbook::BoundSheet bound;
+    bound.name = name;
+    workbook_.boundSheets.insert(workbook_.boundSheets.begin() + static_cast<std::ptrdiff_t>(at), bound);
+    worksheets_.insert(worksheets_.begin() + static_cast<std::ptrdiff_t>(at), Worksheet());
+    sheets_.insert(sheets_.begin() + static_cast<std::ptrdiff_t>(at), std::make_unique<Sheet>(this, at));
+    for (std::size_t i = at; i < sheets_.size(); ++i) sheets_[i]->SetIndex(i);
+    return sheets_[at].get();
+}
+
+Sheet* Book::AddWorksheet(int index)
+{
+    for (std::size_t n = sheets_.size() + 1;; ++n) {
+        const std::u16string name = FromNarrow(("Sheet" + std::to_string(n)).c_str());
+        if (FindSheet(name) < 0) return AddSheet(name, index);
+    }
+}
+
+Sheet* Book::AddWorksheet(const char* name, int index) { return AddSheet(FromNarrow(name), index); }
+Sheet* Book::AddWorksheet(const wchar_t* name, int index) { return AddSheet(FromWide(name), index); }
+
+bool Book::Delete(std::size_t index)
+{
+    if (index >= sheets_.size()) return false;
+    workbook_.boundSheets.erase(workbook_.boundSheets.begin() + static_cast<std::ptrdiff_t>(index));
+    worksheets_.erase(worksheets_.begin() + static_cast<std::ptrdiff_t>(index));
+    sheets_.erase(sheets_.begin() + static_cast<std::ptrdiff_t>(index));
+    for (std::size_t i = index; i < sheets_.size(); ++i) sheets_[i]->SetIndex(i);
+    return true;
+}
+
+bool Book::DeleteWorksheet(std::size_t index) { return Delete(index); }
+
+bool Book::DeleteWorksheet(const char* name)
+{
+    const int i = FindSheet(FromNarrow(name));
+    return i >= 0 && Delete(static_cast<std::size_t>(i));
+}
+
+bool Book::DeleteWorksheet(const wchar_t* name)
+{
+    const int i = FindSheet(FromWide(name));
+    return i >= 0 && Delete(static_cast<std::size_t>(i));
+}
+
+const char* Book::GetAnsiSheetName(std::size_t index)
+{
+    if (index >= workbook_.boundSheets.size()) return nullptr;
+    ansiName_ = ToAnsi(workbook_.boundSheets[index].name);
+    return ansiName_.c_str();
+}
+
+const wchar_t* Book::GetUnicodeSheetName(std::size_t index)
+{
+    if (index >= workbook_.boundSheets.size()) return nullptr;
+    wideName_ = FromUtf16(workbook_.boundSheets[index].name);
+    return wideName_.c_str();
+}
+
+bool Book::GetSheetName(std::size_t index, char* name)
+{
+    const char* text = GetAnsiSheetName(index);
+    if (!text || !name) return false;
+    std::memcpy(name, text, std::strlen(text) + 1);
+    return true;
+}
+
+bool Book::GetSheetName(std::size_t index, wchar_t* name)
+{
+    const wchar_t* text = GetUnicodeSheetName(index);
+    if (!text || !name) return false;
+    std::memcpy(name, text, (wideName_.size() + 1) * sizeof(wchar_t));
+    return true;
+}
+
+bool Book::Rename(std::size_t index, const std::u16string& name)
+{
+    if (index >= sheets_.size() || !ValidName(name)) return false;
+    const int other = FindSheet(name);
+    if (other >= 0 && static_cast<std::size_t>(other) != index) return false;
+    workbook_.boundSheets[index].name = name;
+    return true;
+}
+
+bool Book::RenameWorksheet(std::size_t index, const char* name) { return Rename(index, FromNarrow(name)); }
+bool Book::RenameWorksheet(std::size_t index, const wchar_t* name) { return Rename(index, FromWide(name)); }
+
+bool Book::RenameWorksheet(const char* from, const char* to)
+{
+    const int i = FindSheet(FromNarrow(from));
+    return i >= 0 && Rename(static_cast<std::size_t>(i), FromNarrow(to));
+}
+
+bool Book::RenameWorksheet(const wchar_t* from, const wchar_t* to)
+{
+    const int i = FindSheet(FromWide(from));
+    return i >= 0 && Rename(static_cast<std::size_t>(i), FromWide(to));
+}
+
+}  // namespace xls

@@ -1,0 +1,82 @@
+// A binary workbook (.xls): sheets of cells, loaded from and saved to a compound file whose
+// "Workbook" stream holds BIFF8 records.
+#pragma once
+
+#include <cstddef>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "order_data/export.h"
+#include "xls/sheet.h"
+#include "xls/workbook_records.h"
+#include "xls/worksheet_records.h"
+
+namespace xls {
+
+class ORDERVIEW_API Book {
+public:
+    Book();
+    explicit Book(const char* filename);
+    ~Book();
+    Book(const Book&) = delete;
+    Book& operator=(const Book&) = delete;
+
+    // A new workbook in memory with `sheets` sheets named "Sheet1", "Sheet2", ...
+    void New(int sheets);
+    // Reads a workbook file; on failure the book keeps what it held and false is returned.
+    bool Load(const char* filename);
+    bool Load(const wchar_t* filename);
+    // Writes the workbook into the file it was loaded from or last saved as.
+    bool Save();
+    // Writes the workbook as a new file (replacing one of that name).
+    bool SaveAs(const char* filename);
+    bool SaveAs(const wchar_t* filename);
+
+    std::size_t GetTotalWorkSheets() const { return sheets_.size(); }
+    Sheet* GetWorksheet(std::size_t index);
+    Sheet* GetWorksheet(int index) { return index < 0 ? nullptr : GetWorksheet(static_cast<std::size_t>(index)); }
+    Sheet* GetWorksheet(const char* name);
+    Sheet* GetWorksheet(const wchar_t* name);
+    // A new sheet at `index` (-1: at the end); null when the name is taken (names compare
+    // without regard to ASCII letter case, as spreadsheet programs do).
+    Sheet* AddWorksheet(int index = -1);
+    Sheet* AddWorksheet(const char* name, int index = -1);
+    Sheet* AddWorksheet(const wchar_t* name, int index = -1);
+    bool DeleteWorksheet(std::size_t index);
+    bool DeleteWorksheet(int index) { return index >= 0 && DeleteWorksheet(static_cast<std::size_t>(index)); }
+    bool DeleteWorksheet(const char* name);
+    bool DeleteWorksheet(const wchar_t* name);
+
+    const char* GetAnsiSheetName(std::size_t index);
+    const wchar_t* GetUnicodeSheetName(std::size_t index);
+    bool GetSheetName(std::size_t index, char* name);
+    bool GetSheetName(std::size_t index, wchar_t* name);
+    bool RenameWorksheet(std::size_t index, const char* name);
+    bool RenameWorksheet(std::size_t index, const wchar_t* name);
+    bool RenameWorksheet(int index, const char* name) { return index >= 0 && RenameWorksheet(static_cast<std::size_t>(index), name); }
+    bool RenameWorksheet(int index, const wchar_t* name) { return index >= 0 && RenameWorksheet(static_cast<std::size_t>(index), name); }
+    bool RenameWorksheet(const char* from, const char* to);
+    bool RenameWorksheet(const wchar_t* from, const wchar_t* to);
+
+    // The record sets behind the sheets (rebuilt from the grids on Save).
+    Workbook& GetWorkbook() { return workbook_; }
+
+private:
+    Sheet* AddSheet(const std::u16string& name, int index);
+    int FindSheet(const std::u16string& name) const;
+    bool Rename(std::size_t index, const std::u16string& name);
+    bool Delete(std::size_t index);
+    void UpdateWorksheets();
+    void AdjustStreamPositions();
+    bool LoadStream(const std::vector<std::uint8_t>& stream);
+
+    std::string path_;  // the container the workbook belongs to; empty before Load or SaveAs
+    Workbook workbook_;
+    std::vector<Worksheet> worksheets_;
+    std::vector<std::unique_ptr<Sheet>> sheets_;
+    std::string ansiName_;
+    std::wstring wideName_;
+};
+
+}  // namespace xls

@@ -1,0 +1,87 @@
+#include "xls/sheet.h"
+
+#include <cstdio>
+#include <cstring>
+
+#include "xls/book.h"
+#include "xls/utf16.h"
+
+namespace xls {
+
+const char* Sheet::GetAnsiSheetName()
+{
+    ansiName_ = book_->GetAnsiSheetName(index_) ? book_->GetAnsiSheetName(index_) : "";
+    return ansiName_.c_str();
+}
+
+const wchar_t* Sheet::GetUnicodeSheetName()
+{
+    wideName_ = book_->GetUnicodeSheetName(index_) ? book_->GetUnicodeSheetName(index_) : L"";
+    return wideName_.c_str();
+}
+
+bool Sheet::GetSheetName(char* name) { return book_->GetSheetName(index_, name); }
+bool Sheet::GetSheetName(wchar_t* name) { return book_->GetSheetName(index_, name); }
+bool Sheet::Rename(const char* name) { return book_->RenameWorksheet(index_, name); }
+bool Sheet::Rename(const wchar_t* name) { return book_->RenameWorksheet(index_, name); }
+
+Sheet::Row& Sheet::RowAt(std::size_t row)
+{
+    if (row != lastRow_ || !lastRowCells_) {
+        lastRowCells_ = &grid_[row];
+        lastRow_ = row;
+    }
+    return *lastRowCells_;
+}
+
+xls::Cell* Sheet::Cell(std::size_t row, std::size_t col)
+{
+    if (row >= kMaxRows || col >= kMaxCols) return nullptr;
+    if (col >= cols_) cols_ = col + 1;
+    if (row >= rows_) rows_ = row + 1;
+    Row& cells = RowAt(row);
+    if (col >= cells.size()) cells.resize(col + 1);
+    return &cells[col];
+}
+
+bool Sheet::EraseCell(std::size_t row, std::size_t col)
+{
+    if (row >= rows_ || col >= cols_) return false;
+    const auto it = grid_.find(row);
+    if (it != grid_.end() && col < it->second.size()) it->second[col].EraseContents();
+    return true;
+}
+
+void Sheet::Print(std::ostream& out, char delimiter, char qualifier)
+{
+    auto quoted = [&](const std::string& text) {
+        out << qualifier;
+        for (char c : text) {
+            if (c == qualifier) out << qualifier;
+            out << c;
+        }
+        out << qualifier;
+    };
+    char number[32];
+    for (std::size_t r = 0; r < rows_; ++r) {
+        const auto it = grid_.find(r);
+        for (std::size_t c = 0; c < cols_; ++c) {
+            if (c) out << delimiter;
+            if (it == grid_.end() || c >= it->second.size()) continue;
+            const xls::Cell& cell = it->second[c];
+            switch (cell.Type()) {
+            case xls::Cell::kInteger: out << cell.GetInteger(); break;
+            case xls::Cell::kDouble:
+                std::snprintf(number, sizeof number, "%.15g", cell.GetDouble());
+                out << number;
+                break;
+            case xls::Cell::kString: quoted(cell.GetString()); break;
+            case xls::Cell::kWString: quoted(Utf16ToUtf8(ToUtf16(cell.GetWString()))); break;
+            default: break;
+            }
+        }
+        out << '\n';
+    }
+}
+
+}  // namespace xls
