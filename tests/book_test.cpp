@@ -1,0 +1,203 @@
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <climits>
+#include <cmath>
+#include <sstream>
+
+#include "support/temp_folder.h"
+#include "xls/book.h"
+#include "xls/compound_file.h"
+
+namespace {
+
+using xls::Book;
+using xls::Cell;
+
+TEST(CellValue, GettersFollowTheType)
+{
+    Cell cell;
+    int i = 7;
+    double d = 7;
+    char narrow[8];
+    wchar_t wide[8];
+    EXPECT_EQ(cell.Type(), Cell::kUndefined);
+    EXPECT_FALSE(cell.Get(i));
+    cell.Set(2.75);
+    EXPECT_TRUE(cell.Get(i));  // a double cut toward zero
+    EXPECT_EQ(i, 2);
+    cell.Set(-2.75);
+    EXPECT_EQ(cell.GetInteger(), -2);
+    cell.Set(1e300);
+    EXPECT_EQ(cell.GetInteger(), INT_MAX);
+    cell.Set(std::nan(""));
+    EXPECT_FALSE(cell.Get(i));
+    cell.Set(42);
+    EXPECT_TRUE(cell.Get(d));
+    EXPECT_EQ(d, 42.0);
+    EXPECT_FALSE(cell.Get(narrow));
+    cell.Set(L"wide");
+    EXPECT_FALSE(cell.Get(narrow));
+    EXPECT_TRUE(cell.Get(wide));
+    EXPECT_STREQ(wide, L"wide");
+    cell.Set("");
+    EXPECT_TRUE(cell.Get(narrow));
+    EXPECT_STREQ(narrow, "");
+    EXPECT_EQ(cell.Type(), Cell::kString);
+    cell.SetString("a\0b", 3);
+    EXPECT_EQ(cell.GetStringLength(), 3u);
+    Cell copy = cell;
+    EXPECT_EQ(std::string(copy.GetString(), 3), std::string("a\0b", 3));
+    Cell moved = std::move(copy);
+    EXPECT_EQ(copy.Type(), Cell::kUndefined);
+    EXPECT_EQ(moved.GetStringLength(), 3u);
+    moved.EraseContents();
+    EXPECT_EQ(moved.Type(), Cell::kUndefined);
+    EXPECT_STREQ(moved.GetString(), "");
+    EXPECT_EQ(sizeof(Cell), 16u);
+}
+
+TEST(SheetGrid, LimitsAndGrowth)
+{
+    Book book;
+    book.New(1);
+    xls::Sheet* sheet = book.GetWorksheet(0);
+    ASSERT_NE(sheet, nullptr);
+    EXPECT_NE(sheet->Cell(65535, 255), nullptr);
+    EXPECT_EQ(sheet->Cell(65536, 0), nullptr);
+    EXPECT_EQ(sheet->Cell(0, 256), nullptr);
+    EXPECT_EQ(sheet->GetTotalRows(), 65536u);
+    EXPECT_EQ(sheet->GetTotalCols(), 256u);
+    sheet->Cell(3, 4)->Set(5);
+    EXPECT_EQ(sheet->Cell(3, 4)->GetInteger(), 5);  // a cell keeps its value
+    EXPECT_TRUE(sheet->EraseCell(3, 4));
+    EXPECT_EQ(sheet->Cell(3, 4)->Type(), Cell::kUndefined);
+    EXPECT_TRUE(sheet->EraseCell(100, 100));  // inside the used range, never touched
+    Book other;
+    other.New(1);
+    EXPECT_FALSE(other.GetWorksheet(0)->EraseCell(0, 0));  // outside the (empty) used range
+}
+
+TEST(SheetList, NamesAddRenameDelete)
+{
+    Book book;
+    book.New(3);
+    ASSERT_EQ(book.GetTotalWorkSheets(), 3u);
+    for (int i = 0; i < 3; ++i) EXPECT_STREQ(book.GetAnsiSheetName(static_cast<std::size_t>(i)), ("Sheet" + std::to_string(i + 1)).c_str());
+    EXPECT_EQ(book.AddWorksheet("Sheet2"), nullptr);
+    EXPECT_EQ(book.AddWorksheet("sheet2"), nullptr);  // names compare without letter case
+    EXPECT_EQ(book.AddWorksheet("bad:name"), nullptr);
+    EXPECT_EQ(book.AddWorksheet(std::string(32, 'n').c_str()), nullptr);
+    xls::Sheet* first = book.AddWorksheet(L"\u5de5\u4f5c\u8868", 0);
+    ASSERT_NE(first, nullptr);
+    EXPECT_EQ(book.GetWorksheet(0), first);
+    EXPECT_STREQ(book.GetUnicodeSheetName(0), L"\u5de5\u4f5c\u8868");
+    EXPECT_STREQ(book.GetAnsiSheetName(0), "???");
+    EXPECT_EQ(book.GetWorksheet(L"\u5de5\u4f5c\u8868"), first);
+    xls::Sheet* unnamed = book.AddWorksheet();
+    ASSERT_NE(unnamed, nullptr);
+    EXPECT_STREQ(unnamed->GetAnsiSheetName(), "Sheet5");
+    EXPECT_FALSE(book.RenameWorksheet("Sheet1", "Sheet3"));
+    EXPECT_TRUE(book.RenameWorksheet("Sheet1", "SHEET1"));  // its own name in another case
+    EXPECT_TRUE(book.RenameWorksheet(1, "Orders"));
+    EXPECT_EQ(book.GetWorksheet("orders")->Index(), 1u);
+    EXPECT_TRUE(book.DeleteWorksheet("Sheet2"));
+    EXPECT_FALSE(book.DeleteWorksheet("Sheet2"));
+    EXPECT_FALSE(book.DeleteWorksheet(99));
+    EXPECT_EQ(book.GetTotalWorkSheets(), 4u);
+    EXPECT_EQ(book.GetWorksheet("Sheet3")->Index(), 2u);
+    char name[32];
+    EXPECT_TRUE(book.GetSheetName(2, name));
+    EXPECT_STREQ(name, "Sheet3");
+    EXPECT_FALSE(book.GetSheetName(10, name));
+}
+
+TEST(BookFile, SaveAndLoadKeepEveryValueAndType)
+{
+    ovtest::TempFolder folder;
+    const std::string path = folder.File("book.xls");
+    {
+        Book book;
+        book.New(2);
+        xls::Sheet* sheet = book.GetWorksheet(0);
+        sheet->Cell(0, 0)->Set(123);
+        sheet->Cell(0, 1)->Set(-(1 << 29));
+        sheet->Cell(0, 2)->Set(1 << 29);  // too large for an RK integer
+        sheet->Cell(1, 0)->Set(3.141592653589793);
+        sheet->Cell(1, 1)->Set(5.0);
+        sheet->Cell(2, 0)->Set("narrow \xE9");
+        sheet->Cell(2, 1)->Set(L"wide \u4e2d");
+        sheet->Cell(2, 2)->Set("narrow \xE9");  // shared
+        sheet->Cell(65535, 255)->Set(9);
+        book.GetWorksheet(1)->Cell(5, 5)->Set(L"second");
+        ASSERT_TRUE(book.SaveAs(path.c_str()));
+    }
+    Book book;
+    ASSERT_TRUE(book.Load(path.c_str()));
+    ASSERT_EQ(book.GetTotalWorkSheets(), 2u);
+    xls::Sheet* sheet = book.GetWorksheet("Sheet1");
+    EXPECT_EQ(sheet->Cell(0, 0)->Type(), Cell::kInteger);
+    EXPECT_EQ(sheet->Cell(0, 0)->GetInteger(), 123);
+    EXPECT_EQ(sheet->Cell(0, 1)->GetInteger(), -(1 << 29));
+    EXPECT_EQ(sheet->Cell(0, 2)->Type(), Cell::kDouble);
+    EXPECT_EQ(sheet->Cell(0, 2)->GetDouble(), 1 << 29);
+    EXPECT_EQ(sheet->Cell(1, 0)->GetDouble(), 3.141592653589793);
+    EXPECT_EQ(sheet->Cell(1, 1)->Type(), Cell::kDouble);
+    EXPECT_STREQ(sheet->Cell(2, 0)->GetString(), "narrow \xE9");
+    EXPECT_EQ(sheet->Cell(2, 1)->Type(), Cell::kWString);
+    EXPECT_STREQ(sheet->Cell(2, 1)->GetWString(), L"wide \u4e2d");
+    EXPECT_EQ(sheet->Cell(65535, 255)->GetInteger(), 9);
+    EXPECT_STREQ(book.GetWorksheet(1)->Cell(5, 5)->GetWString(), L"second");
+    // Save writes back into the same file.
+    sheet->Cell(0, 0)->Set(456);
+    ASSERT_TRUE(book.Save());
+    Book again(path.c_str());
+    EXPECT_EQ(again.GetWorksheet(0)->Cell(0, 0)->GetInteger(), 456);
+    std::ostringstream printed;
+    again.GetWorksheet(0)->Print(printed, ';', '\'');
+    const std::string firstLine = printed.str().substr(0, printed.str().find('\n'));
+    EXPECT_EQ(firstLine.substr(0, 25), "456;-536870912;536870912;");
+    EXPECT_EQ(std::count(firstLine.begin(), firstLine.end(), ';'), 255);  // 256 columns in use
+    EXPECT_NE(printed.str().find("'narrow \xE9';'wide \xE4\xB8\xAD';'narrow \xE9'"), std::string::npos);
+}
+
+TEST(BookFile, FailuresKeepTheBookAsItWas)
+{
+    ovtest::TempFolder folder;
+    Book book;
+    book.New(2);
+    book.GetWorksheet(0)->Cell(0, 0)->Set(1);
+    EXPECT_FALSE(book.Save());  // no file yet
+    folder.Write("junk.xls", "not a workbook at all");
+    EXPECT_FALSE(book.Load(folder.File("junk.xls").c_str()));
+    EXPECT_FALSE(book.Load(folder.File("missing.xls").c_str()));
+    {
+        xls::CompoundFile container;  // a container without a workbook stream
+        ASSERT_TRUE(container.Create(folder.File("empty.xls")));
+    }
+    EXPECT_FALSE(book.Load(folder.File("empty.xls").c_str()));
+    EXPECT_EQ(book.GetTotalWorkSheets(), 2u);
+    EXPECT_EQ(book.GetWorksheet(0)->Cell(0, 0)->GetInteger(), 1);
+}
+
+TEST(BookFile, ManyDistinctStringsNeedContinuations)
+{
+    ovtest::TempFolder folder;
+    const std::string path = folder.File("strings.xls");
+    {
+        Book book;
+        book.New(1);
+        for (int i = 0; i < 10000; ++i) {
+            const std::string text = "distinct text number " + std::to_string(i);
+            book.GetWorksheet(0)->Cell(static_cast<std::size_t>(i), 0)->Set(text.c_str());
+        }
+        ASSERT_TRUE(book.SaveAs(path.c_str()));
+    }
+    Book book;
+    ASSERT_TRUE(book.Load(path.c_str()));
+    for (int i = 0; i < 10000; i += 999)
+        EXPECT_EQ(std::string(book.GetWorksheet(0)->Cell(static_cast<std::size_t>(i), 0)->GetString()),
+                  "distinct text number " + std::to_string(i));
+}
+
+}  // namespace
