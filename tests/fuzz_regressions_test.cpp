@@ -7,6 +7,7 @@
 #include <iterator>
 
 #include "fuzz/compound_file_input.h"
+#include "fuzz/workbook_input.h"
 
 namespace {
 
@@ -20,16 +21,19 @@ std::vector<std::filesystem::path> Inputs(const char* target)
     return files;
 }
 
-TEST(FuzzRegressions, CompoundFile)
+void FeedAll(const char* target, void (*feed)(const std::uint8_t*, std::size_t))
 {
-    const auto inputs = Inputs("compound_file");
+    const auto inputs = Inputs(target);
     for (const auto& path : inputs) {
         std::ifstream in(path, std::ios::binary);
         const std::vector<std::uint8_t> data((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>());
         SCOPED_TRACE(path.string());
-        FeedCompoundFile(data.data(), data.size());
+        feed(data.data(), data.size());
     }
     EXPECT_FALSE(inputs.empty()) << "the seed inputs are missing";
 }
+
+TEST(FuzzRegressions, CompoundFile) { FeedAll("compound_file", FeedCompoundFile); }
+TEST(FuzzRegressions, Workbook) { FeedAll("workbook", FeedWorkbook); }
 
 }  // namespace

@@ -9,7 +9,7 @@ corpus="${ORDERVIEW_CORPUS_DIR:-../shared/corpus/xls}"
 cmake --preset fuzz >/dev/null
 cmake --build --preset fuzz
 status=0
-for target in compound_file; do
+for target in compound_file workbook; do
   work=$(mktemp -d)
   mkdir -p "$work/seeds" "$work/artifacts"
   [ -d "$corpus" ] && cp "$corpus"/*.xls "$work/seeds/" 2>/dev/null || true

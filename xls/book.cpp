@@ -109,21 +109,36 @@ void Book::New(int sheets)
 
 bool Book::Load(const wchar_t* filename) { return filename && Load(Utf16ToUtf8(ToUtf16(filename)).c_str()); }
 
+bool Book::ReadWorkbookStream(CompoundFile& container, std::vector<std::uint8_t>& stream)
+{
+    // The stream is "Workbook" in any letter case; some writers use the older name "Book".
+    std::wstring name;
+    return (container.FindStreamNoCase(L"Workbook", name) || container.FindStreamNoCase(L"Book", name)) &&
+           container.ReadStream(L"\\" + name, stream);
+}
+
 bool Book::Load(const char* filename)
 {
     if (!filename) return false;
     std::vector<std::uint8_t> stream;
     {
         CompoundFile container;
-        std::wstring name;
-        // The stream is "Workbook" in any letter case; some writers use the older name "Book".
-        if (!container.Open(std::string(filename)) ||
-            !(container.FindStreamNoCase(L"Workbook", name) || container.FindStreamNoCase(L"Book", name)) ||
-            !container.ReadStream(L"\\" + name, stream))
-            return false;
+        if (!container.Open(std::string(filename)) || !ReadWorkbookStream(container, stream)) return false;
     }  // the container's copy of the file is released here
     if (!LoadStream(stream)) return false;
     path_ = filename;
+    return true;
+}
+
+bool Book::LoadFromMemory(const void* data, std::size_t size)
+{
+    std::vector<std::uint8_t> stream;
+    {
+        CompoundFile container;
+        if (!container.OpenMemory(data, size) || !ReadWorkbookStream(container, stream)) return false;
+    }
+    if (!LoadStream(stream)) return false;
+    path_.clear();
     return true;
 }
 

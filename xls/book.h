@@ -27,6 +27,8 @@ public:
     // Reads a workbook file; on failure the book keeps what it held and false is returned.
     bool Load(const char* filename);
     bool Load(const wchar_t* filename);
+    // Reads a workbook file image held in memory (the book then belongs to no file until SaveAs).
+    bool LoadFromMemory(const void* data, std::size_t size);
     // Writes the workbook into the file it was loaded from or last saved as.
     bool Save();
     // Writes the workbook as a new file (replacing one of that name).
@@ -70,6 +72,7 @@ private:
     void UpdateWorksheets();
     void AdjustStreamPositions();
     bool LoadStream(const std::vector<std::uint8_t>& stream);
+    static bool ReadWorkbookStream(class CompoundFile& container, std::vector<std::uint8_t>& stream);
 
     std::string path_;  // the container the workbook belongs to; empty before Load or SaveAs
     Workbook workbook_;

@@ -100,8 +100,7 @@ std::size_t Workbook::XF::Read(const char* stream)
     fontIndex = c.U16();
     formatIndex = c.U16();
     std::memset(attributes, 0, sizeof attributes);
-    std::memcpy(attributes, data.data() + std::min<std::size_t>(4, data.size()),
-                std::min(sizeof attributes, data.size() > 4 ? data.size() - 4 : 0));
+    if (data.size() > 4) std::memcpy(attributes, data.data() + 4, std::min(sizeof attributes, data.size() - 4));
     return consumed;
 }
 
