@@ -19,7 +19,8 @@ std::string ToNativePath(const CString& path)
     return native;
 }
 
-// Reads the file into any contiguous byte container, sized once from the file's length.
+// Reads the file into any contiguous byte container: sized once from the file's length, then
+// filled by large reads (a file that grows meanwhile is read to its end).
 template <class Bytes>
 static bool ReadInto(const CString& path, Bytes& content)
 {
@@ -27,9 +28,13 @@ static bool ReadInto(const CString& path, Bytes& content)
     if (!file) return false;
     Bytes data;
     struct stat st;
-    if (::fstat(::fileno(file), &st) == 0 && st.st_size > 0) data.reserve(static_cast<size_t>(st.st_size));
+    std::size_t expected = 0;
+    if (::fstat(::fileno(file), &st) == 0 && st.st_size > 0) expected = static_cast<std::size_t>(st.st_size);
+    data.resize(expected);
+    std::size_t got = expected ? std::fread(&data[0], 1, expected, file) : 0;
+    data.resize(got);
     char chunk[65536];
-    size_t n;
+    std::size_t n;
     while ((n = std::fread(chunk, 1, sizeof chunk, file)) > 0) data.insert(data.end(), chunk, chunk + n);
     const bool ok = !std::ferror(file);
     std::fclose(file);

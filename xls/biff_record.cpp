@@ -6,66 +6,11 @@ namespace xls {
 
 namespace biff {
 
-double F64(const std::uint8_t* p)
-{
-    std::uint64_t bits = 0;
-    for (int i = 7; i >= 0; --i) bits = (bits << 8) | p[i];
-    double value;
-    std::memcpy(&value, &bits, sizeof value);
-    return value;
-}
-
 void PutF64(std::uint8_t* p, double v)
 {
     std::uint64_t bits;
     std::memcpy(&bits, &v, sizeof bits);
     for (int i = 0; i < 8; ++i) p[i] = static_cast<std::uint8_t>(bits >> (8 * i));
-}
-
-std::uint8_t Cursor::U8()
-{
-    if (at_ + 1 > size_) {
-        ok_ = false;
-        at_ = size_;
-        return 0;
-    }
-    return data_[at_++];
-}
-
-std::uint16_t Cursor::U16()
-{
-    if (at_ + 2 > size_) {
-        ok_ = false;
-        at_ = size_;
-        return 0;
-    }
-    const std::uint16_t v = biff::U16(data_ + at_);
-    at_ += 2;
-    return v;
-}
-
-std::uint32_t Cursor::U32()
-{
-    if (at_ + 4 > size_) {
-        ok_ = false;
-        at_ = size_;
-        return 0;
-    }
-    const std::uint32_t v = biff::U32(data_ + at_);
-    at_ += 4;
-    return v;
-}
-
-double Cursor::F64()
-{
-    if (at_ + 8 > size_) {
-        ok_ = false;
-        at_ = size_;
-        return 0;
-    }
-    const double v = biff::F64(data_ + at_);
-    at_ += 8;
-    return v;
 }
 
 bool Cursor::Skip(std::size_t n)
@@ -91,24 +36,6 @@ std::u16string Cursor::Chars(std::size_t count, bool wide)
         text[i] = wide ? static_cast<char16_t>(biff::U16(data_ + at_ + 2 * i)) : static_cast<char16_t>(data_[at_ + i]);
     at_ += count * unit;
     return text;
-}
-
-void Builder::U16(std::uint16_t v)
-{
-    out_.push_back(static_cast<std::uint8_t>(v));
-    out_.push_back(static_cast<std::uint8_t>(v >> 8));
-}
-
-void Builder::U32(std::uint32_t v)
-{
-    for (int i = 0; i < 4; ++i) out_.push_back(static_cast<std::uint8_t>(v >> (8 * i)));
-}
-
-void Builder::F64(double v)
-{
-    std::uint8_t bytes[8];
-    PutF64(bytes, v);
-    Bytes(bytes, 8);
 }
 
 void Builder::Chars(const std::u16string& text, bool wide)

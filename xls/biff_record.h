@@ -8,6 +8,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <cstring>
 #include <string>
 #include <vector>
 
@@ -99,7 +100,14 @@ inline void Put32(std::uint8_t* p, std::uint32_t v)
 {
     for (int i = 0; i < 4; ++i) p[i] = static_cast<std::uint8_t>(v >> (8 * i));
 }
-double F64(const std::uint8_t* p);
+inline double F64(const std::uint8_t* p)
+{
+    std::uint64_t bits = 0;
+    for (int i = 7; i >= 0; --i) bits = (bits << 8) | p[i];
+    double value;
+    std::memcpy(&value, &bits, sizeof value);
+    return value;
+}
 void PutF64(std::uint8_t* p, double v);
 
 // Little-endian reads from a byte range that never go past its end (missing bytes read as 0
@@ -107,10 +115,25 @@ void PutF64(std::uint8_t* p, double v);
 class Cursor {
 public:
     Cursor(const std::uint8_t* data, std::size_t size, std::size_t at = 0) : data_(data), size_(size), at_(at) {}
-    std::uint8_t U8();
-    std::uint16_t U16();
-    std::uint32_t U32();
-    double F64();
+    std::uint8_t U8() { return Has(1) ? data_[at_++] : 0; }
+    std::uint16_t U16()
+    {
+        if (!Has(2)) return 0;
+        at_ += 2;
+        return biff::U16(data_ + at_ - 2);
+    }
+    std::uint32_t U32()
+    {
+        if (!Has(4)) return 0;
+        at_ += 4;
+        return biff::U32(data_ + at_ - 4);
+    }
+    double F64()
+    {
+        if (!Has(8)) return 0;
+        at_ += 8;
+        return biff::F64(data_ + at_ - 8);
+    }
     bool Skip(std::size_t n);
     // A string of `count` characters, 8-bit (each byte a code unit) or 16-bit.
     std::u16string Chars(std::size_t count, bool wide);
@@ -119,6 +142,15 @@ public:
     bool ok() const { return ok_; }
 
 private:
+    // True when `n` more bytes are there; otherwise the cursor goes to the end and fails.
+    bool Has(std::size_t n)
+    {
+        if (n <= size_ - at_ && at_ <= size_) return true;
+        ok_ = false;
+        at_ = size_;
+        return false;
+    }
+
     const std::uint8_t* data_;
     std::size_t size_;
     std::size_t at_;
@@ -130,9 +162,24 @@ class Builder {
 public:
     explicit Builder(std::vector<std::uint8_t>& out) : out_(out) {}
     void U8(std::uint8_t v) { out_.push_back(v); }
-    void U16(std::uint16_t v);
-    void U32(std::uint32_t v);
-    void F64(double v);
+    void U16(std::uint16_t v)
+    {
+        const std::size_t at = out_.size();
+        out_.resize(at + 2);
+        Put16(out_.data() + at, v);
+    }
+    void U32(std::uint32_t v)
+    {
+        const std::size_t at = out_.size();
+        out_.resize(at + 4);
+        Put32(out_.data() + at, v);
+    }
+    void F64(double v)
+    {
+        const std::size_t at = out_.size();
+        out_.resize(at + 8);
+        PutF64(out_.data() + at, v);
+    }
     // Characters as 8-bit code units (compressed) or 16-bit.
     void Chars(const std::u16string& text, bool wide);
     void Bytes(const std::uint8_t* p, std::size_t n) { out_.insert(out_.end(), p, p + n); }

@@ -1,6 +1,7 @@
 #include "xls/book.h"
 
 #include <cstring>
+#include <string_view>
 #include <unordered_map>
 
 #include "xls/compound_file.h"
@@ -51,10 +52,25 @@ bool ValidName(const std::u16string& name)
     return true;
 }
 
-// Puts the cell values of a sheet substream into a sheet's grid.
+// Puts the cell values of a sheet substream into a sheet's grid. Shared strings are converted
+// once, the first time a cell uses them.
 class GridSink : public CellSink {
 public:
-    explicit GridSink(Sheet& sheet) : sheet_(sheet) {}
+    GridSink(Sheet& sheet, std::size_t sharedStrings) : sheet_(sheet), shared_(sharedStrings) {}
+    void SharedText(std::uint16_t row, std::uint16_t col, std::uint32_t index, const std::u16string& text,
+                    bool wide) override
+    {
+        Cell* cell = sheet_.Cell(row, col);
+        if (!cell) return;
+        Converted& converted = shared_[index];
+        if (!converted.done) {
+            if (wide) converted.wide = FromUtf16(text);
+            else converted.narrow.assign(text.begin(), text.end());  // each code unit is below 256
+            converted.done = true;
+        }
+        if (wide) cell->SetWString(converted.wide.data(), converted.wide.size());
+        else cell->SetString(converted.narrow.data(), converted.narrow.size());
+    }
     void Integer(std::uint16_t row, std::uint16_t col, std::int32_t value) override
     {
         if (Cell* cell = sheet_.Cell(row, col)) cell->SetInteger(value);
@@ -78,7 +94,13 @@ public:
     }
 
 private:
+    struct Converted {
+        bool done = false;
+        std::string narrow;
+        std::wstring wide;
+    };
     Sheet& sheet_;
+    std::vector<Converted> shared_;
     std::string narrow_;
 };
 
@@ -153,7 +175,7 @@ bool Book::LoadStream(const std::vector<std::uint8_t>& stream)
         const std::size_t position = workbook.boundSheets[i].streamPosition;
         if (position >= stream.size()) return false;
         sheets.push_back(std::make_unique<Sheet>(this, i));
-        GridSink sink(*sheets.back());
+        GridSink sink(*sheets.back(), workbook.sst.strings.size());
         if (worksheets[i].Read(base + position, stream.size() - position, &sink, &workbook.sst.strings,
                                &workbook.sst.wide) == 0)
             return false;
@@ -210,11 +232,12 @@ void Book::UpdateWorksheets()
 {
     Workbook::SharedStringTable& sst = workbook_.sst;
     sst = Workbook::SharedStringTable();
-    std::unordered_map<std::string, std::uint32_t> narrowIndex;
-    std::unordered_map<std::wstring, std::uint32_t> wideIndex;
+    // Keys are views of the cells' own text, which outlives this function.
+    std::unordered_map<std::string_view, std::uint32_t> narrowIndex;
+    std::unordered_map<std::wstring_view, std::uint32_t> wideIndex;
     std::uint32_t total = 0;
     auto narrowString = [&](const Cell& cell) {
-        const std::string key(cell.GetString(), cell.GetStringLength());
+        const std::string_view key(cell.GetString(), cell.GetStringLength());
         const auto found = narrowIndex.emplace(key, static_cast<std::uint32_t>(sst.strings.size()));
         if (found.second) {
             std::u16string text(key.size(), u'\0');
@@ -225,10 +248,10 @@ void Book::UpdateWorksheets()
         return found.first->second;
     };
     auto wideString = [&](const Cell& cell) {
-        const std::wstring key(cell.GetWString(), cell.GetStringLength());
+        const std::wstring_view key(cell.GetWString(), cell.GetStringLength());
         const auto found = wideIndex.emplace(key, static_cast<std::uint32_t>(sst.strings.size()));
         if (found.second) {
-            sst.strings.push_back(ToUtf16(key));
+            sst.strings.push_back(ToUtf16(std::wstring(key)));
             sst.wide.push_back(true);
         }
         return found.first->second;
@@ -258,6 +281,7 @@ void Book::UpdateWorksheets()
                 ws.cellTable.rowBlocks.emplace_back();
                 block = &ws.cellTable.rowBlocks.back();
                 blockStart = r / kRowsPerBlock;
+                block->cells.reserve(kRowsPerBlock * 18 * sheets_[s]->GetTotalCols());
             }
             RowBlock::Row row;
             row.row = static_cast<std::uint16_t>(r);

@@ -114,20 +114,6 @@ double Cell::GetDouble() const
 const char* Cell::GetString() const { return type_ == kString ? value_.s : ""; }
 const wchar_t* Cell::GetWString() const { return type_ == kWString ? value_.w : L""; }
 
-void Cell::SetInteger(int value)
-{
-    Release();
-    type_ = kInteger;
-    value_.i = value;
-}
-
-void Cell::SetDouble(double value)
-{
-    Release();
-    type_ = kDouble;
-    value_.d = value;
-}
-
 void Cell::SetString(const char* text) { SetString(text, text ? std::strlen(text) : 0); }
 
 void Cell::SetString(const char* text, std::size_t length)

@@ -42,8 +42,18 @@ public:
     void Set(double value) { SetDouble(value); }
     void Set(const char* text) { SetString(text); }
     void Set(const wchar_t* text) { SetWString(text); }
-    void SetInteger(int value);
-    void SetDouble(double value);
+    void SetInteger(int value)
+    {
+        if (type_ >= kString) Release();
+        type_ = kInteger;
+        value_.i = value;
+    }
+    void SetDouble(double value)
+    {
+        if (type_ >= kString) Release();
+        type_ = kDouble;
+        value_.d = value;
+    }
     void SetString(const char* text);
     void SetString(const char* text, std::size_t length);
     void SetWString(const wchar_t* text);

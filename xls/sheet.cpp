@@ -28,7 +28,10 @@ bool Sheet::Rename(const wchar_t* name) { return book_->RenameWorksheet(index_, 
 Sheet::Row& Sheet::RowAt(std::size_t row)
 {
     if (row != lastRow_ || !lastRowCells_) {
-        lastRowCells_ = &grid_[row];
+        // Rows mostly come in ascending order: a new last row is appended without a search.
+        const auto it = (grid_.empty() || row > grid_.rbegin()->first) ? grid_.emplace_hint(grid_.end(), row, Row())
+                                                                       : grid_.try_emplace(row).first;
+        lastRowCells_ = &it->second;
         lastRow_ = row;
     }
     return *lastRowCells_;
@@ -40,7 +43,7 @@ xls::Cell* Sheet::Cell(std::size_t row, std::size_t col)
     if (col >= cols_) cols_ = col + 1;
     if (row >= rows_) rows_ = row + 1;
     Row& cells = RowAt(row);
-    if (col >= cells.size()) cells.resize(col + 1);
+    if (col >= cells.size()) cells.resize(cols_);  // a row widens to the sheet's column count
     return &cells[col];
 }
 

@@ -13,6 +13,11 @@ using CellBlock = RowBlock::CellBlock;
 
 CellSink::~CellSink() = default;
 
+void CellSink::SharedText(std::uint16_t row, std::uint16_t col, std::uint32_t, const std::u16string& text, bool wide)
+{
+    Text(row, col, text, wide);
+}
+
 namespace {
 
 template <class Fill>
@@ -35,11 +40,20 @@ std::size_t ReadFields(Record& record, const char* stream, Parse parse)
     return consumed;
 }
 
-void Header(std::vector<std::uint8_t>& out, std::uint16_t code, std::uint16_t size)
+// Grows `out` by one record of `size` data bytes, writes its header and the cell's row, column
+// and format, and returns where the rest of the data goes.
+std::uint8_t* CellRecord(std::vector<std::uint8_t>& out, std::uint16_t code, std::uint16_t size, std::uint16_t row,
+                         std::uint16_t col, std::uint16_t xf)
 {
-    Builder b(out);
-    b.U16(code);
-    b.U16(size);
+    const std::size_t at = out.size();
+    out.resize(at + 4 + size);
+    std::uint8_t* p = out.data() + at;
+    biff::Put16(p, code);
+    biff::Put16(p + 2, size);
+    biff::Put16(p + 4, row);
+    biff::Put16(p + 6, col);
+    biff::Put16(p + 8, xf);
+    return p + 10;
 }
 
 }  // namespace
@@ -231,12 +245,7 @@ std::size_t CellBlock::LabelSST::Write(char* stream)
 void CellBlock::LabelSST::Append(std::vector<std::uint8_t>& out, std::uint16_t row, std::uint16_t col,
                                  std::uint16_t xf, std::uint32_t index)
 {
-    Header(out, 0x00FD, 10);
-    Builder b(out);
-    b.U16(row);
-    b.U16(col);
-    b.U16(xf);
-    b.U32(index);
+    biff::Put32(CellRecord(out, 0x00FD, 10, row, col, xf), index);
 }
 
 CellBlock::MulBlank::MulBlank() : Record(0x00BE) {}
@@ -311,12 +320,7 @@ std::size_t CellBlock::Number::Write(char* stream)
 void CellBlock::Number::Append(std::vector<std::uint8_t>& out, std::uint16_t row, std::uint16_t col,
                                std::uint16_t xf, double value)
 {
-    Header(out, 0x0203, 14);
-    Builder b(out);
-    b.U16(row);
-    b.U16(col);
-    b.U16(xf);
-    b.F64(value);
+    biff::PutF64(CellRecord(out, 0x0203, 14, row, col, xf), value);
 }
 
 CellBlock::RK::RK() : Record(0x027E) {}
@@ -341,12 +345,7 @@ std::size_t CellBlock::RK::Write(char* stream)
 void CellBlock::RK::Append(std::vector<std::uint8_t>& out, std::uint16_t row, std::uint16_t col, std::uint16_t xf,
                            std::uint32_t rk)
 {
-    Header(out, 0x027E, 10);
-    Builder b(out);
-    b.U16(row);
-    b.U16(col);
-    b.U16(xf);
-    b.U32(rk);
+    biff::Put32(CellRecord(out, 0x027E, 10, row, col, xf), rk);
 }
 
 double CellBlock::RK::Decode(std::uint32_t rk, bool& integral, std::int32_t& asInt)
@@ -574,7 +573,8 @@ std::size_t Worksheet::Read(const char* stream, std::size_t size, CellSink* sink
             c.U16();
             const std::uint32_t sst = c.U32();
             if (c.ok() && sink && strings && sst < strings->size())
-                sink->Text(row, col, (*strings)[sst], wideStrings && sst < wideStrings->size() && (*wideStrings)[sst]);
+                sink->SharedText(row, col, sst, (*strings)[sst],
+                                 wideStrings && sst < wideStrings->size() && (*wideStrings)[sst]);
             break;
         }
         case 0x0204:    // Label

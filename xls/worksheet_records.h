@@ -22,6 +22,9 @@ public:
     virtual void Double(std::uint16_t row, std::uint16_t col, double value) = 0;
     // `wide` tells whether the text was stored 16-bit; otherwise every code unit is below 256.
     virtual void Text(std::uint16_t row, std::uint16_t col, const std::u16string& text, bool wide) = 0;
+    // Shared string `index` of the table the sheet was read with (valid); by default its Text.
+    virtual void SharedText(std::uint16_t row, std::uint16_t col, std::uint32_t index, const std::u16string& text,
+                            bool wide);
 };
 
 class ORDERVIEW_API Worksheet {
