@@ -62,22 +62,22 @@ int Cat(const char* file, const char* path)
         std::fprintf(stderr, "cfbtool: %s: cannot read %s\n", file, path);
         return 1;
     }
-    return std::fwrite(data.data(), 1, data.size(), stdout) == data.size() ? 0 : 1;
+    return data.empty() || std::fwrite(data.data(), 1, data.size(), stdout) == data.size() ? 0 : 1;
 }
 
-int Make(const char* file, int count, char** specs)
+int Make(const char* file, int count, char** items)
 {
     xls::CompoundFile cf;
     if (!cf.Create(std::string(file))) return 1;
     for (int i = 0; i < count; ++i) {
-        const std::string spec = specs[i];
-        const std::size_t eq = spec.rfind('=');
+        const std::string item = items[i];
+        const std::size_t eq = item.rfind('=');
         if (eq == std::string::npos) return 2;
-        const std::wstring path = ToStoragePath(spec.substr(0, eq));
-        const std::vector<std::uint8_t> data = Pattern(std::strtoull(spec.c_str() + eq + 1, nullptr, 10));
+        const std::wstring path = ToStoragePath(item.substr(0, eq));
+        const std::vector<std::uint8_t> data = Pattern(std::strtoull(item.c_str() + eq + 1, nullptr, 10));
         const int made = cf.MakeFile(path);
         if (made != xls::CompoundFile::kOk || !cf.WriteStream(path, data.data(), data.size())) {
-            std::fprintf(stderr, "cfbtool: cannot write %s (%d)\n", spec.c_str(), made);
+            std::fprintf(stderr, "cfbtool: cannot write %s (%d)\n", item.c_str(), made);
             return 1;
         }
     }

@@ -3,7 +3,7 @@
 //   xlstool dump FILE          the sheets and their cells as JSON:
 //                              {"sheets": [{"name": ..., "cells": [[row, col, kind, value], ...]}]}
 //                              kind is "int", "double", "text" (8-bit) or "wtext" (wide)
-//   xlstool make OUT SPEC      a workbook from a JSON spec of the same shape
+//   xlstool make OUT PLAN      a workbook from a JSON plan of the same shape
 //   xlstool resave IN OUT      loads IN and saves it as OUT
 //
 // 8-bit text is shown with each byte as the character of that code (Latin-1).
@@ -61,15 +61,15 @@ int Dump(const char* file)
     return 0;
 }
 
-int Make(const char* file, const char* specFile)
+int Make(const char* file, const char* planFile)
 {
-    std::ifstream in(specFile);
-    const json spec = json::parse(in, nullptr, false);
-    if (spec.is_discarded() || !spec.contains("sheets")) return 2;
+    std::ifstream in(planFile);
+    const json plan = json::parse(in, nullptr, false);
+    if (plan.is_discarded() || !plan.contains("sheets")) return 2;
     xls::Book book;
     book.New(1);
     bool first = true;
-    for (const auto& s : spec["sheets"]) {
+    for (const auto& s : plan["sheets"]) {
         const std::wstring name = xls::FromUtf16(xls::Utf8ToUtf16(s["name"].get<std::string>()));
         xls::Sheet* sheet = first ? book.GetWorksheet(std::size_t{0}) : book.AddWorksheet(name.c_str());
         if (first && sheet) sheet->Rename(name.c_str());
@@ -107,6 +107,6 @@ int main(int argc, char** argv)
     if (command == "dump" && argc == 3) return Dump(argv[2]);
     if (command == "make" && argc == 4) return Make(argv[2], argv[3]);
     if (command == "resave" && argc == 4) return Resave(argv[2], argv[3]);
-    std::fprintf(stderr, "usage: xlstool dump FILE | make OUT SPEC.json | resave IN OUT\n");
+    std::fprintf(stderr, "usage: xlstool dump FILE | make OUT PLAN.json | resave IN OUT\n");
     return 2;
 }

@@ -23,7 +23,7 @@ POI_CLASSPATH = ":".join(["/usr/share/java/poi.jar", "/usr/share/java/commons-co
                           "/usr/share/java/commons-math3.jar", "/usr/share/java/commons-codec.jar"])
 
 
-def spec():
+def test_workbook():
     numbers = [[0, 0, "int", 0], [1, 0, "int", -1], [2, 0, "int", 2 ** 29 - 1], [3, 0, "int", -(2 ** 29)],
                [4, 0, "int", 2 ** 29], [5, 0, "int", -(2 ** 31)], [6, 0, "int", 2 ** 31 - 1],
                [0, 1, "double", 1 / 3], [1, 1, "double", math.pi], [2, 1, "double", 1e-300],
@@ -134,12 +134,12 @@ def main():
     tool, reader = sys.argv[1], sys.argv[2]
     failures = []
     with tempfile.TemporaryDirectory() as work:
-        workbook = spec()
-        spec_path = os.path.join(work, "spec.json")
-        with open(spec_path, "w", encoding="utf-8") as f:
+        workbook = test_workbook()
+        plan_path = os.path.join(work, "workbook.json")
+        with open(plan_path, "w", encoding="utf-8") as f:
             json.dump(workbook, f)
         path = os.path.join(work, "written.xls")
-        subprocess.run([tool, "make", path, spec_path], check=True)
+        subprocess.run([tool, "make", path, plan_path], check=True)
         expected = expected_values(workbook)
         names = [s["name"] for s in workbook["sheets"]]
         if reader == "xlrd":
