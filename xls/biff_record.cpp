@@ -6,13 +6,6 @@ namespace xls {
 
 namespace biff {
 
-void PutF64(std::uint8_t* p, double v)
-{
-    std::uint64_t bits;
-    std::memcpy(&bits, &v, sizeof bits);
-    for (int i = 0; i < 8; ++i) p[i] = static_cast<std::uint8_t>(bits >> (8 * i));
-}
-
 bool Cursor::Skip(std::size_t n)
 {
     if (n > left()) {

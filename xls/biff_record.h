@@ -13,6 +13,7 @@
 #include <vector>
 
 #include "order_data/export.h"
+#include "xls/little_endian.h"
 
 namespace xls {
 
@@ -85,30 +86,12 @@ public:
 
 namespace biff {
 
-inline std::uint16_t U16(const std::uint8_t* p) { return static_cast<std::uint16_t>(p[0] | (p[1] << 8)); }
-inline std::uint32_t U32(const std::uint8_t* p)
-{
-    return static_cast<std::uint32_t>(p[0]) | (static_cast<std::uint32_t>(p[1]) << 8) |
-           (static_cast<std::uint32_t>(p[2]) << 16) | (static_cast<std::uint32_t>(p[3]) << 24);
-}
-inline void Put16(std::uint8_t* p, std::uint16_t v)
-{
-    p[0] = static_cast<std::uint8_t>(v);
-    p[1] = static_cast<std::uint8_t>(v >> 8);
-}
-inline void Put32(std::uint8_t* p, std::uint32_t v)
-{
-    for (int i = 0; i < 4; ++i) p[i] = static_cast<std::uint8_t>(v >> (8 * i));
-}
-inline double F64(const std::uint8_t* p)
-{
-    std::uint64_t bits = 0;
-    for (int i = 7; i >= 0; --i) bits = (bits << 8) | p[i];
-    double value;
-    std::memcpy(&value, &bits, sizeof value);
-    return value;
-}
-void PutF64(std::uint8_t* p, double v);
+using le::F64;
+using le::Put16;
+using le::Put32;
+using le::PutF64;
+using le::U16;
+using le::U32;
 
 // Little-endian reads from a byte range that never go past its end (missing bytes read as 0
 // and set `ok` to false).
@@ -190,6 +173,27 @@ private:
 
 // True when every code unit fits in 8 bits, so the text can be stored compressed.
 bool FitsCompressed(const std::u16string& text);
+
+// Serialises a record whose fields `fill` writes into its data, then writes it with its parts.
+template <class Fill>
+std::size_t WriteFields(Record& record, char* stream, Fill fill)
+{
+    record.data.clear();
+    record.continueIndices.clear();
+    Builder b(record.data);
+    fill(b);
+    return record.Record::Write(stream);
+}
+
+// Reads a record with its parts, then lets `parse` read the fields from the joined data.
+template <class Parse>
+std::size_t ReadFields(Record& record, const char* stream, Parse parse)
+{
+    const std::size_t consumed = record.Record::Read(stream);
+    Cursor c(record.data.data(), record.data.size());
+    parse(c);
+    return consumed;
+}
 
 }  // namespace biff
 }  // namespace xls

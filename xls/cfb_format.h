@@ -7,6 +7,8 @@
 #include <string>
 #include <vector>
 
+#include "xls/little_endian.h"
+
 namespace xls {
 namespace cfb {
 
@@ -26,21 +28,10 @@ constexpr std::size_t kMaxNameUnits = 31;  // plus the terminator in 32 code uni
 
 enum EntryType : std::uint8_t { kUnused = 0, kStorage = 1, kStream = 2, kRoot = 5 };
 
-inline std::uint16_t Get16(const std::uint8_t* p) { return static_cast<std::uint16_t>(p[0] | (p[1] << 8)); }
-inline std::uint32_t Get32(const std::uint8_t* p)
-{
-    return static_cast<std::uint32_t>(p[0]) | (static_cast<std::uint32_t>(p[1]) << 8) |
-           (static_cast<std::uint32_t>(p[2]) << 16) | (static_cast<std::uint32_t>(p[3]) << 24);
-}
-inline void Put16(std::uint8_t* p, std::uint16_t v)
-{
-    p[0] = static_cast<std::uint8_t>(v);
-    p[1] = static_cast<std::uint8_t>(v >> 8);
-}
-inline void Put32(std::uint8_t* p, std::uint32_t v)
-{
-    for (int i = 0; i < 4; ++i) p[i] = static_cast<std::uint8_t>(v >> (8 * i));
-}
+inline std::uint16_t Get16(const std::uint8_t* p) { return le::U16(p); }
+inline std::uint32_t Get32(const std::uint8_t* p) { return le::U32(p); }
+using le::Put16;
+using le::Put32;
 
 // One directory entry with its place in the storage tree.
 struct Entry {

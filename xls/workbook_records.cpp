@@ -7,21 +7,8 @@ namespace xls {
 
 using biff::Builder;
 using biff::Cursor;
-
-namespace {
-
-// Serialises a record whose fields were written into `data` by `fill`.
-template <class Fill>
-std::size_t WriteFields(Record& record, char* stream, Fill fill)
-{
-    record.data.clear();
-    record.continueIndices.clear();
-    Builder b(record.data);
-    fill(b);
-    return record.Record::Write(stream);
-}
-
-}  // namespace
+using biff::ReadFields;
+using biff::WriteFields;
 
 // --- Window1 ---
 Workbook::Window1::Window1() : Record(0x003D) {}

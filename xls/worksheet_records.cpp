@@ -8,6 +8,8 @@ namespace xls {
 
 using biff::Builder;
 using biff::Cursor;
+using biff::ReadFields;
+using biff::WriteFields;
 using RowBlock = Worksheet::CellTable::RowBlock;
 using CellBlock = RowBlock::CellBlock;
 
@@ -19,26 +21,6 @@ void CellSink::SharedText(std::uint16_t row, std::uint16_t col, std::uint32_t, c
 }
 
 namespace {
-
-template <class Fill>
-std::size_t WriteFields(Record& record, char* stream, Fill fill)
-{
-    record.data.clear();
-    record.continueIndices.clear();
-    Builder b(record.data);
-    fill(b);
-    return record.Record::Write(stream);
-}
-
-// Reads a record, then its fields from the joined data.
-template <class Parse>
-std::size_t ReadFields(Record& record, const char* stream, Parse parse)
-{
-    const std::size_t consumed = record.Record::Read(stream);
-    Cursor c(record.data.data(), record.data.size());
-    parse(c);
-    return consumed;
-}
 
 // Grows `out` by one record of `size` data bytes, writes its header and the cell's row, column
 // and format, and returns where the rest of the data goes.
