@@ -207,18 +207,25 @@ uint32_t GetPrivateProfileStringA(const char* app, const char* key, const char* 
     return CopyOut(ValueOf(text, lines[static_cast<size_t>(found)]), buffer, size);
 }
 
+// The stored value of `key` in section `app`; false when the file, section or key is missing.
+static bool LookUp(const char* app, const char* key, const char* fileName, std::string& value)
+{
+    std::string text;
+    if (!fileName || !*fileName || !ReadWholeFile(fileName, text)) return false;
+    const std::vector<ParsedLine> lines = SplitLines(text);
+    const int section = FindSection(lines, TrimSpaces(app));
+    const int found = section >= 0 ? FindKey(lines, section, TrimSpaces(key)) : -1;
+    if (found < 0) return false;
+    value = ValueOf(text, lines[static_cast<size_t>(found)]);
+    return true;
+}
+
 unsigned int GetPrivateProfileIntA(const char* app, const char* key, int defaultValue, const char* fileName)
 {
-    if (!app || !key) return static_cast<unsigned int>(defaultValue);
-    std::string text;
+    // The whole value is read as a string; a missing or empty one means the default number.
     std::string value;
-    if (fileName && *fileName && ReadWholeFile(fileName, text)) {
-        const std::vector<ParsedLine> lines = SplitLines(text);
-        const int section = FindSection(lines, TrimSpaces(app));
-        const int found = section >= 0 ? FindKey(lines, section, TrimSpaces(key)) : -1;
-        if (found >= 0) value = ValueOf(text, lines[static_cast<size_t>(found)]);
-    }
-    if (value.empty()) return static_cast<unsigned int>(defaultValue);
+    if (!app || !key || !LookUp(app, key, fileName, value) || value.empty())
+        return static_cast<unsigned int>(defaultValue);
 
     size_t i = 0;
     while (i < value.size() && static_cast<unsigned char>(value[i]) <= 0x20) ++i;

@@ -33,16 +33,6 @@ std::string ToAnsi(const std::u16string& name)
     return out;
 }
 
-char16_t Fold(char16_t c) { return (c >= u'a' && c <= u'z') ? static_cast<char16_t>(c - 32) : c; }
-
-bool SameName(const std::u16string& a, const std::u16string& b)
-{
-    if (a.size() != b.size()) return false;
-    for (std::size_t i = 0; i < a.size(); ++i)
-        if (Fold(a[i]) != Fold(b[i])) return false;
-    return true;
-}
-
 // Names spreadsheet programs accept: 1 to 31 characters, none of : \ / ? * [ ].
 bool ValidName(const std::u16string& name)
 {
@@ -345,7 +335,7 @@ Sheet* Book::GetWorksheet(std::size_t index) { return index < sheets_.size() ? s
 int Book::FindSheet(const std::u16string& name) const
 {
     for (std::size_t i = 0; i < workbook_.boundSheets.size(); ++i)
-        if (SameName(workbook_.boundSheets[i].name, name)) return static_cast<int>(i);
+        if (EqualIgnoringAsciiCase(workbook_.boundSheets[i].name, name)) return static_cast<int>(i);
     return -1;
 }
 

@@ -41,8 +41,6 @@ std::vector<std::u16string> SplitPath(const std::u16string& path, bool& fromRoot
     return parts;
 }
 
-char16_t Fold(char16_t c) { return (c >= u'a' && c <= u'z') ? static_cast<char16_t>(c - 32) : c; }
-
 std::string NativeName(const std::wstring& path) { return Utf16ToUtf8(ToUtf16(path)); }
 
 }  // namespace
@@ -76,8 +74,14 @@ bool CompoundFile::Create(const std::wstring& path) { return Create(NativeName(p
 bool CompoundFile::Open(const std::string& path, Mode mode)
 {
     Close();
+    std::vector<std::uint8_t> image;
+    return orderview::ReadWholeFile(path.c_str(), image) && Adopt(std::move(image), path, mode);
+}
+
+bool CompoundFile::Adopt(std::vector<std::uint8_t>&& image, const std::string& path, Mode mode)
+{
     auto state = std::make_unique<State>();
-    if (!orderview::ReadWholeFile(path.c_str(), state->image)) return false;
+    state->image = std::move(image);
     if (!state->reader.Parse(state->image.data(), state->image.size())) return false;
     state->entries = state->reader.entries();
     state->path = path;
@@ -91,33 +95,30 @@ bool CompoundFile::Open(const std::wstring& path, Mode mode) { return Open(Nativ
 bool CompoundFile::OpenMemory(const void* data, std::size_t size)
 {
     Close();
-    auto state = std::make_unique<State>();
     const auto* bytes = static_cast<const std::uint8_t*>(data);
-    state->image.assign(bytes, bytes + size);
-    if (!state->reader.Parse(state->image.data(), state->image.size())) return false;
-    state->entries = state->reader.entries();
-    state_ = std::move(state);
-    return true;
+    return Adopt(std::vector<std::uint8_t>(bytes, bytes + size), std::string(), Mode::ReadOnly);
 }
 
-// Walks a path to an entry; -1 when a part is missing or is not a storage.
+// The child of `node` named `name` (exact code units), or -1.
+static int Child(const std::vector<Entry>& entries, std::uint32_t node, const std::u16string& name)
+{
+    for (std::uint32_t c : entries[node].children)
+        if (entries[c].name == name) return static_cast<int>(c);
+    return -1;
+}
+
+// Walks a path to an entry; -1 when a part is missing or is not a storage. "\" alone is the root.
 static int Find(const std::vector<Entry>& entries, std::uint32_t current, const std::u16string& path)
 {
     bool fromRoot = false;
     const std::vector<std::u16string> parts = SplitPath(path, fromRoot);
+    if (parts.size() == 1 && parts[0].empty()) return fromRoot ? 0 : -1;
     std::uint32_t node = fromRoot ? 0 : current;
-    for (std::size_t i = 0; i < parts.size(); ++i) {
-        if (parts[i].empty()) {
-            if (parts.size() == 1 && !fromRoot) return -1;
-            if (parts.size() == 1) return 0;  // "\" is the root
-            return -1;
-        }
-        if (entries[node].type != cfb::kStorage && entries[node].type != cfb::kRoot) return -1;
-        const auto& children = entries[node].children;
-        const auto it = std::find_if(children.begin(), children.end(),
-                                     [&](std::uint32_t c) { return entries[c].name == parts[i]; });
-        if (it == children.end()) return -1;
-        node = *it;
+    for (const auto& part : parts) {
+        if (part.empty() || (entries[node].type != cfb::kStorage && entries[node].type != cfb::kRoot)) return -1;
+        const int child = Child(entries, node, part);
+        if (child < 0) return -1;
+        node = static_cast<std::uint32_t>(child);
     }
     return static_cast<int>(node);
 }
@@ -139,18 +140,12 @@ int CompoundFile::MakeEntry(const std::wstring& widePath, bool stream)
     std::uint32_t node = fromRoot ? 0 : state_->current;
     std::size_t i = 0;
     for (; i + 1 < parts.size(); ++i) {
-        const auto& children = entries[node].children;
-        const auto it = std::find_if(children.begin(), children.end(),
-                                     [&](std::uint32_t c) { return entries[c].name == parts[i]; });
-        if (it == children.end()) break;
-        if (entries[*it].type != cfb::kStorage) return kBadPath;
-        node = *it;
+        const int child = Child(entries, node, parts[i]);
+        if (child < 0) break;
+        if (entries[static_cast<std::size_t>(child)].type != cfb::kStorage) return kBadPath;
+        node = static_cast<std::uint32_t>(child);
     }
-    if (i + 1 == parts.size()) {
-        const auto& children = entries[node].children;
-        if (std::any_of(children.begin(), children.end(), [&](std::uint32_t c) { return entries[c].name == parts[i]; }))
-            return kNameExists;
-    }
+    if (i + 1 == parts.size() && Child(entries, node, parts[i]) >= 0) return kNameExists;
     if (!LoadAllStreams()) return kBadPath;
     for (; i < parts.size(); ++i) {
         Entry entry;
@@ -254,9 +249,7 @@ bool CompoundFile::FindStreamNoCase(const std::wstring& name, std::wstring& actu
     const std::u16string wanted = ToUtf16(name);
     for (std::uint32_t c : state_->entries[0].children) {
         const Entry& entry = state_->entries[c];
-        if (entry.type != cfb::kStream || entry.name.size() != wanted.size()) continue;
-        if (std::equal(wanted.begin(), wanted.end(), entry.name.begin(),
-                       [](char16_t a, char16_t b) { return Fold(a) == Fold(b); })) {
+        if (entry.type == cfb::kStream && EqualIgnoringAsciiCase(entry.name, wanted)) {
             actual = FromUtf16(entry.name);
             return true;
         }

@@ -66,6 +66,7 @@ public:
 
 private:
     int MakeEntry(const std::wstring& path, bool stream);
+    bool Adopt(std::vector<std::uint8_t>&& image, const std::string& path, Mode mode);
     bool LoadAllStreams();
     bool Flush();
 

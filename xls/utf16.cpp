@@ -125,4 +125,13 @@ std::string Utf16ToUtf8(const std::u16string& text)
     return out;
 }
 
+bool EqualIgnoringAsciiCase(const std::u16string& a, const std::u16string& b)
+{
+    auto fold = [](char16_t c) { return (c >= u'a' && c <= u'z') ? static_cast<char16_t>(c - 32) : c; };
+    if (a.size() != b.size()) return false;
+    for (std::size_t i = 0; i < a.size(); ++i)
+        if (fold(a[i]) != fold(b[i])) return false;
+    return true;
+}
+
 }  // namespace xls

@@ -16,5 +16,8 @@ ORDERVIEW_API std::wstring FromUtf16(const std::u16string& text);
 // UTF-8 to UTF-16 and back; malformed UTF-8 bytes become U+FFFD.
 ORDERVIEW_API std::u16string Utf8ToUtf16(const std::string& text);
 ORDERVIEW_API std::string Utf16ToUtf8(const std::u16string& text);
+// Equal when ASCII letters are compared without regard to case (other code units exactly), the
+// way stream and sheet names are matched.
+ORDERVIEW_API bool EqualIgnoringAsciiCase(const std::u16string& a, const std::u16string& b);
 
 }  // namespace xls

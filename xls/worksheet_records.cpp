@@ -502,15 +502,10 @@ std::size_t Worksheet::Read(const char* stream, std::size_t size, CellSink* sink
         const std::uint8_t* p = base + at + 4;
         if (at == 0 && code != 0x0809) return 0;
         Cursor c(p, length);
-        if (code == 0x0809 && ++depth > 1) {
-            at += 4 + length;
-            continue;
-        }
-        if (code == 0x000A && --depth > 0) {
-            at += 4 + length;
-            continue;
-        }
-        if (depth > 1) {
+        if (code == 0x0809) ++depth;
+        const bool nested = depth > 1;  // counted before an EOF closes its substream
+        if (code == 0x000A) --depth;
+        if (nested) {  // inside an embedded substream: its records are not this sheet's
             at += 4 + length;
             continue;
         }
