@@ -3,14 +3,14 @@
 #pragma once
 
 #include "order_data/cstring.h"
-#include "order_data/default_host.h"
-#include "order_data/file_system.h"
+#include "host/default_host.h"
+#include "platform/file_system.h"
 #include "order_data/host_api.h"
 #include "order_data/host_services.h"
-#include "order_data/platform.h"
-#include "order_data/profile_file.h"
+#include "platform/platform.h"
+#include "platform/profile_file.h"
 #include "order_data/records.h"
-#include "order_data/table_host.h"
+#include "host/table_host.h"
 #include "order_data/x1format.h"
 
 #include "format/code_display.h"

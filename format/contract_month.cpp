@@ -1,7 +1,7 @@
 #include "format/contract_month.h"
 
 #include "order_data/host_api.h"
-#include "order_data/platform.h"
+#include "platform/platform.h"
 
 namespace {
 

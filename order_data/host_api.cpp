@@ -1,22 +1,14 @@
 #include "order_data/host_api.h"
 
-#include "order_data/default_host.h"
-
 namespace orderview {
 
 namespace {
 
 IHostServices* g_host = nullptr;
 
-IHostServices& BuiltInHost()
-{
-    static DefaultHost host;
-    return host;
-}
-
 }  // namespace
 
-IHostServices& GetHostServices() { return g_host ? *g_host : BuiltInHost(); }
+IHostServices& GetHostServices() { return g_host ? *g_host : detail::BuiltInHost(); }
 
 static std::vector<void (*)()>& HostListeners()
 {

@@ -1,7 +1,7 @@
 // The one interface through which the library reaches the host front end's services.
 //
 // An embedding host implements IHostServices and installs it with orderview::SetHostServices.
-// Until it does, the library uses its built-in file-backed DefaultHost (order_data/default_host.h).
+// Until it does, the library uses its built-in file-backed DefaultHost (host/default_host.h).
 // Callers inside the library reach the services the way the front end's modules spell them:
 // BKOrderInterface::GetBKInterface(), the OrderBK_ free functions, CSyncInfo::GetSettingCFG(),
 // the CApi_ formatters and so on (order_data/host_api.h); each forwards to the installed host.
@@ -115,6 +115,11 @@ namespace detail {
 // Runs `listener` now and again every time host services are installed (state that the library
 // reads once from the host's files, such as the order-source exclusion list).
 void OnHostInstalled(void (*listener)());
+
+// The host the library uses while none is installed: the file-backed DefaultHost, created on
+// first use. Declared here and defined with the default host (host/builtin_host.cpp), so the
+// order data layer reaches it through this interface only.
+IHostServices& BuiltInHost();
 }  // namespace detail
 
 }  // namespace orderview

@@ -6,7 +6,7 @@
 
 #include "order_data/cstring.h"
 #include "order_data/export.h"
-#include "order_data/platform.h"
+#include "platform/platform.h"
 #include "order_data/records.h"
 
 // True when the account is the all-accounts entry (its text is "IDS_ORDER-COMMON_ALL_ACCOUNT"'s).

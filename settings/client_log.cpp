@@ -2,9 +2,9 @@
 
 #include <string>
 
-#include "order_data/file_system.h"
+#include "platform/file_system.h"
 #include "order_data/host_api.h"
-#include "order_data/platform.h"
+#include "platform/platform.h"
 
 bool g_ClientbWriteLog(CString& text)
 {

@@ -3,8 +3,8 @@
 #include <string>
 
 #include "order_data/host_api.h"
-#include "order_data/platform.h"
-#include "order_data/profile_file.h"
+#include "platform/platform.h"
+#include "platform/profile_file.h"
 #include "settings/client_log.h"
 
 namespace {

@@ -3,7 +3,7 @@
 #include <cstdlib>
 
 #include "order_data/host_api.h"
-#include "order_data/profile_file.h"
+#include "platform/profile_file.h"
 
 namespace {
 

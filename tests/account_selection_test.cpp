@@ -1,6 +1,6 @@
 #include <gtest/gtest.h>
 
-#include "order_data/table_host.h"
+#include "host/table_host.h"
 #include "settings/account_selection.h"
 
 namespace {

@@ -2,7 +2,7 @@
 
 #include <filesystem>
 
-#include "order_data/table_host.h"
+#include "host/table_host.h"
 #include "settings/client_log.h"
 #include "support/fake_platform.h"
 #include "support/temp_folder.h"

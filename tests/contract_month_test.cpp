@@ -1,7 +1,7 @@
 #include <gtest/gtest.h>
 
 #include "format/contract_month.h"
-#include "order_data/table_host.h"
+#include "host/table_host.h"
 #include "support/fake_platform.h"
 
 namespace {

@@ -5,7 +5,7 @@
 #include <cmath>
 #include <string>
 
-#include "order_data/default_host.h"
+#include "host/default_host.h"
 #include "order_data/host_api.h"
 #include "support/temp_folder.h"
 

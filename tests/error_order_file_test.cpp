@@ -7,8 +7,8 @@
 #include <thread>
 #include <unistd.h>
 
-#include "order_data/profile_file.h"
-#include "order_data/table_host.h"
+#include "platform/profile_file.h"
+#include "host/table_host.h"
 #include "settings/error_order_file.h"
 #include "support/fake_platform.h"
 #include "support/temp_folder.h"

@@ -5,7 +5,7 @@
 #include <string>
 
 #include "format/normalize.h"
-#include "order_data/table_host.h"
+#include "host/table_host.h"
 
 namespace {
 

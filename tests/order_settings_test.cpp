@@ -2,9 +2,9 @@
 
 #include <string>
 
-#include "order_data/default_host.h"
+#include "host/default_host.h"
 #include "order_data/host_api.h"
-#include "order_data/profile_file.h"
+#include "platform/profile_file.h"
 #include "settings/order_settings.h"
 #include "support/temp_folder.h"
 

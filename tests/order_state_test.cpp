@@ -1,7 +1,7 @@
 #include <gtest/gtest.h>
 
 #include "format/order_state.h"
-#include "order_data/table_host.h"
+#include "host/table_host.h"
 
 namespace {
 

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "order_data/platform.h"
+#include "platform/platform.h"
 #include "support/fake_platform.h"
 #include "support/temp_folder.h"
 

@@ -4,7 +4,7 @@
 #include <limits>
 
 #include "format/price_display.h"
-#include "order_data/table_host.h"
+#include "host/table_host.h"
 
 namespace {
 

@@ -7,7 +7,7 @@
 #include <thread>
 #include <unistd.h>
 
-#include "order_data/profile_file.h"
+#include "platform/profile_file.h"
 #include "support/temp_folder.h"
 
 namespace {

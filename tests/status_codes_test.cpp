@@ -1,6 +1,6 @@
 #include <gtest/gtest.h>
 
-#include "order_data/default_host.h"
+#include "host/default_host.h"
 #include "rows/status_codes.h"
 #include "support/temp_folder.h"
 

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "order_data/file_system.h"
+#include "platform/file_system.h"
 #include "xls/cfb_reader.h"
 #include "xls/cfb_writer.h"
 #include "xls/utf16.h"

@@ -5,7 +5,7 @@
 #include <deque>
 #include <vector>
 
-#include "order_data/platform.h"
+#include "platform/platform.h"
 
 namespace ovtest {
 

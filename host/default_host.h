@@ -35,7 +35,7 @@
 #include <unordered_map>
 #include <vector>
 
-#include "order_data/table_host.h"
+#include "host/table_host.h"
 
 namespace orderview {
 

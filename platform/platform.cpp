@@ -1,4 +1,4 @@
-#include "order_data/platform.h"
+#include "platform/platform.h"
 
 #include <chrono>
 #include <cstdio>
@@ -7,7 +7,7 @@
 #include <dirent.h>
 #include <sys/stat.h>
 
-#include "order_data/file_system.h"
+#include "platform/file_system.h"
 
 namespace orderview {
 

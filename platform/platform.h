@@ -1,7 +1,7 @@
 // The platform seam: everything the library needs from the operating system and the host's
 // user-interface framework, behind one small interface, so the library runs and is tested
 // anywhere. Profile files are implemented portably on top of the file functions here
-// (order_data/profile_file.h).
+// (platform/profile_file.h).
 #pragma once
 
 #include <cstdint>

@@ -1,4 +1,4 @@
-#include "order_data/table_host.h"
+#include "host/table_host.h"
 
 #include <cmath>
 #include <cstdlib>

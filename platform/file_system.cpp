@@ -1,4 +1,4 @@
-#include "order_data/file_system.h"
+#include "platform/file_system.h"
 
 #include <cerrno>
 #include <cstdio>

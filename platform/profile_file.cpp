@@ -1,4 +1,4 @@
-#include "order_data/profile_file.h"
+#include "platform/profile_file.h"
 
 #include <cerrno>
 #include <algorithm>
@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "order_data/file_system.h"
+#include "platform/file_system.h"
 
 namespace orderview {
 

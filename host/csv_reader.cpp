@@ -1,6 +1,6 @@
-#include "order_data/csv_reader.h"
+#include "host/csv_reader.h"
 
-#include "order_data/file_system.h"
+#include "platform/file_system.h"
 
 namespace orderview {
 namespace detail {

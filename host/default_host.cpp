@@ -1,12 +1,12 @@
-#include "order_data/default_host.h"
+#include "host/default_host.h"
 
 #include <cstdio>
 #include <cstdlib>
 
-#include "order_data/csv_reader.h"
-#include "order_data/file_system.h"
+#include "host/csv_reader.h"
+#include "platform/file_system.h"
 #include "order_data/order_fields.h"
-#include "order_data/profile_file.h"
+#include "platform/profile_file.h"
 #include "order_data/value_parse.h"
 
 namespace orderview {

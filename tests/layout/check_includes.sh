@@ -1,0 +1,25 @@
+#!/bin/sh
+# Checks that the library's folders include each other one way only:
+#   order_data/ -> order_data/ only
+#   platform/   -> order_data/, platform/
+#   host/       -> order_data/, platform/, host/
+#   xls/        -> xls/, order_data/export.h, and platform/ for its file layer only
+# Prints every include that breaks a rule and fails if there is one.
+set -eu
+cd "${1:-$(dirname "$0")/../..}"
+status=0
+# rule FOLDER ALLOWED-REGEX: every project include in FOLDER must match ALLOWED-REGEX.
+rule() {
+  bad=$(grep -n -E '^[[:space:]]*#[[:space:]]*include[[:space:]]*"' "$1"/*.h "$1"/*.cpp 2>/dev/null \
+        | grep -v -E "#[[:space:]]*include[[:space:]]*\"($2)\"" || true)
+  if [ -n "$bad" ]; then
+    printf '%s\n' "$bad" | sed "s|^|layout: $1/ may include only ($2): |"
+    status=1
+  fi
+}
+rule order_data 'order_data/[a-z0-9_]+\.h'
+rule platform   '(order_data|platform)/[a-z0-9_]+\.h'
+rule host       '(order_data|platform|host)/[a-z0-9_]+\.h'
+rule xls        'xls/[a-z0-9_]+\.h|order_data/export\.h|platform/file_system\.h'
+[ $status -eq 0 ] && echo "layout: include directions hold"
+exit $status
