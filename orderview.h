@@ -5,6 +5,7 @@
 #include "order_data/cstring.h"
 #include "host/default_host.h"
 #include "platform/file_system.h"
+#include "platform/list_control.h"
 #include "order_data/host_api.h"
 #include "order_data/host_services.h"
 #include "platform/platform.h"
@@ -19,6 +20,7 @@
 #include "format/normalize.h"
 #include "format/order_state.h"
 #include "format/price_display.h"
+#include "format/quote_items.h"
 
 #include "smart_orders/market_flags.h"
 #include "smart_orders/move_smt_registry.h"
