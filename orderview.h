@@ -21,6 +21,7 @@
 #include "format/order_state.h"
 #include "format/price_display.h"
 #include "format/quote_items.h"
+#include "format/symbol_display.h"
 
 #include "smart_orders/market_flags.h"
 #include "smart_orders/move_smt_registry.h"
@@ -28,6 +29,8 @@
 #include "smart_orders/registries.h"
 #include "smart_orders/smt_registry.h"
 
+#include "rows/operations.h"
+#include "rows/order_rows.h"
 #include "rows/status_codes.h"
 
 #include "settings/account_selection.h"

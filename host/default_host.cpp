@@ -245,6 +245,7 @@ void DefaultHost::LoadWeeklyNames()
 void DefaultHost::LoadAccounts()
 {
     mapActiveAccounts.clear();
+    mapAccountNames.clear();
     baseOrder.vecAccounts.clear();
     CsvTable csv;
     const char* file = "accounts.csv";
@@ -264,6 +265,7 @@ void DefaultHost::LoadAccounts()
         account.csField28 = r.Text("field28");
         account.dwField37 = static_cast<std::uint32_t>(field37);
         baseOrder.vecAccounts.push_back(account);
+        if (!r.Text("name").empty()) mapAccountNames[account.csAccount] = CString(r.Text("name"));
         if (active) mapActiveAccounts[static_cast<std::uint8_t>(account.dwTradeType)] = account;
     }
 }

@@ -17,7 +17,8 @@
 //   symbols.csv        service,symbol,commodity,market_state,is_stock,transfer_symbol
 //   contracts.csv      service,commodity,weekly,week_relation,months   (months blank separated)
 //   weekly_names.csv   commodity,year_month,name
-//   accounts.csv       trade_type,account,field0,field8,field20,field24,field28,field37,active
+//   accounts.csv       trade_type,account,field0,field8,field20,field24,field28,field37,active,
+//                      name (the account's display name)
 //   orders.csv         list (today or error) and any order field by its name (csAccount,
 //                      dwBS, dbOrderPrice, csComId, ...); codes are written as the character
 //   accepted.csv       kind (foreign_future, foreign_option, domestic_option),commodity,

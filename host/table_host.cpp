@@ -243,6 +243,14 @@ CBaseOrder_StockCredit TableHost::OrderBK_GetStockCredit(CString symbolId)
     return credit;
 }
 
+bool TableHost::OrderBK_bGetAccountName(const CString& account, CString& name)
+{
+    const auto it = mapAccountNames.find(account);
+    if (it == mapAccountNames.end() || it->second.IsEmpty()) return false;
+    name = it->second;
+    return true;
+}
+
 std::vector<CBaseOrder_AlertStock> TableHost::OrderBK_GetDSAlertStock(AccountType account)
 {
     const auto it = mapAlertStocks.find(account.csAccount);

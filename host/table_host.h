@@ -71,6 +71,7 @@ public:
     std::map<std::uint8_t, std::uint8_t> mapQuoteMode;
     std::map<std::uint8_t, std::uint8_t> mapDelayService;
     std::map<std::uint8_t, AccountType> mapActiveAccounts;  // trade type -> account
+    std::map<CString, CString> mapAccountNames;             // account -> display name
     bool abOperator[4] = {false, false, false, false};
     bool bShowDelete = false;
     std::vector<CString> vecOffsetFirms;
@@ -130,6 +131,7 @@ public:
     CBaseOrder_InsuranceInfo OrderBK_GetOrderInsurance(AccountType account, double& usedToday) override;
     CBaseOrder_StockCredit OrderBK_GetStockCredit(CString symbolId) override;
     std::vector<CBaseOrder_AlertStock> OrderBK_GetDSAlertStock(AccountType account) override;
+    bool OrderBK_bGetAccountName(const CString& account, CString& name) override;
     bool OrderBK_bIsStockInfo(CString symbolId, bool& first, bool& second, bool& third) override;
     void OrderBK_vGetUnit(CString symbolId, int& unit, bool flag) override;
 

@@ -31,6 +31,8 @@ void SetHostServices(IHostServices* host)
     for (auto listener : HostListeners()) listener();
 }
 
+bool IHostServices::OrderBK_bGetAccountName(const CString&, CString&) { return false; }
+
 }  // namespace orderview
 
 using orderview::GetHostServices;
@@ -186,6 +188,11 @@ CBaseOrder_InsuranceInfo OrderBK_GetOrderInsurance(AccountType account, double& 
 CBaseOrder_StockCredit OrderBK_GetStockCredit(CString symbolId)
 {
     return GetHostServices().OrderBK_GetStockCredit(symbolId);
+}
+
+bool OrderBK_bGetAccountName(const CString& account, CString& name)
+{
+    return GetHostServices().OrderBK_bGetAccountName(account, name);
 }
 
 std::vector<CBaseOrder_AlertStock> OrderBK_GetDSAlertStock(AccountType account)

@@ -66,6 +66,7 @@ ORDERVIEW_API bool OrderBK_LoadOrderInsurance(AccountType account);
 ORDERVIEW_API CBaseOrder_InsuranceInfo OrderBK_GetOrderInsurance(AccountType account, double& usedToday);
 ORDERVIEW_API CBaseOrder_StockCredit OrderBK_GetStockCredit(CString symbolId);
 ORDERVIEW_API std::vector<CBaseOrder_AlertStock> OrderBK_GetDSAlertStock(AccountType account);
+ORDERVIEW_API bool OrderBK_bGetAccountName(const CString& account, CString& name);
 ORDERVIEW_API bool OrderBK_bIsStockInfo(CString symbolId, bool& first, bool& second, bool& third);
 ORDERVIEW_API void OrderBK_vGetUnit(CString symbolId, int& unit, bool flag);
 

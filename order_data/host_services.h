@@ -80,6 +80,8 @@ public:
     virtual std::vector<CBaseOrder_AlertStock> OrderBK_GetDSAlertStock(AccountType account) = 0;
     virtual bool OrderBK_bIsStockInfo(CString symbolId, bool& first, bool& second, bool& third) = 0;
     virtual void OrderBK_vGetUnit(CString symbolId, int& unit, bool flag) = 0;
+    // The display name of an account; false when the back end has none (the default).
+    virtual bool OrderBK_bGetAccountName(const CString& account, CString& name);
 
     // --- Data container ---
     virtual CBaseOrderBK* BK_pGetBaseOrder(unsigned long kind) = 0;

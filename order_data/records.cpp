@@ -1,6 +1,8 @@
 #include "order_data/records.h"
 
+#include <cstdint>
 #include <cstring>
+#include <unordered_set>
 
 void g_vSetComId(char (&field)[32], const char* id)
 {
@@ -8,16 +10,78 @@ void g_vSetComId(char (&field)[32], const char* id)
     if (id) std::strncpy(field, id, sizeof field - 1);
 }
 
+namespace {
+
+// The process-wide pool of item keys; nodes never move, so their addresses identify the keys.
+std::unordered_set<CString>& KeyPool()
+{
+    static auto* pool = new std::unordered_set<CString>();  // outlives every row
+    return *pool;
+}
+
+const CString* InternKey(const CString& key) { return &*KeyPool().insert(key).first; }
+
+const CString* FindKey(const CString& key)
+{
+    const auto it = KeyPool().find(key);
+    return it == KeyPool().end() ? nullptr : &*it;
+}
+
+std::size_t HashKey(const CString* key)
+{
+    auto bits = reinterpret_cast<std::uintptr_t>(key);
+    bits ^= bits >> 17;
+    bits *= 0x9E3779B97F4A7C15ull;
+    return static_cast<std::size_t>(bits ^ (bits >> 29));
+}
+
+}  // namespace
+
+CBaseOrderItemGroup::Slot* CBaseOrderItemGroup::FindSlot(const CString* key) const
+{
+    if (slots_.empty()) return nullptr;
+    const std::size_t mask = slots_.size() - 1;
+    for (std::size_t i = HashKey(key) & mask;; i = (i + 1) & mask) {
+        const Slot& slot = slots_[i];
+        if (slot.key == key || slot.key == nullptr) return const_cast<Slot*>(&slot);
+    }
+}
+
+void CBaseOrderItemGroup::Grow()
+{
+    std::vector<Slot> old = std::move(slots_);
+    slots_.assign(old.empty() ? 64 : old.size() * 2, Slot());
+    for (const Slot& slot : old)
+        if (slot.key) *FindSlot(slot.key) = slot;
+}
+
+CBaseOrderItemGroup::Item& CBaseOrderItemGroup::Append(const CString& key, ValueKind kind, const char* extra1,
+                                                       const char* extra2)
+{
+    if (calls_.empty()) calls_.reserve(48);  // a full list row sets about 45 items
+    if (2 * (used_ + 1) > slots_.size()) Grow();
+    const CString* interned = InternKey(key);
+    Slot* slot = FindSlot(interned);
+    if (!slot->key) {
+        slot->key = interned;
+        ++used_;
+    }
+    slot->call = calls_.size();
+    calls_.emplace_back();
+    Item& item = calls_.back();
+    item.pKey = interned;
+    item.kind = kind;
+    if (extra1) item.csExtra1 = extra1;
+    if (extra2) item.csExtra2 = extra2;
+    return item;
+}
+
 bool CBaseOrderItemGroup::bSetItemValue(const CString& key, const char* text, const char* extra1,
                                         const char* extra2)
 {
     if (key.IsEmpty()) return false;
-    Item& item = items_[key];
-    item = Item();
-    item.kind = ValueKind::Text;
-    item.csText = text;
-    item.csExtra1 = extra1;
-    item.csExtra2 = extra2;
+    Item& item = Append(key, ValueKind::Text, extra1, extra2);
+    if (text) item.csText = text;
     return true;
 }
 
@@ -25,12 +89,7 @@ bool CBaseOrderItemGroup::bSetItemValue(const CString& key, double& value, const
                                         const char* extra2)
 {
     if (key.IsEmpty()) return false;
-    Item& item = items_[key];
-    item = Item();
-    item.kind = ValueKind::Double;
-    item.dbValue = value;
-    item.csExtra1 = extra1;
-    item.csExtra2 = extra2;
+    Append(key, ValueKind::Double, extra1, extra2).dbValue = value;
     return true;
 }
 
@@ -38,24 +97,34 @@ bool CBaseOrderItemGroup::bSetItemValue(const CString& key, int value, const cha
                                         const char* extra2)
 {
     if (key.IsEmpty()) return false;
-    Item& item = items_[key];
-    item = Item();
-    item.kind = ValueKind::Int;
-    item.iValue = value;
-    item.csExtra1 = extra1;
-    item.csExtra2 = extra2;
+    Append(key, ValueKind::Int, extra1, extra2).iValue = value;
     return true;
+}
+
+void CBaseOrderItemGroup::vSetDisplayItems(const std::vector<CString>& keys)
+{
+    display_ = keys;
+    displayIndex_.clear();
+    for (std::size_t i = 0; i < display_.size(); ++i)
+        displayIndex_.emplace(display_[i], static_cast<int>(i));  // the first column of a key wins
 }
 
 int CBaseOrderItemGroup::iGetDisplayItem(const CString& key) const
 {
-    for (size_t i = 0; i < display_.size(); ++i)
-        if (display_[i] == key) return static_cast<int>(i);
-    return -1;
+    const auto it = displayIndex_.find(key);
+    return it == displayIndex_.end() ? -1 : it->second;
 }
 
 const CBaseOrderItemGroup::Item* CBaseOrderItemGroup::pGetItem(const CString& key) const
 {
-    const auto it = items_.find(key);
-    return it == items_.end() ? nullptr : &it->second;
+    const CString* interned = FindKey(key);
+    const Slot* slot = interned ? FindSlot(interned) : nullptr;
+    return slot && slot->key ? &calls_[slot->call] : nullptr;
+}
+
+void CBaseOrderItemGroup::vClear()
+{
+    calls_.clear();
+    slots_.clear();
+    used_ = 0;
 }

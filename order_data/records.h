@@ -7,7 +7,9 @@
 #pragma once
 
 #include <cstdint>
+#include <cstddef>
 #include <map>
+#include <unordered_map>
 #include <vector>
 
 #include "order_data/cstring.h"
@@ -27,6 +29,9 @@ public:
     CString csSymbolID;
     std::uint8_t byServiceID = 0;
     std::uint32_t dwMarketType = 0;      // 'O' marks an option or warrant market
+    // Second leg of a spread: its commodity id (empty: the first leg's) and contract month.
+    CString csComId2;
+    CString csComMonth2;
 
     const CString& cszGetSymbolID() const { return csSymbolID; }
     std::uint8_t byGetServiceID() const { return byServiceID; }
@@ -93,13 +98,26 @@ public:
     void vClear() { *this = CBaseOrder_OrderInfo(); }
 };
 
-// One deal report.
-class ORDERVIEW_API CBaseOrder_DealInfo {
+// One deal report: the fields of the order it fills, then the deal's own. Its dwDealQty is the
+// quantity of this deal, and dwDealTime (hiding the order's) the time of this deal.
+class ORDERVIEW_API CBaseOrder_DealInfo : public CBaseOrder_OrderInfo {
 public:
-    CString csAccount;
-    CString csOrderNo;
-    CBaseOrder_Commodity commodity;
-    std::uint32_t dwDealQty = 0;
+    std::uint32_t dwDealDate = 0;        // yyyymmdd
+    std::uint32_t dwDealTime = 0;        // hhmmssmmm; kNoDealTime = none
+    std::uint32_t dwDealMarketKind = 0;  // market kind that picks the time form
+    CString csDealNo;
+    double dbDealPrice = 0.0;            // first leg: price, fraction numerator, denominator
+    double dbDealPriceFrac = 0.0;
+    double dbDealDenominator = 0.0;
+    double dbDealPrice2 = 0.0;           // second leg, the same
+    double dbDealPriceFrac2 = 0.0;
+    double dbDealDenominator2 = 0.0;
+    double dbFee = 0.0;
+    double dbTax = 0.0;
+    double dbNetAmount = 0.0;
+    double dbTradeValue = 0.0;
+
+    static constexpr std::uint32_t kNoDealTime = 0xFFFFFFFFu;
 
     void vClear() { *this = CBaseOrder_DealInfo(); }
 };
@@ -188,10 +206,18 @@ struct ORDERVIEW_API CAcceptComDoption {
 ORDERVIEW_API void g_vSetComId(char (&field)[32], const char* id);
 
 // One list row: item values addressed by item keys (language-string ids).
+//
+// The row keeps every set call in order (key, kind, value): the row functions define the order
+// in which items are set, and a key set twice appears twice. A lookup by key finds the value of
+// the key's last set call through a hash table. Keys are interned process-wide (item keys are a
+// small, fixed vocabulary), so a set call copies no key text; like the rest of the library,
+// rows are used from one thread.
 class ORDERVIEW_API CBaseOrderItemGroup {
 public:
     enum class ValueKind { Text, Double, Int };
     struct Item {
+        const CString& Key() const { return *pKey; }
+        const CString* pKey = nullptr;
         ValueKind kind = ValueKind::Text;
         CString csText;
         double dbValue = 0.0;
@@ -200,19 +226,36 @@ public:
         CString csExtra2;
     };
 
+    // Each appends one set call; false (and nothing set) for an empty key.
     bool bSetItemValue(const CString& key, const char* text, const char* extra1, const char* extra2);
     bool bSetItemValue(const CString& key, double& value, const char* extra1, const char* extra2);
     bool bSetItemValue(const CString& key, int value, const char* extra1, const char* extra2);
 
     // Display column of an item: its index in the row definition, or -1 when it has none.
     int iGetDisplayItem(const CString& key) const;
-    void vSetDisplayItems(const std::vector<CString>& keys) { display_ = keys; }
+    void vSetDisplayItems(const std::vector<CString>& keys);
+    const std::vector<CString>& GetDisplayItems() const { return display_; }
 
+    // The current value of a key (its last set call), or null when it was never set.
     const Item* pGetItem(const CString& key) const;
-    const std::map<CString, Item>& items() const { return items_; }
-    void vClear() { items_.clear(); }
+    // Every set call, in order.
+    const std::vector<Item>& GetSetCalls() const { return calls_; }
+    // Forgets the set calls; the row definition stays.
+    void vClear();
 
 private:
-    std::map<CString, Item> items_;
+    Item& Append(const CString& key, ValueKind kind, const char* extra1, const char* extra2);
+    // Open-addressing table of interned key -> index of its last set call.
+    struct Slot {
+        const CString* key = nullptr;
+        std::size_t call = 0;
+    };
+    Slot* FindSlot(const CString* key) const;
+    void Grow();
+
+    std::vector<Item> calls_;
+    std::vector<Slot> slots_;   // size 0 or a power of two, at most half full
+    std::size_t used_ = 0;
     std::vector<CString> display_;
+    std::unordered_map<CString, int> displayIndex_;  // key -> first display column
 };
