@@ -109,6 +109,7 @@ bool DefaultHost::bReload()
     LoadWeeklyNames();
     LoadAccounts();
     LoadOrders();
+    LoadDeals();
     LoadAccepted();
     LoadInsurance();
     LoadAlertStocks();
@@ -270,38 +271,60 @@ void DefaultHost::LoadAccounts()
     }
 }
 
-void DefaultHost::LoadOrders()
+// Reads a table of records, one field per column by its name. `extra` names a column that is
+// not a field; `keep` takes each record that read without a bad value, with its row reader.
+template <class Record, class IsField, class SetField, class Keep>
+void LoadRecordTable(const CString& path, const char* file, const char* extra, IsField isField, SetField setField,
+                     Keep keep, std::vector<CString>& diagnostics)
 {
-    vecTodayOrders.clear();
-    vecErrorOrders.clear();
     CsvTable csv;
-    const char* file = "orders.csv";
-    if (!csv.Load(SysFile(file), file, {"list"}, diagnostics_)) return;
+    std::vector<std::string> required;
+    if (extra) required.push_back(extra);
+    if (!csv.Load(path, file, required, diagnostics)) return;
     for (const auto& name : csv.header()) {
-        if (name != "list" && !detail::IsOrderField(name)) {
+        if ((!extra || name != extra) && !isField(name)) {
             CString message;
-            message.Format("orders.csv:%d: unknown order field %s", 1, name.c_str());
-            diagnostics_.push_back(message);
+            message.Format("%s:%d: unknown %s field %s", file, 1, extra ? "order" : "deal", name.c_str());
+            diagnostics.push_back(message);
         }
     }
     for (const auto& row : csv.rows()) {
-        RowReader r(csv, row, file, diagnostics_);
-        const std::string& list = r.Text("list");
-        if (list != "today" && list != "error") {
-            r.Report("list must be today or error, not '" + list + "'");
-            continue;
-        }
-        CBaseOrder_OrderInfo order;
+        RowReader r(csv, row, file, diagnostics);
+        Record record;
         bool ok = true;
         for (const auto& name : csv.header()) {
-            if (name == "list") continue;
-            if (detail::SetOrderField(order, name, r.Text(name.c_str())) == detail::SetFieldResult::BadValue) {
+            if (extra && name == extra) continue;
+            if (setField(record, name, r.Text(name.c_str())) == detail::SetFieldResult::BadValue) {
                 r.Report("bad value '" + r.Text(name.c_str()) + "' in column " + name);
                 ok = false;
             }
         }
-        if (ok) (list == "today" ? vecTodayOrders : vecErrorOrders).push_back(order);
+        if (ok) keep(record, r);
     }
+}
+
+void DefaultHost::LoadOrders()
+{
+    vecTodayOrders.clear();
+    vecErrorOrders.clear();
+    LoadRecordTable<CBaseOrder_OrderInfo>(
+        SysFile("orders.csv"), "orders.csv", "list", detail::IsOrderField, detail::SetOrderField,
+        [this](CBaseOrder_OrderInfo& order, RowReader& r) {
+            const std::string& list = r.Text("list");
+            if (list == "today" || list == "error")
+                (list == "today" ? vecTodayOrders : vecErrorOrders).push_back(std::move(order));
+            else
+                r.Report("list must be today or error, not '" + list + "'");
+        },
+        diagnostics_);
+}
+
+void DefaultHost::LoadDeals()
+{
+    vecDeals.clear();
+    LoadRecordTable<CBaseOrder_DealInfo>(
+        SysFile("deals.csv"), "deals.csv", nullptr, detail::IsDealField, detail::SetDealField,
+        [this](CBaseOrder_DealInfo& deal, RowReader&) { vecDeals.push_back(std::move(deal)); }, diagnostics_);
 }
 
 void DefaultHost::LoadAccepted()

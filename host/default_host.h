@@ -21,6 +21,8 @@
 //                      name (the account's display name)
 //   orders.csv         list (today or error) and any order field by its name (csAccount,
 //                      dwBS, dbOrderPrice, csComId, ...); codes are written as the character
+//   deals.csv          any deal field by its name: the order's fields and the deal's own
+//                      (dwDealDate, dwDealTime, csDealNo, dbDealPrice, dbFee, ...)
 //   accepted.csv       kind (foreign_future, foreign_option, domestic_option),commodity,
 //                      denominator,sub_denominator
 //   insurance.csv      account,allow_list,deny_list (';' separated keys),max_qty,price_limit,
@@ -67,6 +69,7 @@ private:
     void LoadWeeklyNames();
     void LoadAccounts();
     void LoadOrders();
+    void LoadDeals();
     void LoadAccepted();
     void LoadInsurance();
     void LoadAlertStocks();

@@ -77,6 +77,7 @@ public:
     std::vector<CString> vecOffsetFirms;
     std::vector<CBaseOrder_OrderInfo> vecTodayOrders;
     std::vector<CBaseOrder_OrderInfo> vecErrorOrders;
+    std::vector<CBaseOrder_DealInfo> vecDeals;  // the day's deals, for the deal list
     std::vector<CAcceptComFfuture> vecForeignAccept;
     std::vector<CAcceptComFoption> vecFOptionAccept;
     std::vector<CAcceptComDoption> vecOptionAccept;

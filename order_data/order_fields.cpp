@@ -11,24 +11,27 @@ namespace detail {
 namespace {
 
 using Order = CBaseOrder_OrderInfo;
-using Setter = std::function<bool(Order&, const std::string&)>;
+using Deal = CBaseOrder_DealInfo;
+template <class Record>
+using SetterOf = std::function<bool(Record&, const std::string&)>;
+using Setter = SetterOf<Order>;
 
-template <class Get>
-Setter Text(Get get)
+template <class Record = Order, class Get>
+SetterOf<Record> Text(Get get)
 {
-    return [get](Order& o, const std::string& t) { get(o) = CString(t); return true; };
+    return [get](Record& o, const std::string& t) { get(o) = CString(t); return true; };
 }
 
-template <class Get>
-Setter Code(Get get)
+template <class Record = Order, class Get>
+SetterOf<Record> Code(Get get)
 {
-    return [get](Order& o, const std::string& t) { return ParseCharCode(t, get(o)); };
+    return [get](Record& o, const std::string& t) { return ParseCharCode(t, get(o)); };
 }
 
-template <class Get>
-Setter UInt32(Get get)
+template <class Record = Order, class Get>
+SetterOf<Record> UInt32(Get get)
 {
-    return [get](Order& o, const std::string& t) {
+    return [get](Record& o, const std::string& t) {
         std::uint64_t v = 0;
         if (!ParseUInt(t, 0xFFFFFFFFu, v)) return false;
         get(o) = static_cast<std::uint32_t>(v);
@@ -36,10 +39,10 @@ Setter UInt32(Get get)
     };
 }
 
-template <class Get>
-Setter Byte(Get get)
+template <class Record = Order, class Get>
+SetterOf<Record> Byte(Get get)
 {
-    return [get](Order& o, const std::string& t) {
+    return [get](Record& o, const std::string& t) {
         std::uint64_t v = 0;
         if (!ParseUInt(t, 0xFF, v)) return false;
         get(o) = static_cast<std::uint8_t>(v);
@@ -47,16 +50,16 @@ Setter Byte(Get get)
     };
 }
 
-template <class Get>
-Setter Int32(Get get)
+template <class Record = Order, class Get>
+SetterOf<Record> Int32(Get get)
 {
-    return [get](Order& o, const std::string& t) { return ParseInt(t, get(o)); };
+    return [get](Record& o, const std::string& t) { return ParseInt(t, get(o)); };
 }
 
-template <class Get>
-Setter Double(Get get)
+template <class Record = Order, class Get>
+SetterOf<Record> Double(Get get)
 {
-    return [get](Order& o, const std::string& t) { return ParseDouble(t, get(o)); };
+    return [get](Record& o, const std::string& t) { return ParseDouble(t, get(o)); };
 }
 
 #define OV_FIELD(kind, member) {#member, kind([](Order& o) -> auto& { return o.member; })}
@@ -85,13 +88,29 @@ const std::unordered_map<std::string, Setter>& Fields()
         OV_COMMODITY(Text, csExchangeId), OV_COMMODITY(Code, dwMarketKind),  OV_COMMODITY(Code, dwStockTradeKind),
         OV_COMMODITY(Text, csComId),      OV_COMMODITY(Text, csSymbolID),    OV_COMMODITY(Byte, byServiceID),
         OV_COMMODITY(Code, dwMarketType), OV_COMMODITY(Text, csComMonth), OV_COMMODITY(Text, csComType),
-        OV_COMMODITY(Text, csComWeek),
+        OV_COMMODITY(Text, csComWeek),  OV_COMMODITY(Text, csComId2),    OV_COMMODITY(Text, csComMonth2),
+    };
+    return fields;
+}
+
+#define OV_DEAL(kind, member) {#member, kind<Deal>([](Deal& d) -> auto& { return d.member; })}
+
+// The deal's own fields; the rest of a deal are the fields of its order.
+const std::unordered_map<std::string, SetterOf<Deal>>& DealFields()
+{
+    static const std::unordered_map<std::string, SetterOf<Deal>> fields = {
+        OV_DEAL(UInt32, dwDealDate),        OV_DEAL(UInt32, dwDealTime),        OV_DEAL(Code, dwDealMarketKind),
+        OV_DEAL(Text, csDealNo),            OV_DEAL(Double, dbDealPrice),       OV_DEAL(Double, dbDealPriceFrac),
+        OV_DEAL(Double, dbDealDenominator), OV_DEAL(Double, dbDealPrice2),      OV_DEAL(Double, dbDealPriceFrac2),
+        OV_DEAL(Double, dbDealDenominator2), OV_DEAL(Double, dbFee),            OV_DEAL(Double, dbTax),
+        OV_DEAL(Double, dbNetAmount),       OV_DEAL(Double, dbTradeValue),
     };
     return fields;
 }
 
 #undef OV_FIELD
 #undef OV_COMMODITY
+#undef OV_DEAL
 
 }  // namespace
 
@@ -103,6 +122,15 @@ SetFieldResult SetOrderField(CBaseOrder_OrderInfo& order, const std::string& nam
 }
 
 bool IsOrderField(const std::string& name) { return Fields().count(name) != 0; }
+
+SetFieldResult SetDealField(CBaseOrder_DealInfo& deal, const std::string& name, const std::string& text)
+{
+    const auto it = DealFields().find(name);
+    if (it == DealFields().end()) return SetOrderField(deal, name, text);
+    return it->second(deal, text) ? SetFieldResult::Ok : SetFieldResult::BadValue;
+}
+
+bool IsDealField(const std::string& name) { return DealFields().count(name) != 0 || IsOrderField(name); }
 
 }  // namespace detail
 }  // namespace orderview

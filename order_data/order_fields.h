@@ -16,5 +16,10 @@ SetFieldResult SetOrderField(CBaseOrder_OrderInfo& order, const std::string& nam
 
 bool IsOrderField(const std::string& name);
 
+// The same for a deal: its own fields by name (dwDealTime is the deal's), then its order's.
+SetFieldResult SetDealField(CBaseOrder_DealInfo& deal, const std::string& name, const std::string& text);
+
+bool IsDealField(const std::string& name);
+
 }  // namespace detail
 }  // namespace orderview

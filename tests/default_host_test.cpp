@@ -209,6 +209,25 @@ TEST_F(DefaultHostFiles, ReportsMalformedLinesWithFileAndLine)
     EXPECT_FALSE(host.bReload());
 }
 
+TEST(DefaultHost, DealsCarryTheirOrderFields)
+{
+    ovtest::TempFolder folder;
+    folder.Write("sys/deals.csv", "csOrderNo,dwBS,dwDealTime,dwDealQty,dbDealPrice,csDealNo,commodity\n"
+                                  "A1,B,93000500,2,101.5,D1,x\nA2,S,late,1,1,D2,x\n");
+    DefaultHost host(folder.MainPath());
+    EXPECT_TRUE(HasDiagnostic(host, "deals.csv:1: unknown deal field commodity"));
+    EXPECT_TRUE(HasDiagnostic(host, "deals.csv:3: bad value 'late'"));
+    ASSERT_EQ(host.vecDeals.size(), 1u);
+    const CBaseOrder_DealInfo& deal = host.vecDeals[0];
+    EXPECT_EQ(deal.csOrderNo, "A1");
+    EXPECT_EQ(deal.dwBS, static_cast<std::uint32_t>('B'));
+    EXPECT_EQ(deal.dwDealTime, 93000500u);                              // the deal's own time
+    EXPECT_EQ(static_cast<const CBaseOrder_OrderInfo&>(deal).dwDealTime, 0u);  // not the order's
+    EXPECT_EQ(deal.dwDealQty, 2u);
+    EXPECT_EQ(deal.dbDealPrice, 101.5);
+    EXPECT_EQ(deal.csDealNo, "D1");
+}
+
 TEST(DefaultHost, EmptyFolderIsValid)
 {
     ovtest::TempFolder folder;
