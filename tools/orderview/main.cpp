@@ -1,0 +1,43 @@
+// orderview: the order screens of the library in a terminal, on a main folder's data.
+#include <cstdio>
+#include <cstring>
+
+#include "commands.h"
+
+namespace {
+
+const char kUsage[] =
+    "usage: orderview COMMAND [OPTIONS]\n"
+    "\n"
+    "Commands:\n"
+    "  list      print an order or deal list as the order screens fill it\n"
+    "\n"
+    "'orderview COMMAND --help' tells more. Exit status: 0 done, 1 a check refused or a file\n"
+    "could not be read or written, 2 usage.\n";
+
+struct Command {
+    const char* name;
+    int (*run)(int, char**);
+};
+
+const Command kCommands[] = {
+    {"list", ovcli::ListCommand},
+};
+
+}  // namespace
+
+int main(int argc, char** argv)
+{
+    if (argc < 2) {
+        std::fputs(kUsage, stderr);
+        return 2;
+    }
+    if (!std::strcmp(argv[1], "--help") || !std::strcmp(argv[1], "help")) {
+        std::fputs(kUsage, stdout);
+        return 0;
+    }
+    for (const Command& command : kCommands)
+        if (!std::strcmp(argv[1], command.name)) return command.run(argc - 1, argv + 1);
+    std::fprintf(stderr, "orderview: unknown command '%s'\n%s", argv[1], kUsage);
+    return 2;
+}

@@ -1,0 +1,31 @@
+// The main folder the program works on: the library's default host read from it, installed for
+// the program's lifetime, with its malformed lines reported.
+#pragma once
+
+#include <memory>
+#include <string>
+
+#include "host/default_host.h"
+
+namespace ovcli {
+
+class MainFolder {
+public:
+    // Reads `path` (or ORDERVIEW_HOME, else "." when empty) and installs its host. On a malformed
+    // line, prints every "file:line: message" to standard error and Ok() is false.
+    explicit MainFolder(const std::string& path);
+    ~MainFolder();
+    MainFolder(const MainFolder&) = delete;
+    MainFolder& operator=(const MainFolder&) = delete;
+
+    bool Ok() const { return ok_; }
+    orderview::DefaultHost& Host() { return *host_; }
+    // A language text.
+    CString Text(const CString& id) const;
+
+private:
+    std::unique_ptr<orderview::DefaultHost> host_;
+    bool ok_ = false;
+};
+
+}  // namespace ovcli

@@ -1,0 +1,146 @@
+#include "order_list.h"
+
+#include <cstdio>
+
+#include "format/normalize.h"
+#include "rows/order_rows.h"
+
+namespace ovcli {
+
+namespace {
+
+// Columns of numbers and prices, shown right-aligned.
+bool IsNumberColumn(const CString& key)
+{
+    static const char* const kNumbers[] = {
+        "QTY", "PRICE", "DEALREPORT_FEE", "DEALREPORT_TAX", "NETAMOUNT", "DATACOUNT"};
+    for (const char* n : kNumbers)
+        if (key.Find(n) >= 0 && key.Find("TYPE_AND_PRICE") < 0) return true;
+    return false;
+}
+
+CString ItemText(const CBaseOrderItemGroup::Item* item)
+{
+    if (!item) return CString();
+    CString text;
+    switch (item->kind) {
+    case CBaseOrderItemGroup::ValueKind::Text:
+        return item->csText;
+    case CBaseOrderItemGroup::ValueKind::Int:
+        text.Format("%d", item->iValue);
+        return text;
+    case CBaseOrderItemGroup::ValueKind::Double:
+        text.Format("%.2f", item->dbValue);
+        return g_cszNormalizCstring(text);
+    }
+    return text;
+}
+
+}  // namespace
+
+bool ParseListKind(const std::string& text, ListKind& kind)
+{
+    if (text == "simple") kind = ListKind::Simple;
+    else if (text == "full") kind = ListKind::Full;
+    else if (text == "deal") kind = ListKind::Deal;
+    else return false;
+    return true;
+}
+
+int DefaultMode(ListKind kind) { return kind == ListKind::Simple ? 255 : 0x4ffff; }
+
+std::vector<CString> DefaultColumns(ListKind kind)
+{
+    switch (kind) {
+    case ListKind::Simple:
+        return {"IDS_ORDER-ITEM_ORDERNO",    "IDS_ORDER-ITEM_ORDERTIME",  "IDS_ORDER-ITEM_ACCOUNT_NAME",
+                "IDS_ORDER-ITEM_COMMODITY",  "IDS_ORDER-ITEM_BUYSELL",    "IDS_ORDER-ITEM_NEWOFFSET",
+                "IDS_ORDER-ITEM_ORDERTYPE",  "IDS_ORDER-ITEM_ORDERPRICE", "IDS_ORDER-ITEM_ORDERQTY",
+                "IDS_ORDER-ITEM_DEALQTY",    "IDS_ORDER-ITEM_AVEPRICE",   "IDS_ORDER-ITEM_STATUS"};
+    case ListKind::Full:
+        return {"IDS_ORDER-ITEM_ORDERNO",     "IDS_ORDER-ITEM_BOKDTANDTM",  "IDS_ORDER-ITEM_ACCOUNT_NAME",
+                "IDS_ORDER-ITEM_COMTYPE",     "IDS_ORDER-ITEM_COMMODITY",   "IDS_ORDER-ITEM_BUYSELL",
+                "IDS_ORDER-ITEM_NEWOFFSET",   "IDS_ORDER-ITEM_ORDERTYPE_AND_PRICE", "HTS_ORDER-ITEM_ROLE",
+                "IDS_ORDER-ITEM_ORDERQTY",    "IDS_ORDER-ITEM_DEALQTY",     "IDS_ORDER-ITEM_CANCELQTY",
+                "IDS_ORDER-ITEM_AVEPRICE",    "IDS_ORDER-ITEM_STATUS"};
+    case ListKind::Deal:
+        return {"IDS_ORDER-ITEM_DEALTIME",  "IDS_ORDER-ITEM_DEALNO",   "IDS_ORDER-ITEM_ORDERNO",
+                "IDS_ORDER-ITEM_ACCOUNT_NAME", "IDS_ORDER-ITEM_COMMODITY", "IDS_ORDER-ITEM_BUYSELL",
+                "IDS_ORDER-ITEM_NEWOFFSET", "IDS_ORDER-ITEM_DEALPRICE", "IDS_ORDER-ITEM_DEALQTY",
+                "IDS_ORDER-TAB-DEALREPORT_FEE", "IDS_ORDER-TAB-DEALREPORT_TAX", "IDS_ORDER-ITEM_NETAMOUNT"};
+    }
+    return {};
+}
+
+OrderList::OrderList(orderview::DefaultHost& host, ListKind kind, int mode, std::vector<CString> columns)
+    : host_(host), kind_(kind), mode_(mode), columns_(std::move(columns))
+{
+    for (const CString& key : columns_) headings_.push_back(host_.LangGetLangString(key));
+    // The deal list, and the modes that admit every order, need no filtering pass.
+    const bool showsAll = kind_ == ListKind::Deal ||
+                          ((mode_ & 0xFF) == 255 && (kind_ == ListKind::Simple || (mode_ & 0x4ff00) == 0x4ff00));
+    CBaseOrderItemGroup scratch;
+    for (size_t i = 0, n = RecordCount(); i < n; ++i) {
+        scratch.vClear();
+        if (showsAll || Fill(i, scratch)) shown_.push_back(i);
+    }
+}
+
+size_t OrderList::RecordCount() const
+{
+    return kind_ == ListKind::Deal ? host_.vecDeals.size() : host_.vecTodayOrders.size();
+}
+
+bool OrderList::Fill(size_t record, CBaseOrderItemGroup& row) const
+{
+    switch (kind_) {
+    case ListKind::Simple:
+        return g_bAddODOI2OIG_SimpleOrderListCtrl(&row, &host_.vecTodayOrders[record], mode_);
+    case ListKind::Full:
+        return g_bAddODOI2OIG_QueryOrderRet2FullOrderListCtrl(&row, &host_.vecTodayOrders[record], mode_, true,
+                                                              false, true);
+    case ListKind::Deal:
+        return g_bAddODOI2OIG_DealRet2FullOrderListCtrl(&row, &host_.vecDeals[record], 0, true, false, true);
+    }
+    return false;
+}
+
+void OrderList::Load(int row) const
+{
+    if (row == cachedRow_) return;
+    row_.vClear();
+    Fill(shown_[static_cast<size_t>(row)], row_);
+    cells_.clear();
+    for (const CString& key : columns_) cells_.push_back(ItemText(row_.pGetItem(key)));
+    cachedRow_ = row;
+}
+
+CString OrderList::GetColumnText(int column) const
+{
+    return column >= 0 && column < GetColumnCount() ? headings_[static_cast<size_t>(column)] : CString();
+}
+
+int OrderList::GetColumnFormat(int column) const
+{
+    return column >= 0 && column < GetColumnCount() && IsNumberColumn(columns_[static_cast<size_t>(column)])
+               ? kFormatRight
+               : kFormatLeft;
+}
+
+int OrderList::GetColumnWidth(int column) const
+{
+    return column >= 0 && column < GetColumnCount() ? 8 * (headings_[static_cast<size_t>(column)].GetLength() + 4) : 0;
+}
+
+CString OrderList::GetItemText(int row, int column) const
+{
+    if (row < 0 || row >= GetItemCount() || column < 0 || column >= GetColumnCount()) return CString();
+    Load(row);
+    return cells_[static_cast<size_t>(column)];
+}
+
+bool OrderList::SetItemText(int, int, const CString&) { return false; }  // the records are read-only here
+
+bool OrderList::GetItemSelected(int) const { return false; }
+
+}  // namespace ovcli

@@ -1,0 +1,34 @@
+#include "progress.h"
+
+#include <cstdio>
+#include <unistd.h>
+
+namespace ovcli {
+
+Progress::Progress(std::string label, std::size_t total)
+    : label_(std::move(label)), total_(total), terminal_(::isatty(STDERR_FILENO) != 0),
+      start_(std::chrono::steady_clock::now()), last_(start_)
+{
+}
+
+Progress::~Progress()
+{
+    if (drawn_) std::fprintf(stderr, "\r%*s\r", 70, "");
+}
+
+void Progress::Step(std::size_t done)
+{
+    if (!terminal_ || total_ == 0 || (done & 1023) != 0) return;  // look at the clock now and then
+    const auto now = std::chrono::steady_clock::now();
+    if (now - start_ < std::chrono::seconds(1) || now - last_ < std::chrono::milliseconds(100)) return;
+    last_ = now;
+    constexpr int kWidth = 40;
+    const int filled = static_cast<int>(kWidth * done / total_);
+    std::fprintf(stderr, "\r%-12.12s [%.*s%*s] %3d%%", label_.c_str(), filled,
+                 "########################################", kWidth - filled, "",
+                 static_cast<int>(100 * done / total_));
+    std::fflush(stderr);
+    drawn_ = true;
+}
+
+}  // namespace ovcli
