@@ -15,6 +15,7 @@
 #include "order_data/x1format.h"
 
 #include "format/code_display.h"
+#include "format/commodity_display.h"
 #include "format/compare_round.h"
 #include "format/contract_month.h"
 #include "format/normalize.h"

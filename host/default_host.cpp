@@ -211,6 +211,7 @@ void DefaultHost::LoadSymbols()
         }
         info.csCommodityId = r.Text("commodity");
         info.csTransferId = r.Text("transfer_symbol");
+        info.csName = r.Text("name");
         mapSymbols[{service, CString(r.Text("symbol"))}] = info;
     }
 }

@@ -14,7 +14,7 @@
 //   services.csv       service,quote_mode,delay_service
 //   quotes.csv         service,symbol,item,unit,value        quote items of symbols
 //   commodities.csv    service,commodity,item,unit,value     quote items of commodities
-//   symbols.csv        service,symbol,commodity,market_state,is_stock,transfer_symbol
+//   symbols.csv        service,symbol,commodity,market_state,is_stock,transfer_symbol,name
 //   contracts.csv      service,commodity,weekly,week_relation,months   (months blank separated)
 //   weekly_names.csv   commodity,year_month,name
 //   accounts.csv       trade_type,account,field0,field8,field20,field24,field28,field37,active,

@@ -136,6 +136,14 @@ bool TableHost::bIsStock(std::uint8_t serviceId, const CString& symbolId)
     return it != mapSymbols.end() && it->second.bIsStock;
 }
 
+bool TableHost::bGetSymbolName(std::uint8_t serviceId, const CString& symbolId, CString& name)
+{
+    const auto it = mapSymbols.find({serviceId, symbolId});
+    if (it == mapSymbols.end() || it->second.csName.IsEmpty()) return false;
+    name = it->second.csName;
+    return true;
+}
+
 bool TableHost::bIsWeeklyCommodity(const std::uint8_t& serviceId, const CString& commodityId)
 {
     const auto it = mapCommodityInfo.find({serviceId, commodityId});

@@ -38,6 +38,7 @@ public:
         int iMarketState = -1;   // -1: no market status
         bool bIsStock = false;
         CString csTransferId;    // empty: not in the transfer table
+        CString csName;          // the symbol's name (a stock's name); may be empty
     };
     struct CommodityInfo {
         bool bWeekly = false;
@@ -110,6 +111,7 @@ public:
     bool bGetContractMonthByCommodity(std::vector<CString>& months, std::uint8_t serviceId,
                                       const CString& commodityId) override;
     bool bIsStock(std::uint8_t serviceId, const CString& symbolId) override;
+    bool bGetSymbolName(std::uint8_t serviceId, const CString& symbolId, CString& name) override;
     bool bIsWeeklyCommodity(const std::uint8_t& serviceId, const CString& commodityId) override;
     bool bGetWeeklyNameByStockOptionCommodity(const CString& commodityId, const CString& yearMonth,
                                               CString& name) override;

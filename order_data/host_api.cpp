@@ -32,6 +32,7 @@ void SetHostServices(IHostServices* host)
 }
 
 bool IHostServices::OrderBK_bGetAccountName(const CString&, CString&) { return false; }
+bool IHostServices::bGetSymbolName(std::uint8_t, const CString&, CString&) { return false; }
 
 }  // namespace orderview
 
@@ -102,6 +103,11 @@ bool BKOrderInterface::bGetContractMonthByCommodity(std::vector<CString>& months
 bool BKOrderInterface::bIsStock(unsigned char serviceId, const CString& symbolId)
 {
     return GetHostServices().bIsStock(serviceId, symbolId);
+}
+
+bool BKOrderInterface::bGetSymbolName(unsigned char serviceId, const CString& symbolId, CString& name)
+{
+    return GetHostServices().bGetSymbolName(serviceId, symbolId, name);
 }
 
 bool BKOrderInterface::bIsWeeklyCommodity(const unsigned char& serviceId, const CString& commodityId)

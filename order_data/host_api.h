@@ -29,6 +29,7 @@ public:
     bool bGetContractMonthByCommodity(std::vector<CString>& months, unsigned char serviceId,
                                       const CString& commodityId);
     bool bIsStock(unsigned char serviceId, const CString& symbolId);
+    bool bGetSymbolName(unsigned char serviceId, const CString& symbolId, CString& name);
     bool bIsWeeklyCommodity(const unsigned char& serviceId, const CString& commodityId);
     bool bGetWeeklyNameByStockOptionCommodity(const CString& commodityId, const CString& yearMonth,
                                               CString& name);

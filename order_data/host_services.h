@@ -55,6 +55,8 @@ public:
     virtual bool bGetContractMonthByCommodity(std::vector<CString>& months, std::uint8_t serviceId,
                                               const CString& commodityId) = 0;
     virtual bool bIsStock(std::uint8_t serviceId, const CString& symbolId) = 0;
+    // The name of a symbol (a stock's name); false when the host has none (the default).
+    virtual bool bGetSymbolName(std::uint8_t serviceId, const CString& symbolId, CString& name);
     virtual bool bIsWeeklyCommodity(const std::uint8_t& serviceId, const CString& commodityId) = 0;
     virtual bool bGetWeeklyNameByStockOptionCommodity(const CString& commodityId, const CString& yearMonth,
                                                       CString& name) = 0;
