@@ -34,6 +34,9 @@
 #include "rows/order_rows.h"
 #include "rows/status_codes.h"
 
+#include "checks/accepted_commodities.h"
+#include "checks/order_confirmation.h"
+
 #include "settings/account_selection.h"
 #include "settings/client_log.h"
 #include "settings/error_order_file.h"

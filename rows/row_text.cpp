@@ -43,11 +43,6 @@ void AppendShortened(CString& out, double value, int precision, bool normalize)
 
 }  // namespace
 
-bool IsFuturesKind(std::uint32_t kind)
-{
-    return kind == '0' || kind == '1' || kind == '2' || kind == '4' || kind == '7' || kind == '8';
-}
-
 bool IsPlainOrder(std::uint32_t complexKind) { return complexKind == 'N' || complexKind == '0'; }
 
 bool IsEtsOrder(const CBaseOrder_OrderInfo& order)

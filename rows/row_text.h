@@ -3,14 +3,13 @@
 
 #include <cstdint>
 
+#include "format/market_kind.h"
 #include "order_data/cstring.h"
 #include "order_data/records.h"
 
 namespace orderview {
 namespace detail {
 
-// Market kinds '0', '1', '2', '4', '7', '8': futures and options (the others are stock kinds).
-bool IsFuturesKind(std::uint32_t marketKind);
 // A plain order: complex kind 'N' or '0'.
 bool IsPlainOrder(std::uint32_t complexKind);
 // ETS order: an option-market ('O') commodity of market kind '2' whose order number has a
