@@ -1,0 +1,139 @@
+#include <gtest/gtest.h>
+
+#include "export/export_file.h"
+#include "support/export_setup.h"
+
+namespace {
+
+using orderview::ExportFile;
+
+const char kPrologue[] =
+    "<html xmlns:v=\"urn:schemas-microsoft-com:vml\"\n"
+    "xmlns:o=\"urn:schemas-microsoft-com:office:office\"\n"
+    "xmlns:x=\"urn:schemas-microsoft-com:office:excel\"\n"
+    "xmlns=\"http://www.w3.org/TR/REC-html40\">\n";
+const char kTableStart[] =
+    "\n<body>\n<table x:str border=0 cellpadding=0 cellspacing=0 "
+    "style='border-collapse:collapse;table-layout:fixed;'>\n";
+
+class ExportFileTest : public ::testing::Test {
+protected:
+    CString Path(const char* name) const { return CString(setup.folder.File(name)); }
+    ovtest::ExportSetup setup;
+};
+
+TEST_F(ExportFileTest, WritesEveryOperationExactly)
+{
+    ExportFile file;
+    ASSERT_EQ(file.Open(Path("out.xls")), ExportFile::kOk);
+    file.BeginRow();
+    file.Cell(ExportFile::CellOpen("default", ""), "Name:Wang");
+    file.Cell(ExportFile::CellOpenSpan(6, "align_border", "text-align:center"), "<b>&\"");
+    file.EndRow();
+    file.Line("<!-- note -->");
+    EXPECT_EQ(file.Close(), ExportFile::kOk);
+    EXPECT_EQ(setup.folder.Read("out.xls"),
+              std::string(kPrologue) + ovtest::ExportSetup::SampleHead() + "\n" + kTableStart +
+                  " <tr style='mso-height-source:userset;height:16.5pt'>\n"
+                  "<td class=default  style=' '>\n Name:Wang</td>\n"
+                  "<td colspan=6 class=align_border  style=' text-align:center'>\n <b>&\"</td>\n"
+                  " </tr>\n"
+                  "<!-- note -->\n"
+                  "</table>\n</body>\n</html>\n");
+}
+
+TEST_F(ExportFileTest, NumberCellTemplates)
+{
+    struct Case { int kind; const char* text; const char* decimals; const char* format; };
+    const Case cases[] = {
+        {ExportFile::kInteger, "1,234", "", "\\#,\\#\\#0"},
+        {ExportFile::kDecimals, "12.50", "##", "\\#,\\#\\#0.##"},
+        {ExportFile::kPercent, "25%", "", "\\#,\\#\\#0%"},
+        {ExportFile::kPercentDecimals, "3.5%", "##", "\\#,\\#\\#0.##%"},
+        {0, "7", "##", "\\#,\\#\\#0"},   // unknown kinds write the plain integer template
+        {9, "8", "", "\\#,\\#\\#0"},
+    };
+    for (const Case& c : cases) {
+        ExportFile file;
+        ASSERT_EQ(file.Open(Path("n.xls")), ExportFile::kOk);
+        file.NumberCell(c.kind, c.text, c.decimals);
+        ASSERT_EQ(file.Close(), ExportFile::kOk);
+        const std::string cell = std::string("<td class=align_border x:num style='text-align:right ; mso-number-format:\"") +
+                                 c.format + "\"'>" + c.text + "</td>\n";
+        const std::string written = setup.folder.Read("n.xls");
+        EXPECT_NE(written.find(std::string(kTableStart) + cell + "</table>\n"), std::string::npos) << c.kind << " " << c.text;
+    }
+}
+
+TEST_F(ExportFileTest, TemplateIsCopiedWithOneLineFeedAfterIt)
+{
+    struct Case { std::string head; std::string copied; };
+    const Case cases[] = {
+        {"", "\n"},
+        {"<style>", "<style>\n"},
+        {"<style>\r\n", "<style>\r\n\n"},
+        {std::string("\xff\x00\xfe", 3), std::string("\xff\x00\xfe\n", 4)},  // any byte, NUL and 0xFF too
+    };
+    for (const Case& c : cases) {
+        setup.folder.Write("sys/xls_head.txt", c.head);
+        ExportFile file;
+        ASSERT_EQ(file.Open(Path("t.xls")), ExportFile::kOk);
+        ASSERT_EQ(file.Close(), ExportFile::kOk);
+        EXPECT_EQ(setup.folder.Read("t.xls"),
+                  std::string(kPrologue) + c.copied + kTableStart + "</table>\n</body>\n</html>\n");
+    }
+}
+
+TEST_F(ExportFileTest, MissingTemplateLeavesThePrologueOnly)
+{
+    std::remove(setup.folder.File("sys/xls_head.txt").c_str());
+    setup.folder.Write("old.xls", "old content");
+    ExportFile file;
+    EXPECT_EQ(file.Open(Path("old.xls")), ExportFile::kNoTemplate);
+    EXPECT_TRUE(file.IsOpen());
+    file.Abandon();
+    EXPECT_FALSE(file.IsOpen());
+    EXPECT_EQ(setup.folder.Read("old.xls"), kPrologue);
+}
+
+TEST_F(ExportFileTest, FilesThatCannotBeCreated)
+{
+    setup.folder.Write("keep.xls", "keep");
+    ExportFile file;
+    EXPECT_EQ(file.Open(Path("missing/out.xls")), ExportFile::kCannotWrite);
+    EXPECT_EQ(file.Open(""), ExportFile::kCannotWrite);
+    // A folder in the way: the file is written, but cannot replace it.
+    ASSERT_EQ(file.Open(Path("sys")), ExportFile::kOk);
+    EXPECT_EQ(file.Close(), ExportFile::kCannotWrite);
+    EXPECT_EQ(setup.Names(), (std::vector<std::string>{"Log", "keep.xls", "sys"}));
+    EXPECT_EQ(setup.Names("sys"), (std::vector<std::string>{"xls_head.txt"}));
+}
+
+TEST_F(ExportFileTest, OperationsWithoutAFileDoNothing)
+{
+    ExportFile file;
+    file.BeginRow();
+    file.Cell("<td>", "x");
+    file.NumberCell(1, "1", "");
+    file.Line("x");
+    file.EndRow();
+    file.Abandon();
+    EXPECT_EQ(file.Close(), ExportFile::kNotOpen);
+    ASSERT_EQ(file.Open(Path("a.xls")), ExportFile::kOk);
+    EXPECT_EQ(file.Close(), ExportFile::kOk);
+    EXPECT_EQ(file.Close(), ExportFile::kNotOpen);
+}
+
+TEST_F(ExportFileTest, OpeningAgainPutsTheFirstFileInPlaceAsItIs)
+{
+    ExportFile file;
+    ASSERT_EQ(file.Open(Path("first.xls")), ExportFile::kOk);
+    file.Line("first");
+    ASSERT_EQ(file.Open(Path("second.xls")), ExportFile::kOk);
+    EXPECT_EQ(file.Close(), ExportFile::kOk);
+    const std::string first = setup.folder.Read("first.xls");
+    EXPECT_EQ(first.substr(first.size() - std::string(kTableStart).size() - 6), std::string(kTableStart) + "first\n");
+    EXPECT_EQ(setup.Names(), (std::vector<std::string>{"Log", "first.xls", "second.xls", "sys"}));
+}
+
+}  // namespace
