@@ -22,46 +22,20 @@ protected:
     ovtest::ExportSetup setup;
 };
 
-TEST_F(ExportFileTest, WritesEveryOperationExactly)
+TEST_F(ExportFileTest, UnknownNumberKindsWriteThePlainIntegerTemplate)
 {
-    ExportFile file;
-    ASSERT_EQ(file.Open(Path("out.xls")), ExportFile::kOk);
-    file.BeginRow();
-    file.Cell(ExportFile::CellOpen("default", ""), "Name:Wang");
-    file.Cell(ExportFile::CellOpenSpan(6, "align_border", "text-align:center"), "<b>&\"");
-    file.EndRow();
-    file.Line("<!-- note -->");
-    EXPECT_EQ(file.Close(), ExportFile::kOk);
-    EXPECT_EQ(setup.folder.Read("out.xls"),
-              std::string(kPrologue) + ovtest::ExportSetup::SampleHead() + "\n" + kTableStart +
-                  " <tr style='mso-height-source:userset;height:16.5pt'>\n"
-                  "<td class=default  style=' '>\n Name:Wang</td>\n"
-                  "<td colspan=6 class=align_border  style=' text-align:center'>\n <b>&\"</td>\n"
-                  " </tr>\n"
-                  "<!-- note -->\n"
-                  "</table>\n</body>\n</html>\n");
-}
-
-TEST_F(ExportFileTest, NumberCellTemplates)
-{
-    struct Case { int kind; const char* text; const char* decimals; const char* format; };
-    const Case cases[] = {
-        {ExportFile::kInteger, "1,234", "", "\\#,\\#\\#0"},
-        {ExportFile::kDecimals, "12.50", "##", "\\#,\\#\\#0.##"},
-        {ExportFile::kPercent, "25%", "", "\\#,\\#\\#0%"},
-        {ExportFile::kPercentDecimals, "3.5%", "##", "\\#,\\#\\#0.##%"},
-        {0, "7", "##", "\\#,\\#\\#0"},   // unknown kinds write the plain integer template
-        {9, "8", "", "\\#,\\#\\#0"},
-    };
-    for (const Case& c : cases) {
+    for (int kind : {0, 5, -1}) {
         ExportFile file;
         ASSERT_EQ(file.Open(Path("n.xls")), ExportFile::kOk);
-        file.NumberCell(c.kind, c.text, c.decimals);
+        file.NumberCell(kind, "7", "##");
+        file.Line("<!-- end -->");
         ASSERT_EQ(file.Close(), ExportFile::kOk);
-        const std::string cell = std::string("<td class=align_border x:num style='text-align:right ; mso-number-format:\"") +
-                                 c.format + "\"'>" + c.text + "</td>\n";
-        const std::string written = setup.folder.Read("n.xls");
-        EXPECT_NE(written.find(std::string(kTableStart) + cell + "</table>\n"), std::string::npos) << c.kind << " " << c.text;
+        EXPECT_NE(setup.folder.Read("n.xls").find(
+                      std::string(kTableStart) +
+                      "<td class=align_border x:num style='text-align:right ; mso-number-format:\"\\#,\\#\\#0\"'>7</td>\n"
+                      "<!-- end -->\n</table>\n"),
+                  std::string::npos)
+            << kind;
     }
 }
 

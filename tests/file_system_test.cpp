@@ -86,14 +86,4 @@ TEST(ReplacingFile, TempPathIsBesideTheTarget)
     EXPECT_EQ(folder.Read("sys/b.ini"), "by name");
 }
 
-TEST(ReplaceFileAtomically, WritesNewAndExistingFiles)
-{
-    ovtest::TempFolder folder;
-    ASSERT_TRUE(orderview::ReplaceFileAtomically(CString(folder.MainPath() + "\\sys\\c.ini"), "one"));
-    ASSERT_TRUE(orderview::ReplaceFileAtomically(CString(folder.File("sys/c.ini")), std::string("")));
-    EXPECT_EQ(folder.Read("sys/c.ini"), "");
-    EXPECT_FALSE(orderview::ReplaceFileAtomically(CString(folder.File("none/c.ini")), "x"));
-    EXPECT_EQ(Names(folder.File("sys")), (std::vector<std::string>{"c.ini"}));
-}
-
 }  // namespace
