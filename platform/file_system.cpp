@@ -74,7 +74,10 @@ static constexpr std::size_t kWriteBuffer = 1 << 16;
 
 ReplacingFile::ReplacingFile(const CString& path) : target_(ToNativePath(path))
 {
-    if (target_.empty() || (::access(target_.c_str(), F_OK) == 0 && ::access(target_.c_str(), W_OK) != 0)) return;
+    if (target_.empty()) return;
+    // Only a regular file that may be written is replaced; a folder or a device is left alone.
+    struct stat st;
+    if (::stat(target_.c_str(), &st) == 0 && (!S_ISREG(st.st_mode) || ::access(target_.c_str(), W_OK) != 0)) return;
     std::string tmp = target_ + ".tmpXXXXXX";
     fd_ = ::mkstemp(&tmp[0]);
     if (fd_ >= 0) temp_ = std::move(tmp);

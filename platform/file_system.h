@@ -21,7 +21,7 @@ ORDERVIEW_API bool ReadWholeFile(const CString& path, std::vector<std::uint8_t>&
 // A file written under a temporary name beside `path` and renamed over `path` by Commit, so a
 // failure half-way (a write error, a full disk) leaves whatever was at `path` untouched. Writes
 // are buffered. The file cannot be opened when `path` is in a missing folder or names something
-// that cannot be written (an existing read-only file). Destroyed uncommitted, it removes the
+// other than a regular file that may be written (a folder, a device, a read-only file). Destroyed uncommitted, it removes the
 // temporary file. Replacing an existing file flushes the new one to disk before the rename.
 class ORDERVIEW_API ReplacingFile {
 public:
