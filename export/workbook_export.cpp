@@ -1,4 +1,5 @@
 // Binary workbook export of a list control.
+#include <algorithm>
 #include <cstring>
 #include <vector>
 
