@@ -42,6 +42,9 @@
 #include "settings/error_order_file.h"
 #include "settings/order_settings.h"
 
+#include "export/export_file.h"
+#include "export/list_export.h"
+
 #include "xls/biff_record.h"
 #include "xls/book.h"
 #include "xls/cell.h"

@@ -66,22 +66,79 @@ bool ReplaceFileAtomically(const CString& path, const std::string& content)
 
 bool ReplaceFileAtomically(const CString& path, const void* data, std::size_t size)
 {
-    const std::string target = ToNativePath(path);
-    if (target.empty()) return false;
-    std::string tmp = target + ".tmpXXXXXX";
-    const int fd = ::mkstemp(&tmp[0]);
-    if (fd < 0) return false;
-    bool ok = WriteAll(fd, static_cast<const char*>(data), size) && ::fsync(fd) == 0;
+    ReplacingFile file(path);
+    return file.Write(data, size) && file.Commit();
+}
+
+static constexpr std::size_t kWriteBuffer = 1 << 16;
+
+ReplacingFile::ReplacingFile(const CString& path) : target_(ToNativePath(path))
+{
+    if (target_.empty()) return;
+    // Only a regular file that may be written is replaced; a folder or a device is left alone.
+    struct stat st;
+    if (::stat(target_.c_str(), &st) == 0 && (!S_ISREG(st.st_mode) || ::access(target_.c_str(), W_OK) != 0)) return;
+    std::string tmp = target_ + ".tmpXXXXXX";
+    fd_ = ::mkstemp(&tmp[0]);
+    if (fd_ >= 0) temp_ = std::move(tmp);
+}
+
+ReplacingFile::~ReplacingFile() { Discard(); }
+
+bool ReplacingFile::Flush()
+{
+    if (!failed_ && !buffer_.empty()) failed_ = !WriteAll(fd_, buffer_.data(), buffer_.size());
+    buffer_.clear();
+    return !failed_;
+}
+
+bool ReplacingFile::Write(const void* data, std::size_t size)
+{
+    if (fd_ < 0 || failed_) return false;
+    const char* bytes = static_cast<const char*>(data);
+    if (buffer_.size() + size <= kWriteBuffer) {
+        if (buffer_.capacity() < kWriteBuffer) buffer_.reserve(kWriteBuffer);
+        buffer_.append(bytes, size);
+        return true;
+    }
+    if (!Flush()) return false;
+    if (size < kWriteBuffer) {
+        buffer_.append(bytes, size);
+        return true;
+    }
+    failed_ = !WriteAll(fd_, bytes, size);
+    return !failed_;
+}
+
+bool ReplacingFile::Commit()
+{
+    if (fd_ < 0) return false;
+    bool ok = Flush();
+    // Only a file that replaces another needs to be on disk before the rename: a crash then
+    // cannot leave an empty file where the old one was.
+    if (ok && ::access(target_.c_str(), F_OK) == 0) ok = ::fsync(fd_) == 0;
     // mkstemp creates the file 0600; give it the usual permissions of a new file.
     if (ok) {
         const mode_t mask = ::umask(0);
         ::umask(mask);
-        ok = ::fchmod(fd, 0666 & ~mask) == 0;
+        ok = ::fchmod(fd_, 0666 & ~mask) == 0;
     }
-    ok = (::close(fd) == 0) && ok;
-    if (ok) ok = std::rename(tmp.c_str(), target.c_str()) == 0;
-    if (!ok) ::unlink(tmp.c_str());
+    ok = (::close(fd_) == 0) && ok;
+    fd_ = -1;
+    if (ok) ok = std::rename(temp_.c_str(), target_.c_str()) == 0;
+    if (!ok) ::unlink(temp_.c_str());
+    temp_.clear();
     return ok;
+}
+
+void ReplacingFile::Discard()
+{
+    if (fd_ < 0) return;
+    ::close(fd_);
+    fd_ = -1;
+    ::unlink(temp_.c_str());
+    temp_.clear();
+    buffer_.clear();
 }
 
 bool PathExists(const CString& path)

@@ -18,6 +18,38 @@ ORDERVIEW_API std::string ToNativePath(const CString& path);
 ORDERVIEW_API bool ReadWholeFile(const CString& path, std::string& content);
 ORDERVIEW_API bool ReadWholeFile(const CString& path, std::vector<std::uint8_t>& content);
 
+// A file written under a temporary name beside `path` and renamed over `path` by Commit, so a
+// failure half-way (a write error, a full disk) leaves whatever was at `path` untouched. Writes
+// are buffered. The file cannot be opened when `path` is in a missing folder or names something
+// other than a regular file that may be written (a folder, a device, a read-only file). Destroyed uncommitted, it removes the
+// temporary file. Replacing an existing file flushes the new one to disk before the rename.
+class ORDERVIEW_API ReplacingFile {
+public:
+    explicit ReplacingFile(const CString& path);
+    ~ReplacingFile();
+    ReplacingFile(const ReplacingFile&) = delete;
+    ReplacingFile& operator=(const ReplacingFile&) = delete;
+
+    bool IsOpen() const { return fd_ >= 0; }
+    // The native path of the temporary file (empty when not open), for writers that open files
+    // by name; what they leave there is what Commit puts in place.
+    const std::string& TempPath() const { return temp_; }
+    // False once any write failed; later writes are dropped.
+    bool Write(const void* data, std::size_t size);
+    bool Write(const std::string& text) { return Write(text.data(), text.size()); }
+    // Puts the file in place; false (and the target untouched) when anything failed.
+    bool Commit();
+    // Removes the temporary file; the target stays as it was.
+    void Discard();
+
+private:
+    bool Flush();
+
+    std::string target_, temp_, buffer_;
+    int fd_ = -1;
+    bool failed_ = false;
+};
+
 // Replaces the file with `content` atomically: writes a temporary file in the same folder,
 // flushes it to disk and renames it over the old one. On any failure the old file is left as
 // it was and false is returned. A missing folder is not created.

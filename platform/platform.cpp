@@ -39,6 +39,27 @@ int SystemPlatform::MessageBox(const CString& text, const CString& caption, unsi
     return (buttons == kMbYesNo || buttons == kMbYesNoCancel) ? kIdYes : kIdOk;
 }
 
+int IPlatform::GetSaveFilterIndex(const SaveFileRequest& request, const CString& path)
+{
+    // The filter string alternates names and patterns: "(*.csv)|*.csv|(*.txt)|*.txt||".
+    const int a = path.ReverseFind('\\'), b = path.ReverseFind('/');
+    const CString name = path.Mid((a > b ? a : b) + 1);
+    const std::string& filter = request.csFilter.str();
+    int index = 0;
+    std::size_t start = 0;
+    for (int field = 0; start < filter.size(); ++field) {
+        std::size_t end = filter.find('|', start);
+        if (end == std::string::npos) end = filter.size();
+        if (end == start) break;
+        if (field % 2 == 1) {
+            ++index;
+            if (MatchWildcard(filter.substr(start, end - start).c_str(), name)) return index;
+        }
+        start = end + 1;
+    }
+    return 1;
+}
+
 bool SystemPlatform::SaveFileDialog(const SaveFileRequest&, CString& path)
 {
     const char* chosen = std::getenv("ORDERVIEW_SAVE_AS");

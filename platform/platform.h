@@ -47,6 +47,10 @@ public:
     virtual int MessageBox(const CString& text, const CString& caption, unsigned type) = 0;
     // A save-as dialog; true with the chosen path (backslash form accepted) on OK.
     virtual bool SaveFileDialog(const SaveFileRequest& request, CString& path) = 0;
+    // The filter (1-based, in the order of the request's filter string) that was selected when
+    // the save-as dialog returned `path`. The default gives the first filter whose pattern
+    // matches the file name, or 1 when none does.
+    virtual int GetSaveFilterIndex(const SaveFileRequest& request, const CString& path);
     // File names (without folder) matching a wildcard path such as "C:\main\sys\*.ord".
     virtual std::vector<CString> FindFiles(const CString& pattern) = 0;
 };

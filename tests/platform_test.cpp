@@ -61,3 +61,24 @@ TEST(FakePlatform, IsInstalledAndRecordsBoxes)
 }
 
 }  // namespace
+
+namespace {
+
+TEST(SaveFilterIndex, FirstFilterMatchingTheChosenName)
+{
+    orderview::SaveFileRequest request;
+    request.csFilter = "(*.csv)|*.csv|(*.txt)|*.txt||";
+    struct Case { const char* path; int index; };
+    const Case cases[] = {
+        {"C:\\out\\list.csv", 1}, {"/tmp/list.TXT", 2}, {"list.txt", 2}, {"list.xls", 1}, {"", 1},
+        {"C:\\dir.txt\\list", 1},
+    };
+    orderview::SystemPlatform platform;
+    for (const Case& c : cases) EXPECT_EQ(platform.GetSaveFilterIndex(request, c.path), c.index) << c.path;
+    request.csFilter = "";
+    EXPECT_EQ(platform.GetSaveFilterIndex(request, "a.txt"), 1);
+    request.csFilter = "|||*.txt";
+    EXPECT_EQ(platform.GetSaveFilterIndex(request, "a.txt"), 1);
+}
+
+}  // namespace

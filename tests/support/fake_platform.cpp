@@ -37,6 +37,11 @@ bool FakePlatform::SaveFileDialog(const orderview::SaveFileRequest& request, CSt
     return saveAccepted;
 }
 
+int FakePlatform::GetSaveFilterIndex(const orderview::SaveFileRequest& request, const CString& path)
+{
+    return saveFilterIndex ? saveFilterIndex : IPlatform::GetSaveFilterIndex(request, path);
+}
+
 std::vector<CString> FakePlatform::FindFiles(const CString& pattern)
 {
     return orderview::SystemPlatform().FindFiles(pattern);

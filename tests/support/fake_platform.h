@@ -29,10 +29,12 @@ public:
     bool saveAccepted = false;
     CString savePath;
     std::vector<orderview::SaveFileRequest> saveRequests;
+    int saveFilterIndex = 0;   // the selected filter; 0 lets the chosen file name decide
 
     orderview::LocalTime GetLocalTime() override { return now; }
     int MessageBox(const CString& text, const CString& caption, unsigned type) override;
     bool SaveFileDialog(const orderview::SaveFileRequest& request, CString& path) override;
+    int GetSaveFilterIndex(const orderview::SaveFileRequest& request, const CString& path) override;
     std::vector<CString> FindFiles(const CString& pattern) override;
 };
 

@@ -1,0 +1,55 @@
+// Binary workbook export of a list control.
+#include <algorithm>
+#include <cstring>
+#include <vector>
+
+#include "export/list_cells.h"
+#include "export/list_export.h"
+#include "platform/file_system.h"
+#include "xls/book.h"
+
+namespace {
+
+// The longest text a worksheet cell holds.
+constexpr std::size_t kMaxCellText = 32767;
+
+void SetText(xls::Cell* cell, const CString& text)
+{
+    cell->SetString(text.GetString(), std::min(std::strlen(text.GetString()), kMaxCellText));
+}
+
+}  // namespace
+
+bool g_DataExportWorkbook(CListCtrl& list, const CString& sheetName)
+{
+    const int columns = list.GetColumnCount();
+    orderview::SaveFileRequest request;
+    request.csDefaultExt = ".xls";
+    request.csFilter = "(*.xls)|*.xls||";
+    request.bOverwritePrompt = true;
+    CString path;
+    if (!orderview::AskSavePath(request, path)) return false;
+    if (columns > static_cast<int>(xls::Sheet::kMaxCols)) return false;
+
+    xls::Book book;
+    book.New(1);
+    if (!book.RenameWorksheet(0, sheetName.GetString())) return false;
+    xls::Sheet* sheet = book.GetWorksheet(0);
+    const std::vector<CString> styles = orderview::ColumnStyles(list);
+    for (int column = 0; column < columns; ++column) SetText(sheet->Cell(0, column), orderview::ColumnHeading(list, column));
+    for (int row = 0; row < list.GetItemCount(); ++row) {
+        if (static_cast<std::size_t>(row) + 1 >= xls::Sheet::kMaxRows) return false;
+        for (int column = 0; column < columns; ++column) {
+            const CString text = list.GetItemText(row, column);
+            xls::Cell* cell = sheet->Cell(static_cast<std::size_t>(row) + 1, static_cast<std::size_t>(column));
+            double value = 0;
+            if (orderview::IsNumberCell(styles[column], text) && orderview::NumberValue(text, value))
+                cell->SetDouble(value);
+            else
+                SetText(cell, text);
+        }
+    }
+
+    orderview::ReplacingFile file(path);
+    return file.IsOpen() && book.SaveAs(file.TempPath().c_str()) && file.Commit();
+}
