@@ -6,5 +6,6 @@
 namespace ovcli {
 
 int ListCommand(int argc, char** argv);
+int ExportCommand(int argc, char** argv);
 
 }  // namespace ovcli

@@ -11,6 +11,7 @@ const char kUsage[] =
     "\n"
     "Commands:\n"
     "  list      print an order or deal list as the order screens fill it\n"
+    "  export    write a list as CSV, a text table, an HTML spreadsheet or a workbook\n"
     "\n"
     "'orderview COMMAND --help' tells more. Exit status: 0 done, 1 a check refused or a file\n"
     "could not be read or written, 2 usage.\n";
@@ -22,6 +23,7 @@ struct Command {
 
 const Command kCommands[] = {
     {"list", ovcli::ListCommand},
+    {"export", ovcli::ExportCommand},
 };
 
 }  // namespace

@@ -3,6 +3,7 @@
 #include <cstdio>
 
 #include "format/normalize.h"
+#include "progress.h"
 #include "rows/order_rows.h"
 
 namespace ovcli {
@@ -113,6 +114,7 @@ void OrderList::Load(int row) const
     cells_.clear();
     for (const CString& key : columns_) cells_.push_back(ItemText(row_.pGetItem(key)));
     cachedRow_ = row;
+    if (progress_) progress_->Step(static_cast<size_t>(row) + 1);
 }
 
 CString OrderList::GetColumnText(int column) const

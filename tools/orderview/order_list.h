@@ -11,6 +11,8 @@
 
 namespace ovcli {
 
+class Progress;
+
 enum class ListKind { Simple, Full, Deal };
 
 bool ParseListKind(const std::string& text, ListKind& kind);
@@ -34,6 +36,8 @@ public:
     bool SetItemText(int row, int column, const CString& text) override;
     bool GetItemSelected(int row) const override;
 
+    // Reports each row as it is first read (exports read the rows in order).
+    void SetProgress(Progress* progress) { progress_ = progress; }
     // Records read, before the list mode filters them.
     size_t RecordCount() const;
 
@@ -50,6 +54,7 @@ private:
     mutable int cachedRow_ = -1;
     mutable std::vector<CString> cells_;
     mutable CBaseOrderItemGroup row_;
+    Progress* progress_ = nullptr;
 };
 
 }  // namespace ovcli
