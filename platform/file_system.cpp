@@ -1,11 +1,8 @@
 #include "platform/file_system.h"
 
-#include <cerrno>
 #include <cstdio>
-#include <cstring>
-#include <fcntl.h>
-#include <sys/stat.h>
-#include <unistd.h>
+
+#include "platform/native.h"
 
 namespace orderview {
 
@@ -24,12 +21,10 @@ std::string ToNativePath(const CString& path)
 template <class Bytes>
 static bool ReadInto(const CString& path, Bytes& content)
 {
-    FILE* file = std::fopen(ToNativePath(path).c_str(), "rb");
+    FILE* file = native::OpenFile(ToNativePath(path), "rb");
     if (!file) return false;
     Bytes data;
-    struct stat st;
-    std::size_t expected = 0;
-    if (::fstat(::fileno(file), &st) == 0 && st.st_size > 0) expected = static_cast<std::size_t>(st.st_size);
+    const std::size_t expected = static_cast<std::size_t>(native::FileLength(file));
     data.resize(expected);
     std::size_t got = expected ? std::fread(&data[0], 1, expected, file) : 0;
     data.resize(got);
@@ -44,20 +39,6 @@ static bool ReadInto(const CString& path, Bytes& content)
 
 bool ReadWholeFile(const CString& path, std::string& content) { return ReadInto(path, content); }
 bool ReadWholeFile(const CString& path, std::vector<std::uint8_t>& content) { return ReadInto(path, content); }
-
-static bool WriteAll(int fd, const char* data, size_t size)
-{
-    size_t done = 0;
-    while (done < size) {
-        const ssize_t n = ::write(fd, data + done, size - done);
-        if (n < 0) {
-            if (errno == EINTR) continue;
-            return false;
-        }
-        done += static_cast<size_t>(n);
-    }
-    return true;
-}
 
 bool ReplaceFileAtomically(const CString& path, const std::string& content)
 {
@@ -76,25 +57,25 @@ ReplacingFile::ReplacingFile(const CString& path) : target_(ToNativePath(path))
 {
     if (target_.empty()) return;
     // Only a regular file that may be written is replaced; a folder or a device is left alone.
-    struct stat st;
-    if (::stat(target_.c_str(), &st) == 0 && (!S_ISREG(st.st_mode) || ::access(target_.c_str(), W_OK) != 0)) return;
-    std::string tmp = target_ + ".tmpXXXXXX";
-    fd_ = ::mkstemp(&tmp[0]);
-    if (fd_ >= 0) temp_ = std::move(tmp);
+    const native::PathKind kind = native::KindOf(target_);
+    if (kind == native::PathKind::Other || (kind == native::PathKind::RegularFile && !native::IsWritable(target_)))
+        return;
+    file_ = native::CreateUniqueFile(target_ + ".tmp", temp_);
 }
 
 ReplacingFile::~ReplacingFile() { Discard(); }
 
 bool ReplacingFile::Flush()
 {
-    if (!failed_ && !buffer_.empty()) failed_ = !WriteAll(fd_, buffer_.data(), buffer_.size());
+    if (!failed_ && !buffer_.empty())
+        failed_ = std::fwrite(buffer_.data(), 1, buffer_.size(), file_) != buffer_.size();
     buffer_.clear();
     return !failed_;
 }
 
 bool ReplacingFile::Write(const void* data, std::size_t size)
 {
-    if (fd_ < 0 || failed_) return false;
+    if (!file_ || failed_) return false;
     const char* bytes = static_cast<const char*>(data);
     if (buffer_.size() + size <= kWriteBuffer) {
         if (buffer_.capacity() < kWriteBuffer) buffer_.reserve(kWriteBuffer);
@@ -106,50 +87,41 @@ bool ReplacingFile::Write(const void* data, std::size_t size)
         buffer_.append(bytes, size);
         return true;
     }
-    failed_ = !WriteAll(fd_, bytes, size);
+    failed_ = std::fwrite(bytes, 1, size, file_) != size;
     return !failed_;
 }
 
 bool ReplacingFile::Commit()
 {
-    if (fd_ < 0) return false;
-    bool ok = Flush();
+    if (!file_) return false;
+    bool ok = Flush() && std::fflush(file_) == 0;
     // Only a file that replaces another needs to be on disk before the rename: a crash then
     // cannot leave an empty file where the old one was.
-    if (ok && ::access(target_.c_str(), F_OK) == 0) ok = ::fsync(fd_) == 0;
-    // mkstemp creates the file 0600; give it the usual permissions of a new file.
-    if (ok) {
-        const mode_t mask = ::umask(0);
-        ::umask(mask);
-        ok = ::fchmod(fd_, 0666 & ~mask) == 0;
-    }
-    ok = (::close(fd_) == 0) && ok;
-    fd_ = -1;
-    if (ok) ok = std::rename(temp_.c_str(), target_.c_str()) == 0;
-    if (!ok) ::unlink(temp_.c_str());
+    if (ok && native::KindOf(target_) == native::PathKind::RegularFile) ok = native::FlushToDisk(file_);
+    if (ok) ok = native::SetNewFilePermissions(file_);
+    ok = (std::fclose(file_) == 0) && ok;
+    file_ = nullptr;
+    if (ok) ok = native::ReplaceFile(temp_, target_);
+    if (!ok) native::RemoveFile(temp_);
     temp_.clear();
     return ok;
 }
 
 void ReplacingFile::Discard()
 {
-    if (fd_ < 0) return;
-    ::close(fd_);
-    fd_ = -1;
-    ::unlink(temp_.c_str());
+    if (!file_) return;
+    std::fclose(file_);
+    file_ = nullptr;
+    native::RemoveFile(temp_);
     temp_.clear();
     buffer_.clear();
 }
 
-bool PathExists(const CString& path)
-{
-    struct stat st;
-    return ::stat(ToNativePath(path).c_str(), &st) == 0;
-}
+bool PathExists(const CString& path) { return native::KindOf(ToNativePath(path)) != native::PathKind::Missing; }
 
 bool AppendToFile(const CString& path, const std::string& content)
 {
-    FILE* file = std::fopen(ToNativePath(path).c_str(), "ab");
+    FILE* file = native::OpenFile(ToNativePath(path), "ab");
     if (!file) return false;
     const bool ok = std::fwrite(content.data(), 1, content.size(), file) == content.size();
     return (std::fclose(file) == 0) && ok;

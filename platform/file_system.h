@@ -3,6 +3,7 @@
 #pragma once
 
 #include <cstdint>
+#include <cstdio>
 #include <string>
 #include <vector>
 
@@ -30,7 +31,7 @@ public:
     ReplacingFile(const ReplacingFile&) = delete;
     ReplacingFile& operator=(const ReplacingFile&) = delete;
 
-    bool IsOpen() const { return fd_ >= 0; }
+    bool IsOpen() const { return file_ != nullptr; }
     // The native path of the temporary file (empty when not open), for writers that open files
     // by name; what they leave there is what Commit puts in place.
     const std::string& TempPath() const { return temp_; }
@@ -46,7 +47,7 @@ private:
     bool Flush();
 
     std::string target_, temp_, buffer_;
-    int fd_ = -1;
+    std::FILE* file_ = nullptr;
     bool failed_ = false;
 };
 

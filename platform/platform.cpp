@@ -1,39 +1,21 @@
 #include "platform/platform.h"
 
-#include <chrono>
 #include <cstdio>
 #include <cstdlib>
-#include <ctime>
-#include <dirent.h>
-#include <sys/stat.h>
 
 #include "platform/file_system.h"
+#include "platform/native.h"
 
 namespace orderview {
 
 IPlatform::~IPlatform() = default;
 
-LocalTime SystemPlatform::GetLocalTime()
-{
-    const auto now = std::chrono::system_clock::now();
-    const std::time_t seconds = std::chrono::system_clock::to_time_t(now);
-    const auto ms = std::chrono::duration_cast<std::chrono::milliseconds>(now.time_since_epoch()).count() % 1000;
-    std::tm parts{};
-    localtime_r(&seconds, &parts);
-    LocalTime t;
-    t.wYear = static_cast<std::uint16_t>(parts.tm_year + 1900);
-    t.wMonth = static_cast<std::uint16_t>(parts.tm_mon + 1);
-    t.wDayOfWeek = static_cast<std::uint16_t>(parts.tm_wday);
-    t.wDay = static_cast<std::uint16_t>(parts.tm_mday);
-    t.wHour = static_cast<std::uint16_t>(parts.tm_hour);
-    t.wMinute = static_cast<std::uint16_t>(parts.tm_min);
-    t.wSecond = static_cast<std::uint16_t>(parts.tm_sec);
-    t.wMilliseconds = static_cast<std::uint16_t>(ms);
-    return t;
-}
+LocalTime SystemPlatform::GetLocalTime() { return native::Now(); }
 
 int SystemPlatform::MessageBox(const CString& text, const CString& caption, unsigned type)
 {
+    int answer = 0;
+    if (native::ShowMessageBox(text, caption, type, answer)) return answer;
     std::fprintf(stderr, "[%s] %s\n", caption.GetString(), text.GetString());
     const unsigned buttons = type & 0xF;
     return (buttons == kMbYesNo || buttons == kMbYesNoCancel) ? kIdYes : kIdOk;
@@ -60,12 +42,20 @@ int IPlatform::GetSaveFilterIndex(const SaveFileRequest& request, const CString&
     return 1;
 }
 
-bool SystemPlatform::SaveFileDialog(const SaveFileRequest&, CString& path)
+bool SystemPlatform::SaveFileDialog(const SaveFileRequest& request, CString& path)
 {
+    dialogFilterIndex_ = 0;
     const char* chosen = std::getenv("ORDERVIEW_SAVE_AS");
-    if (!chosen || !*chosen) return false;
-    path = chosen;
-    return true;
+    if (chosen && *chosen) {
+        path = chosen;
+        return true;
+    }
+    return native::ShowSaveDialog(request, path, dialogFilterIndex_);
+}
+
+int SystemPlatform::GetSaveFilterIndex(const SaveFileRequest& request, const CString& path)
+{
+    return dialogFilterIndex_ > 0 ? dialogFilterIndex_ : IPlatform::GetSaveFilterIndex(request, path);
 }
 
 std::vector<CString> SystemPlatform::FindFiles(const CString& pattern)
@@ -77,16 +67,8 @@ std::vector<CString> SystemPlatform::FindFiles(const CString& pattern)
     }();
     const CString folder = cut >= 0 ? pattern.Left(cut) : CString(".");
     const CString mask = pattern.Mid(cut + 1);
-    const std::string native = ToNativePath(folder.IsEmpty() ? CString("/") : folder);
-    DIR* dir = ::opendir(native.c_str());
-    if (!dir) return names;
-    while (const dirent* entry = ::readdir(dir)) {
-        const std::string name = entry->d_name;
-        if (name == "." || name == ".." || !MatchWildcard(mask, name.c_str())) continue;
-        struct stat st;
-        if (::stat((native + "/" + name).c_str(), &st) == 0 && S_ISREG(st.st_mode)) names.emplace_back(name);
-    }
-    ::closedir(dir);
+    for (const std::string& name : native::ListFiles(ToNativePath(folder.IsEmpty() ? CString("/") : folder)))
+        if (MatchWildcard(mask, name.c_str())) names.emplace_back(name);
     return names;
 }
 

@@ -55,16 +55,20 @@ public:
     virtual std::vector<CString> FindFiles(const CString& pattern) = 0;
 };
 
-// The real platform: the system clock; message boxes written to standard error and answered
-// with the box's default button (OK, or Yes for a yes/no box); the save-as dialog answered by
-// the environment variable ORDERVIEW_SAVE_AS (cancelled when it is unset or empty); directory
-// listing of the file system.
+// The real platform: the system clock and directory listing. On Windows, the system's message
+// box and save dialog; elsewhere message boxes are written to standard error and answered with
+// the box's default button (OK, or Yes for a yes/no box), and the save dialog is cancelled.
+// Everywhere the environment variable ORDERVIEW_SAVE_AS, when set, answers the save dialog.
 class ORDERVIEW_API SystemPlatform : public IPlatform {
 public:
     LocalTime GetLocalTime() override;
     int MessageBox(const CString& text, const CString& caption, unsigned type) override;
     bool SaveFileDialog(const SaveFileRequest& request, CString& path) override;
+    int GetSaveFilterIndex(const SaveFileRequest& request, const CString& path) override;
     std::vector<CString> FindFiles(const CString& pattern) override;
+
+private:
+    int dialogFilterIndex_ = 0;  // the filter the system's dialog reported, 0 when none
 };
 
 // A drop-down list of the host's user interface as the library uses it: items with a data value

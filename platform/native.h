@@ -1,0 +1,50 @@
+// The operating system beneath the platform seam (internal): the only place that calls POSIX or
+// Win32. native_posix.cpp and native_win32.cpp each implement it; every other file of the
+// library is standard C++. Paths are native narrow paths (the ANSI code page on Windows).
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <cstdio>
+#include <string>
+#include <vector>
+
+#include "platform/platform.h"
+
+namespace orderview {
+namespace native {
+
+// Opens a file with fopen's modes ("rb", "ab", ...).
+std::FILE* OpenFile(const std::string& path, const char* mode);
+// The length of an open file, or 0 when it cannot be told.
+std::uint64_t FileLength(std::FILE* file);
+
+// What is at a path.
+enum class PathKind { Missing, RegularFile, Other };
+PathKind KindOf(const std::string& path);
+// Whether a regular file may be written.
+bool IsWritable(const std::string& path);
+
+// A new, empty file with a unique name that starts with `prefix`; its path goes to `path`.
+// Null when it cannot be created.
+std::FILE* CreateUniqueFile(const std::string& prefix, std::string& path);
+// Writes the stream's buffers and then the file's data to the disk.
+bool FlushToDisk(std::FILE* file);
+// Gives a file made by CreateUniqueFile the permissions of a new file of the user.
+bool SetNewFilePermissions(std::FILE* file);
+// Renames `from` over `to`, replacing a file that is there, in one step.
+bool ReplaceFile(const std::string& from, const std::string& to);
+bool RemoveFile(const std::string& path);
+
+// The local date and time.
+LocalTime Now();
+// Names of the regular files in `folder` (native path).
+std::vector<std::string> ListFiles(const std::string& folder);
+
+// The system's own message box and save dialog; false when the system has none to show (the
+// caller then answers itself).
+bool ShowMessageBox(const CString& text, const CString& caption, unsigned type, int& answer);
+bool ShowSaveDialog(const SaveFileRequest& request, CString& path, int& filterIndex);
+
+}  // namespace native
+}  // namespace orderview

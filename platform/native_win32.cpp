@@ -1,0 +1,166 @@
+// The operating system beneath the platform seam, on Windows. Narrow paths are in the ANSI code
+// page and go to the wide functions after MultiByteToWideChar(CP_ACP).
+#ifdef _WIN32
+
+#include <windows.h>
+#include <commdlg.h>
+#include <fcntl.h>
+#include <io.h>
+// windows.h names MessageBox and ReplaceFile as macros; the platform seam uses both names.
+#undef MessageBox
+#undef ReplaceFile
+
+#include "platform/native.h"
+
+namespace orderview {
+namespace native {
+
+namespace {
+
+std::wstring Wide(const std::string& text)
+{
+    if (text.empty()) return std::wstring();
+    const int n = ::MultiByteToWideChar(CP_ACP, 0, text.data(), static_cast<int>(text.size()), nullptr, 0);
+    std::wstring wide(static_cast<size_t>(n > 0 ? n : 0), L'\0');
+    if (n > 0) ::MultiByteToWideChar(CP_ACP, 0, text.data(), static_cast<int>(text.size()), &wide[0], n);
+    return wide;
+}
+
+std::string Narrow(const wchar_t* text)
+{
+    const int n = ::WideCharToMultiByte(CP_ACP, 0, text, -1, nullptr, 0, nullptr, nullptr);
+    if (n <= 1) return std::string();
+    std::string narrow(static_cast<size_t>(n), '\0');
+    ::WideCharToMultiByte(CP_ACP, 0, text, -1, &narrow[0], n, nullptr, nullptr);
+    narrow.resize(static_cast<size_t>(n - 1));
+    return narrow;
+}
+
+HANDLE HandleOf(std::FILE* file) { return reinterpret_cast<HANDLE>(::_get_osfhandle(::_fileno(file))); }
+
+}  // namespace
+
+std::FILE* OpenFile(const std::string& path, const char* mode) { return ::_wfopen(Wide(path).c_str(), Wide(mode).c_str()); }
+
+std::uint64_t FileLength(std::FILE* file)
+{
+    LARGE_INTEGER size;
+    return ::GetFileSizeEx(HandleOf(file), &size) && size.QuadPart > 0 ? static_cast<std::uint64_t>(size.QuadPart) : 0;
+}
+
+PathKind KindOf(const std::string& path)
+{
+    const DWORD attributes = ::GetFileAttributesW(Wide(path).c_str());
+    if (attributes == INVALID_FILE_ATTRIBUTES) return PathKind::Missing;
+    return (attributes & (FILE_ATTRIBUTE_DIRECTORY | FILE_ATTRIBUTE_DEVICE)) ? PathKind::Other : PathKind::RegularFile;
+}
+
+bool IsWritable(const std::string& path)
+{
+    const DWORD attributes = ::GetFileAttributesW(Wide(path).c_str());
+    return attributes != INVALID_FILE_ATTRIBUTES && !(attributes & FILE_ATTRIBUTE_READONLY);
+}
+
+std::FILE* CreateUniqueFile(const std::string& prefix, std::string& path)
+{
+    static unsigned counter = 0;
+    for (int attempt = 0; attempt < 100; ++attempt) {
+        char suffix[32];
+        std::snprintf(suffix, sizeof suffix, "%08lx%04x", ::GetCurrentProcessId(), (++counter + ::GetTickCount()) & 0xFFFF);
+        const std::string name = prefix + suffix;
+        const HANDLE handle = ::CreateFileW(Wide(name).c_str(), GENERIC_READ | GENERIC_WRITE, FILE_SHARE_READ | FILE_SHARE_DELETE, nullptr, CREATE_NEW,
+                                            FILE_ATTRIBUTE_NORMAL, nullptr);
+        if (handle == INVALID_HANDLE_VALUE) {
+            if (::GetLastError() == ERROR_FILE_EXISTS) continue;
+            return nullptr;
+        }
+        const int fd = ::_open_osfhandle(reinterpret_cast<intptr_t>(handle), _O_BINARY);
+        std::FILE* file = fd >= 0 ? ::_fdopen(fd, "wb") : nullptr;
+        if (!file) {
+            if (fd >= 0) ::_close(fd); else ::CloseHandle(handle);
+            ::DeleteFileW(Wide(name).c_str());
+            return nullptr;
+        }
+        path = name;
+        return file;
+    }
+    return nullptr;
+}
+
+bool FlushToDisk(std::FILE* file) { return std::fflush(file) == 0 && ::FlushFileBuffers(HandleOf(file)); }
+
+bool SetNewFilePermissions(std::FILE*) { return true; }  // a new file inherits its folder's access
+
+bool ReplaceFile(const std::string& from, const std::string& to)
+{
+    return ::MoveFileExW(Wide(from).c_str(), Wide(to).c_str(), MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH) != 0;
+}
+
+bool RemoveFile(const std::string& path) { return ::DeleteFileW(Wide(path).c_str()) != 0; }
+
+LocalTime Now()
+{
+    SYSTEMTIME st;
+    ::GetLocalTime(&st);
+    LocalTime t;
+    t.wYear = st.wYear;
+    t.wMonth = st.wMonth;
+    t.wDayOfWeek = st.wDayOfWeek;
+    t.wDay = st.wDay;
+    t.wHour = st.wHour;
+    t.wMinute = st.wMinute;
+    t.wSecond = st.wSecond;
+    t.wMilliseconds = st.wMilliseconds;
+    return t;
+}
+
+std::vector<std::string> ListFiles(const std::string& folder)
+{
+    std::vector<std::string> names;
+    WIN32_FIND_DATAW found;
+    const HANDLE search = ::FindFirstFileW(Wide(folder + "\\*").c_str(), &found);
+    if (search == INVALID_HANDLE_VALUE) return names;
+    do {
+        if (!(found.dwFileAttributes & (FILE_ATTRIBUTE_DIRECTORY | FILE_ATTRIBUTE_DEVICE)))
+            names.push_back(Narrow(found.cFileName));
+    } while (::FindNextFileW(search, &found));
+    ::FindClose(search);
+    return names;
+}
+
+bool ShowMessageBox(const CString& text, const CString& caption, unsigned type, int& answer)
+{
+    answer = ::MessageBoxA(nullptr, text.GetString(), caption.GetString(), type);
+    return answer != 0;
+}
+
+bool ShowSaveDialog(const SaveFileRequest& request, CString& path, int& filterIndex)
+{
+    // "(*.csv)|*.csv|(*.txt)|*.txt||" becomes the NUL-separated, double-NUL-ended list.
+    std::string filter = request.csFilter.str();
+    for (char& c : filter)
+        if (c == '|') c = '\0';
+    filter.push_back('\0');
+    char file[MAX_PATH] = {};
+    request.csFileName.str().copy(file, MAX_PATH - 1);
+    const std::string extension = request.csDefaultExt.GetLength() > 0 && request.csDefaultExt[0] == '.'
+                                      ? request.csDefaultExt.Mid(1).str()
+                                      : request.csDefaultExt.str();
+    OPENFILENAMEA dialog = {};
+    dialog.lStructSize = sizeof dialog;
+    dialog.lpstrFilter = filter.c_str();
+    dialog.nFilterIndex = 1;
+    dialog.lpstrFile = file;
+    dialog.nMaxFile = MAX_PATH;
+    dialog.lpstrDefExt = extension.empty() ? nullptr : extension.c_str();
+    dialog.Flags = request.bOverwritePrompt ? OFN_OVERWRITEPROMPT : 0;
+    if (!::GetSaveFileNameA(&dialog)) return false;
+    path = file;
+    filterIndex = static_cast<int>(dialog.nFilterIndex);
+    return true;
+}
+
+}  // namespace native
+}  // namespace orderview
+
+#endif  // _WIN32
