@@ -17,12 +17,15 @@ class ReplacingFile;
 class ORDERVIEW_API ExportFile {
 public:
     // Results of Open and Close.
-    static constexpr int kOk = 0;
-    static constexpr int kCannotWrite = 1;  // the file cannot be created (or, at Close, written)
-    static constexpr int kNoTemplate = 2;   // "xls_head.txt" cannot be read; the file stays open
-    static constexpr int kNotOpen = 4;      // Close with no file open
+    // (Enumerators, not static members: a DLL exports no storage for them.)
+    enum : int {
+        kOk = 0,
+        kCannotWrite = 1,  // the file cannot be created (or, at Close, written)
+        kNoTemplate = 2,   // "xls_head.txt" cannot be read; the file stays open
+        kNotOpen = 4,      // Close with no file open
+    };
     // Number cell kinds; any other kind writes a plain integer cell.
-    static constexpr int kInteger = 1, kDecimals = 2, kPercent = 3, kPercentDecimals = 4;
+    enum : int { kInteger = 1, kDecimals = 2, kPercent = 3, kPercentDecimals = 4 };
 
     ExportFile();
     ~ExportFile();  // abandons a file left open

@@ -1,5 +1,6 @@
 #include "order_data/records.h"
 
+#include <cstddef>
 #include <cstdint>
 #include <cstring>
 #include <unordered_set>
@@ -128,3 +129,13 @@ void CBaseOrderItemGroup::vClear()
     slots_.clear();
     used_ = 0;
 }
+
+// The fixed-layout records cross the module boundary as raw bytes: their sizes and field offsets
+// are the same on every platform (fields are fixed-width, never `long`).
+static_assert(sizeof(CAcceptComFfuture) == 40 && offsetof(CAcceptComFfuture, iDenominator) == 32 &&
+                  offsetof(CAcceptComFfuture, iSubDenominator) == 36,
+              "CAcceptComFfuture layout");
+static_assert(sizeof(CAcceptComFoption) == 40 && offsetof(CAcceptComFoption, iDenominator) == 32 &&
+                  offsetof(CAcceptComFoption, iSubDenominator) == 36,
+              "CAcceptComFoption layout");
+static_assert(sizeof(CAcceptComDoption) == 32, "CAcceptComDoption layout");

@@ -117,7 +117,8 @@ public:
     double dbNetAmount = 0.0;
     double dbTradeValue = 0.0;
 
-    static constexpr std::uint32_t kNoDealTime = 0xFFFFFFFFu;
+    // Class constants are enumerators: a DLL exports no storage for them, and none is needed.
+    enum : std::uint32_t { kNoDealTime = 0xFFFFFFFFu };
 
     void vClear() { *this = CBaseOrder_DealInfo(); }
 };

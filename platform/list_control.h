@@ -12,9 +12,7 @@
 class ORDERVIEW_API CListCtrl {
 public:
     // Column format bits: the low two bits give the alignment.
-    static constexpr int kFormatLeft = 0;
-    static constexpr int kFormatRight = 1;
-    static constexpr int kFormatCenter = 2;
+    enum : int { kFormatLeft = 0, kFormatRight = 1, kFormatCenter = 2 };
 
     virtual ~CListCtrl();
     // Number of columns, as the header control counts them.

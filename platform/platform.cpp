@@ -1,5 +1,6 @@
 #include "platform/platform.h"
 
+#include <cstddef>
 #include <cstdio>
 #include <cstdlib>
 
@@ -7,6 +8,10 @@
 #include "platform/native.h"
 
 namespace orderview {
+
+// LocalTime is laid out like the Windows SYSTEMTIME: eight 16-bit fields.
+static_assert(sizeof(LocalTime) == 16 && offsetof(LocalTime, wDay) == 6 && offsetof(LocalTime, wMilliseconds) == 14,
+              "LocalTime layout");
 
 IPlatform::~IPlatform() = default;
 

@@ -77,7 +77,7 @@ private:
 
 class ORDERVIEW_API CComboBox {
 public:
-    static constexpr int kError = -1;  // no selection, or an index outside the list
+    enum : int { kError = -1 };  // no selection, or an index outside the list
 
     virtual ~CComboBox();
     virtual int GetCurSel() const { return current_; }

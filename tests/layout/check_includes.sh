@@ -4,6 +4,7 @@
 #   platform/   -> order_data/, platform/
 #   host/       -> order_data/, platform/, host/
 #   xls/        -> xls/, order_data/export.h, and platform/ for its file layer only
+# and that POSIX and Windows headers appear only in platform/native_posix.cpp and native_win32.cpp.
 # Prints every include that breaks a rule and fails if there is one.
 set -eu
 cd "${1:-$(dirname "$0")/../..}"
@@ -21,5 +22,13 @@ rule order_data 'order_data/[a-z0-9_]+\.h'
 rule platform   '(order_data|platform)/[a-z0-9_]+\.h'
 rule host       '(order_data|platform|host)/[a-z0-9_]+\.h'
 rule xls        'xls/[a-z0-9_]+\.h|order_data/export\.h|platform/file_system\.h'
+# Operating-system headers only in the native units of the platform folder.
+system=$(grep -n -E '^[[:space:]]*#[[:space:]]*include[[:space:]]*<(unistd|fcntl|dirent|pthread|windows|winbase|commdlg|io|direct|sys/[a-z_]+)\.h>' \
+         order_data/* platform/* host/* format/* rows/* checks/* smart_orders/* settings/* export/* xls/* 2>/dev/null \
+         | grep -v -E '^platform/native_(posix|win32)\.cpp:' || true)
+if [ -n "$system" ]; then
+  printf '%s\n' "$system" | sed 's|^|layout: an operating-system header outside platform/native_*.cpp: |'
+  status=1
+fi
 [ $status -eq 0 ] && echo "layout: include directions hold"
 exit $status

@@ -1,6 +1,8 @@
 #include "support/temp_folder.h"
 
+#include <cstdio>
 #include <cstdlib>
+#include <random>
 #include <filesystem>
 #include <fstream>
 #include <sstream>
@@ -10,9 +12,16 @@ namespace ovtest {
 
 TempFolder::TempFolder()
 {
-    std::string pattern = (std::filesystem::temp_directory_path() / "orderview-test-XXXXXX").string();
-    if (!mkdtemp(&pattern[0])) throw std::runtime_error("mkdtemp failed");
-    path_ = pattern;
+    // A fresh folder with a random name; creating it fails when the name is taken.
+    std::random_device random;
+    for (int attempt = 0; path_.empty(); ++attempt) {
+        if (attempt == 100) throw std::runtime_error("cannot create a temporary folder");
+        char name[40];
+        std::snprintf(name, sizeof name, "orderview-test-%08x%08x", random(), random());
+        const std::filesystem::path candidate = std::filesystem::temp_directory_path() / name;
+        std::error_code error;
+        if (std::filesystem::create_directory(candidate, error)) path_ = candidate.string();
+    }
     std::filesystem::create_directories(path_ + "/sys");
     std::filesystem::create_directories(path_ + "/Log");
 }
