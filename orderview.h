@@ -30,6 +30,9 @@
 
 #include "rows/status_codes.h"
 
+#include "checks/order_insurance.h"
+#include "checks/stock_order_check.h"
+
 #include "settings/account_selection.h"
 #include "settings/client_log.h"
 #include "settings/error_order_file.h"

@@ -27,6 +27,12 @@ public:
     CString csSymbolID;
     std::uint8_t byServiceID = 0;
     std::uint32_t dwMarketType = 0;      // 'O' marks an option or warrant market
+    // The legs of the order's contract, from which the insurance check builds product keys.
+    CString csSymbolID2;                 // second contract of a two-month spread
+    double dbStrikePrice = 0.0;          // options: strike price of the first leg
+    std::uint32_t dwCallPut = 0;         // options: 'C' call or 'P' put of the first leg
+    double dbStrikePrice2 = 0.0;         // options: strike price of the second leg
+    std::uint32_t dwCallPut2 = 0;        // options: call/put of the second leg
 
     const CString& cszGetSymbolID() const { return csSymbolID; }
     std::uint8_t byGetServiceID() const { return byServiceID; }
