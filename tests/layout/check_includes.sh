@@ -4,6 +4,7 @@
 #   platform/   -> order_data/, platform/
 #   host/       -> order_data/, platform/, host/
 #   xls/        -> xls/, order_data/export.h, and platform/ for its file layer only
+#   checks/     -> order_data/, platform/, format/, settings/, checks/
 # Prints every include that breaks a rule and fails if there is one.
 set -eu
 cd "${1:-$(dirname "$0")/../..}"
@@ -20,6 +21,7 @@ rule() {
 rule order_data 'order_data/[a-z0-9_]+\.h'
 rule platform   '(order_data|platform)/[a-z0-9_]+\.h'
 rule host       '(order_data|platform|host)/[a-z0-9_]+\.h'
+rule checks    '(order_data|platform|format|settings|checks)/[a-z0-9_]+\.h'
 rule xls        'xls/[a-z0-9_]+\.h|order_data/export\.h|platform/file_system\.h'
 [ $status -eq 0 ] && echo "layout: include directions hold"
 exit $status
