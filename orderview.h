@@ -36,6 +36,8 @@
 
 #include "checks/accepted_commodities.h"
 #include "checks/order_confirmation.h"
+#include "checks/order_insurance.h"
+#include "checks/stock_order_check.h"
 
 #include "settings/account_selection.h"
 #include "settings/client_log.h"

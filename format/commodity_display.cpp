@@ -34,7 +34,7 @@ bool g_GetCommodityId(const CString& symbolId, unsigned char serviceId, CString&
     commodityId.Empty();
     std::vector<X1Format> values;
     if (!BKOrderInterface::GetBKInterface().bGetItemDataByItemNo(serviceId, symbolId, {kCommodityIdItem}, values,
-                                                                 false, nullptr))
+                                                                 true, nullptr))
         return false;
     for (const X1Format& value : values) {
         if (value.wGetItemNo() != kCommodityIdItem) continue;

@@ -8,7 +8,7 @@ X1Format g_xGetSymbolInfoByItem(unsigned char serviceId, const CString& symbolId
 {
     std::vector<X1Format> values;
     if (!BKOrderInterface::GetBKInterface().bGetItemDataByItemNo(serviceId, symbolId, {itemNo}, values,
-                                                                 false, nullptr))
+                                                                 true, nullptr))
         return X1Format(itemNo, 0, 0.0);
     for (const X1Format& value : values)
         if (value.wGetItemNo() == itemNo) return value;

@@ -405,8 +405,9 @@ void DefaultHost::LoadInsurance()
                         r.Bool("allow_market_price", info.bAllowMarketPrice) &&
                         r.Bool("use_allow_list", info.bUseAllowList);
         if (!ok) continue;
-        info.vecAllowList = SplitList(r.Text("allow_list"), ';');
-        info.vecDenyList = SplitList(r.Text("deny_list"), ';');
+        // Blank separated: the option keys of the insurance check hold ';' themselves.
+        info.vecAllowList = SplitList(r.Text("allow_list"), ' ');
+        info.vecDenyList = SplitList(r.Text("deny_list"), ' ');
         mapInsurance[CString(r.Text("account"))] = entry;
     }
 }

@@ -25,11 +25,20 @@
 //                      (dwDealDate, dwDealTime, csDealNo, dbDealPrice, dbFee, ...)
 //   accepted.csv       kind (foreign_future, foreign_option, domestic_option),commodity,
 //                      denominator,sub_denominator
-//   insurance.csv      account,allow_list,deny_list (';' separated keys),max_qty,price_limit,
-//                      allow_margin_buy,allow_short_sell,allow_market_price,today_limit,
-//                      use_allow_list,used_today
+//   insurance.csv      account,allow_list,deny_list (blank separated product keys in the form
+//                      of checks/order_insurance.h: "TXFL6", "TXF00", "TXFL6/A7",
+//                      "TXO202612;18000C18200P", "2330"),max_qty,price_limit,allow_margin_buy,
+//                      allow_short_sell,allow_market_price,today_limit,use_allow_list,used_today
+//                      (quantity or money already used today)
 //   alert_stocks.csv   account,symbol,name
-//   stocks.csv         symbol,unit,special,flag1,flag2,flag3
+//   stocks.csv         symbol,unit,special,flag1,flag2,flag3   (unit: shares per lot; special:
+//                      the stock credit record's special mark; flag1..3: OrderBK_bIsStockInfo)
+//
+// What the order checks read: quote items (last, reference and limit prices, yesterday's
+// volume) from quotes.csv, market states from symbols.csv (market_state 0 closed, 1 pre-open,
+// 2 open; empty: no status), the transfer table from symbols.csv (transfer_symbol), the firms
+// of the offset rule from host.ini [OrderBK] OffsetFirms, and the order fields csSymbolID2,
+// dbStrikePrice, dwCallPut, dbStrikePrice2, dwCallPut2 from orders.csv like any other field.
 //
 // A malformed line is never skipped silently: it is reported as "<file>:<line>: <message>"
 // in Diagnostics() and on standard error. The debug log goes to "Log/debug.log".

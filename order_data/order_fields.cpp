@@ -89,6 +89,8 @@ const std::unordered_map<std::string, Setter>& Fields()
         OV_COMMODITY(Text, csComId),      OV_COMMODITY(Text, csSymbolID),    OV_COMMODITY(Byte, byServiceID),
         OV_COMMODITY(Code, dwMarketType), OV_COMMODITY(Text, csComMonth), OV_COMMODITY(Text, csComType),
         OV_COMMODITY(Text, csComWeek),  OV_COMMODITY(Text, csComId2),    OV_COMMODITY(Text, csComMonth2),
+        OV_COMMODITY(Text, csSymbolID2),   OV_COMMODITY(Double, dbStrikePrice),
+        OV_COMMODITY(Code, dwCallPut),    OV_COMMODITY(Double, dbStrikePrice2), OV_COMMODITY(Code, dwCallPut2),
     };
     return fields;
 }

@@ -32,6 +32,12 @@ public:
     // Second leg of a spread: its commodity id (empty: the first leg's) and contract month.
     CString csComId2;
     CString csComMonth2;
+    // The legs of the order's contract, from which the insurance check builds product keys.
+    CString csSymbolID2;                 // second contract of a two-month spread
+    double dbStrikePrice = 0.0;          // options: strike price of the first leg
+    std::uint32_t dwCallPut = 0;         // options: 'C' call or 'P' put of the first leg
+    double dbStrikePrice2 = 0.0;         // options: strike price of the second leg
+    std::uint32_t dwCallPut2 = 0;        // options: call/put of the second leg
 
     const CString& cszGetSymbolID() const { return csSymbolID; }
     std::uint8_t byGetServiceID() const { return byServiceID; }

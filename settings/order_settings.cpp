@@ -84,4 +84,15 @@ std::vector<int> g_vGetSettingParameter(CString section, CString key)
 
 namespace orderview {
 bool GetOrderOperateFlag(int index) { return index >= 0 && index < 4 && g_operatorFlags[index]; }
+
+int GetYesterdayTradeVolumeSetting()
+{
+    // The profile reader wraps modulo 2^32; the setting is a signed integer.
+    return static_cast<int>(GetPrivateProfileIntA("ORDER_SETTING", "YesterdayTradeVolume", 0, g_vGetOrderCfgFileName()));
+}
+
+int GetStockPriceAlertSetting()
+{
+    return static_cast<int>(GetPrivateProfileIntA("ORDER_SETTING", "StockPriceAlert", 1, g_vGetOrderCfgFileName()));
+}
 }  // namespace orderview

@@ -31,4 +31,10 @@ ORDERVIEW_API std::vector<int> g_vGetSettingParameter(CString section, CString k
 namespace orderview {
 // The cached operator flags, in the order OrderBK_vGetOperator fills them (index 0 to 3).
 ORDERVIEW_API bool GetOrderOperateFlag(int index);
+// [ORDER_SETTING] YesterdayTradeVolume (default 0): above 0, buy orders of stocks that traded
+// fewer lots than this yesterday are refused by the stock order check. Read at every call.
+ORDERVIEW_API int GetYesterdayTradeVolumeSetting();
+// [ORDER_SETTING] StockPriceAlert (default 1): 0 no price-band warning, 2 only while the market
+// is open, any other value always. Read at every call.
+ORDERVIEW_API int GetStockPriceAlertSetting();
 }  // namespace orderview

@@ -55,7 +55,7 @@ protected:
         folder.Write("sys/insurance.csv",
                      "account,allow_list,deny_list,max_qty,price_limit,allow_margin_buy,allow_short_sell,"
                      "allow_market_price,today_limit,use_allow_list,used_today\n"
-                     "F123,TXF;MXF,,10,50.5,1,0,1,100,1,12\n");
+                     "F123,TXF MXF,,10,50.5,1,0,1,100,1,12\n");
         folder.Write("sys/alert_stocks.csv", "account,symbol,name\nS456,2330,TSMC\n");
         folder.Write("sys/stocks.csv", "symbol,unit,special,flag1,flag2,flag3\n2330,1000,1,1,1,0\n");
     }

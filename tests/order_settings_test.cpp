@@ -134,3 +134,19 @@ TEST_F(OrderSettings, OddFilesReadAsTheProfileReaderGivesThem)
 }
 
 }  // namespace
+
+namespace {
+
+TEST_F(OrderSettings, StockCheckKeysAndTheirDefaults)
+{
+    EXPECT_EQ(orderview::GetYesterdayTradeVolumeSetting(), 0);
+    EXPECT_EQ(orderview::GetStockPriceAlertSetting(), 1);  // unlike every other key
+    Config("[ORDER_SETTING]\nYesterdayTradeVolume=-5\nStockPriceAlert=0\n");
+    EXPECT_EQ(orderview::GetYesterdayTradeVolumeSetting(), -5);
+    EXPECT_EQ(orderview::GetStockPriceAlertSetting(), 0);
+    Config("[ORDER_SETTING]\nYesterdayTradeVolume=x\nStockPriceAlert=\n");
+    EXPECT_EQ(orderview::GetYesterdayTradeVolumeSetting(), 0);
+    EXPECT_EQ(orderview::GetStockPriceAlertSetting(), 1);  // an empty value reads as the default
+}
+
+}  // namespace

@@ -19,10 +19,13 @@ class ORDERVIEW_API CompoundFile {
 public:
     enum class Mode { ReadOnly, ReadWrite };
     // Results of MakeFile and MakeDirectory.
-    static constexpr int kOk = 1;
-    static constexpr int kBadPath = -1;      // empty or unusable path (a part is a stream, ...)
-    static constexpr int kNameTooLong = -5;  // a name of 32 code units or more
-    static constexpr int kNameExists = -6;   // the parent already holds an entry of that name
+    // (Enumerators, not static members: a DLL exports no storage for them.)
+    enum : int {
+        kOk = 1,
+        kBadPath = -1,      // empty or unusable path (a part is a stream, ...)
+        kNameTooLong = -5,  // a name of 32 code units or more
+        kNameExists = -6,   // the parent already holds an entry of that name
+    };
 
     struct EntryInfo {
         std::wstring path;  // from the root, '\' between the parts

@@ -16,8 +16,7 @@ class Book;
 
 class ORDERVIEW_API Sheet {
 public:
-    static constexpr std::size_t kMaxRows = 65536;
-    static constexpr std::size_t kMaxCols = 256;
+    enum : std::size_t { kMaxRows = 65536, kMaxCols = 256 };
 
     Sheet(Book* book, std::size_t index) : book_(book), index_(index) {}
 

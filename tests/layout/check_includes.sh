@@ -4,6 +4,7 @@
 #   platform/   -> order_data/, platform/
 #   host/       -> order_data/, platform/, host/
 #   xls/        -> xls/, order_data/export.h, and platform/ for its file layer only
+#   checks/     -> order_data/, platform/, format/, settings/, checks/
 # and that POSIX and Windows headers appear only in platform/native_posix.cpp and native_win32.cpp.
 # Prints every include that breaks a rule and fails if there is one.
 set -eu
@@ -21,6 +22,7 @@ rule() {
 rule order_data 'order_data/[a-z0-9_]+\.h'
 rule platform   '(order_data|platform)/[a-z0-9_]+\.h'
 rule host       '(order_data|platform|host)/[a-z0-9_]+\.h'
+rule checks    '(order_data|platform|format|settings|checks)/[a-z0-9_]+\.h'
 rule xls        'xls/[a-z0-9_]+\.h|order_data/export\.h|platform/file_system\.h'
 # Operating-system headers only in the native units of the platform folder.
 system=$(grep -n -E '^[[:space:]]*#[[:space:]]*include[[:space:]]*<(unistd|fcntl|dirent|pthread|windows|winbase|commdlg|io|direct|sys/[a-z_]+)\.h>' \

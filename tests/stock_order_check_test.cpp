@@ -1,0 +1,471 @@
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <limits>
+#include <map>
+#include <string>
+
+#include "checks/stock_order_check.h"
+#include "host/default_host.h"
+#include "host/table_host.h"
+#include "order_data/host_api.h"
+#include "platform/platform.h"
+#include "support/fake_platform.h"
+#include "support/temp_folder.h"
+
+namespace {
+
+// The substitute host with language texts set per test (the rest show their ids) and a count of
+// the commodity-id lookups.
+class CheckHost : public orderview::SubstituteHost {
+public:
+    using SubstituteHost::SubstituteHost;
+    std::map<CString, CString> texts;
+    int commodityLookups = 0;
+
+    bool bGetCommodityIDBySymbolID(CString& commodityId, std::uint8_t serviceId, const CString& symbolId,
+                                   const int& flag) override
+    {
+        ++commodityLookups;
+        return SubstituteHost::bGetCommodityIDBySymbolID(commodityId, serviceId, symbolId, flag);
+    }
+
+protected:
+    CString LookUpLanguage(const CString& id) override
+    {
+        const auto it = texts.find(id);
+        return it == texts.end() ? id : it->second;
+    }
+};
+
+class StockCheck : public ::testing::Test {
+protected:
+    void SetUp() override
+    {
+        host = std::make_unique<CheckHost>(folder.MainPath());
+        host->csProductName = "Trader Pro";
+        orderview::SetHostServices(host.get());
+        account.csAccount = "S456";
+        account.dwTradeType = 'A';
+        order.commodity.csComId = "2330";
+        order.commodity.csSymbolID = "2330";
+        order.commodity.byServiceID = 106;
+        order.commodity.dwMarketKind = 'A';
+        order.dwBS = 'B';
+        order.dwOrderKind = '2';
+        order.dwOrderType = '2';
+        order.dbOrderPrice = 500;
+        order.dwOrderQty = 1;
+    }
+    void TearDown() override { orderview::SetHostServices(nullptr); }
+
+    void Quote(std::uint8_t service, const char* symbol, unsigned short item, double value)
+    {
+        host->vSetQuote(service, symbol, item, X1Format(item, 0, value));
+    }
+    void Band(double up, double down)
+    {
+        Quote(106, "2330", 132, up);
+        Quote(106, "2330", 133, down);
+    }
+    void MarketState(int state) { host->mapSymbols[{106, "2330"}].iMarketState = state; }
+    void Config(const std::string& body) { folder.Write("sys/OrderCfg.ini", "[ORDER_SETTING]\n" + body); }
+
+    ovtest::TempFolder folder;
+    ovtest::FakePlatform platform;
+    std::unique_ptr<CheckHost> host;
+    AccountType account;
+    CBaseOrder_OrderInfo order;
+};
+
+TEST_F(StockCheck, CurrentPriceFallsBackToTheReferencePrice)
+{
+    struct Case { std::uint8_t service; double last; bool hasLast; double expected; };
+    const Case cases[] = {
+        {1, 0, true, 50},  {6, 0, true, 0},  {1, 10, true, 10}, {6, 12.5, true, 12.5},
+        {6, -1, true, -1}, {1, -1, true, 50}, {1, 0, false, 50}, {6, 0, false, 0},
+    };
+    for (const auto& c : cases) {
+        host->mapQuotes.clear();
+        CBaseOrder_Commodity commodity;
+        commodity.csSymbolID = "X";
+        commodity.byServiceID = c.service;
+        if (c.hasLast) Quote(c.service, "X", 125, c.last);
+        Quote(c.service, "X", 129, 50);
+        EXPECT_EQ(g_dbGetCurrentPrice(commodity), c.expected) << int(c.service) << " " << c.last;
+    }
+    CBaseOrder_Commodity unknown;
+    EXPECT_EQ(g_dbGetCurrentPrice(unknown), 0.0);
+}
+
+TEST_F(StockCheck, LimitPricesFollowTheMarketState)
+{
+    const unsigned short items[] = {132, 133, 129, 135, 136, 455};
+    for (unsigned short item : items) Quote(106, "2330", item, item);
+    struct Case { int state; double up, down, reference; };
+    const Case cases[] = {
+        {2, 132, 133, 129},       // open
+        {6, 132, 133, 129},       // only the low two bits count
+        {0, 135, 136, 455},       // closed
+        {1, 135, 136, 455},       // pre-open
+        {3, 135, 136, 455},       // no text
+        {-1, 135, 136, 455},      // no market status
+    };
+    for (const auto& c : cases) {
+        MarketState(c.state);
+        EXPECT_EQ(g_dbGetLIMITPrice(order.commodity, '6'), c.up) << c.state;
+        EXPECT_EQ(g_dbGetLIMITPrice(order.commodity, '7'), c.down) << c.state;
+        EXPECT_EQ(g_dbGetLIMITPrice(order.commodity, '8'), c.reference) << c.state;
+        EXPECT_EQ(g_dbGetLIMITPrice(order.commodity, '2'), 0.0) << c.state;
+        EXPECT_EQ(g_dbGetLIMITPrice(order.commodity, 0x100u + '6'), 0.0) << c.state;
+    }
+    // The state is judged by its text: a host whose closed text equals the open text reads open.
+    host->csStateClosed = host->csStateOpen;
+    orderview::SetHostServices(host.get());
+    MarketState(0);
+    EXPECT_EQ(g_dbGetLIMITPrice(order.commodity, '6'), 132);
+}
+
+TEST_F(StockCheck, PriceBoundGivesTheBrokenLimit)
+{
+    Band(550, 450);
+    struct Case { std::uint32_t kind; double price; double expected; };
+    const Case cases[] = {
+        {'2', 500, 0},    {'2', 550, 0},      {'2', 450, 0},   {'2', 550.01, 550}, {'2', 449.99, -450},
+        {'6', 600, 550},  {'7', 400, -450},   {'8', 600, 550}, {'1', 600, 0},      {'3', 400, 0},
+        {'C', 600, 0},    {'2', std::nan(""), 0},
+    };
+    for (const auto& c : cases) {
+        order.dwOrderKind = c.kind;
+        order.dbOrderPrice = c.price;
+        double result = 123;
+        g_CheckPriceBound(order, result);
+        EXPECT_EQ(result, c.expected) << char(c.kind) << " " << c.price;
+    }
+    // Limits of 0 or less do not bound.
+    Band(0, -5);
+    order.dwOrderKind = '2';
+    order.dbOrderPrice = -100;
+    double result = 1;
+    g_CheckPriceBound(order, result);
+    EXPECT_EQ(result, 0.0);
+    order.dbOrderPrice = 1e9;
+    g_CheckPriceBound(order, result);
+    EXPECT_EQ(result, 0.0);
+}
+
+TEST_F(StockCheck, PriceBoundAsksForTheCommodityOfServiceOne)
+{
+    order.commodity.byServiceID = 1;
+    double result = 0;
+    g_CheckPriceBound(order, result);
+    EXPECT_EQ(host->commodityLookups, 1);
+    order.commodity.byServiceID = 106;
+    g_CheckPriceBound(order, result);
+    order.commodity.byServiceID = 1;
+    order.dwOrderKind = '1';  // not a priced kind: nothing is read
+    g_CheckPriceBound(order, result);
+    EXPECT_EQ(host->commodityLookups, 1);
+}
+
+TEST(MiniJump, PricesOnAndOffTheTickGrid)
+{
+    const double nan = std::numeric_limits<double>::quiet_NaN();
+    const double inf = std::numeric_limits<double>::infinity();
+    struct Case { const char* price; double tick; int multiplier; bool expected; };
+    const Case cases[] = {
+        {"123.45", 0.05, 1, true},      {"123.47", 0.05, 1, false},    {"120", 5, 1, true},
+        {"123", 5, 1, false},           {"120", 0.05, 1, true},        {"123.455", 0.05, 1, false},
+        {"123.45", 0.05, 3, true},      {"123.40", 0.05, 3, false},    {"0.3", 0.1, 3, true},
+        {"0.29", 0.01, 29, true},       {"0.58", 0.01, 29, true},      {"0.57", 0.01, 29, false},
+        {"99999999999.5", 0.5, 1, true},  // only the last integer digit counts
+        {"-123.45", 0.05, 1, true},     {".45", 0.05, 1, true},        {"12.5", 0.25, 2, true},
+        // Text that is no number reads as 0, which is on every grid.
+        {"", 0.05, 1, true},            {"abc", 5, 1, true},           {"x.y", 0.05, 1, true},
+        // Values too large for the grid test.
+        {"1e400", 5, 1, false},         {"1e400", 0.05, 1, false},     {"1.5e400", 0.05, 1, false},
+        {"2147483648", 1, 1, false},    {"2147483647", 1, 1, true},    {"4294967296", 2, 1, false},
+        {"-2147483648", 1, 1, true},    {"-2147483649", 1, 1, false},  {"-1e300", 1, 1, false},
+        {"nan", 1, 1, false},           {"inf", 1, 1, false},
+        // Zero, negative and unusable steps.
+        {"120", 0, 1, false},           {"120", 5, 0, false},          {"120", 5, -1, true},
+        {"121", 5, -1, false},          {"120", -5, 1, true},          {"120", -0.05, 1, true},
+        {"120", 1e12, 1, false},        {"120", 5, 2147483647, false}, {"120", 5, -2147483647 - 1, false},
+        {"120", nan, 1, false},         {"120", inf, 1, false},        {"120", 1e-12, 1, false},
+        {"120", 1e300, 1, false},
+    };
+    for (const auto& c : cases)
+        EXPECT_EQ(g_bIsAllowMiniJump(c.price, 0, c.tick, c.multiplier), c.expected)
+            << c.price << " tick " << c.tick << " x " << c.multiplier;
+}
+
+TEST_F(StockCheck, OffsetRuleUsesTheFirmListOnlyWhenTheHostAnswers)
+{
+    CString txf = "TXF", mxf = "MXF";
+    EXPECT_TRUE(g_bIsAllowUnoffSet(mxf));  // the substitute host does not answer for an empty list
+    host->vecOffsetFirms = {"F001", "TXF"};
+    EXPECT_TRUE(g_bIsAllowUnoffSet(txf));
+    EXPECT_FALSE(g_bIsAllowUnoffSet(mxf));
+}
+
+TEST_F(StockCheck, QuotePriceIsLeftAsItIs)
+{
+    double price = 101.25;
+    g_vQuotePrice2OrderPrice(1, "TXFL6", price);
+    EXPECT_EQ(price, 101.25);
+    EXPECT_EQ(host->commodityLookups, 1);
+    g_vQuotePrice2OrderPrice(106, "2330", price);
+    EXPECT_EQ(price, 101.25);
+    EXPECT_EQ(host->commodityLookups, 1);
+}
+
+TEST_F(StockCheck, AlertStocksAreRefused)
+{
+    host->mapAlertStocks["S456"] = {{"1101", "TCC"}, {"2330", "TSMC"}};
+    host->texts["IDS_ORDER-STOCK-CV_ALERTSTOCK_NOT_NET_ORDER"] = "Alert stock: no net orders";
+    EXPECT_FALSE(g_bCheckStockOrder(account, order));
+    ASSERT_EQ(platform.boxes.size(), 1u);
+    EXPECT_EQ(platform.boxes[0].text, "Alert stock: no net orders");
+    EXPECT_EQ(platform.boxes[0].caption, "Trader Pro");
+    EXPECT_EQ(platform.boxes[0].type, 0u);
+
+    // Another account's list does not count.
+    platform.boxes.clear();
+    account.csAccount = "S789";
+    EXPECT_TRUE(g_bCheckStockOrder(account, order));
+    EXPECT_TRUE(platform.boxes.empty());
+}
+
+TEST_F(StockCheck, AnAlertStockWithoutItsTextIsSpecial)
+{
+    host->mapAlertStocks["S456"] = {{"2330", "TSMC"}};
+    host->texts["IDS_ORDER-STOCK-CV_ALERTSTOCK_NOT_NET_ORDER"] = "";
+    host->texts["IDS_ORDER-STOCK-CV_SPECIAL_NOT_NET_ORDER"] = "Special stock";
+    EXPECT_FALSE(g_bCheckStockOrder(account, order));
+    ASSERT_EQ(platform.boxes.size(), 1u);
+    EXPECT_EQ(platform.boxes[0].text, "Special stock");
+
+    // With neither text the order goes on to the later rules and passes.
+    platform.boxes.clear();
+    host->texts["IDS_ORDER-STOCK-CV_SPECIAL_NOT_NET_ORDER"] = "";
+    EXPECT_TRUE(g_bCheckStockOrder(account, order));
+    EXPECT_TRUE(platform.boxes.empty());
+}
+
+TEST_F(StockCheck, SpecialStocksByCreditMarkOrAllThreeFlags)
+{
+    struct Case { bool special, f1, f2, f3; bool refused; };
+    const Case cases[] = {
+        {true, false, false, false, true}, {false, true, true, true, true},  {false, true, true, false, false},
+        {false, false, true, true, false}, {false, true, false, true, false}, {false, false, false, false, false},
+    };
+    for (const auto& c : cases) {
+        platform.boxes.clear();
+        orderview::TableHost::StockInfo info;
+        info.bSpecial = c.special;
+        info.bFlag1 = c.f1;
+        info.bFlag2 = c.f2;
+        info.bFlag3 = c.f3;
+        host->mapStocks["2330"] = info;
+        EXPECT_EQ(g_bCheckStockOrder(account, order), !c.refused) << c.special << c.f1 << c.f2 << c.f3;
+        ASSERT_EQ(platform.boxes.size(), c.refused ? 1u : 0u);
+        if (c.refused) EXPECT_EQ(platform.boxes[0].text, "IDS_ORDER-STOCK-CV_SPECIAL_NOT_NET_ORDER");
+    }
+}
+
+TEST_F(StockCheck, YesterdaysVolumeOfBoughtStocks)
+{
+    host->texts["IDS_ORDER-STOCK-CV_YESTERDAY_TRADE_VOLUME"] = "Traded fewer than %d lots yesterday";
+    struct Case { const char* setting; std::uint32_t side; double volume; bool hasVolume; bool refused; };
+    const Case cases[] = {
+        {"500", 'B', 499, true, true},   {"500", 'B', 500, true, false}, {"500", 'S', 1, true, false},
+        {"500", 'B', 0, false, true},    {"0", 'B', 0, true, false},     {"-5", 'B', 0, true, false},
+        {"", 'B', 0, true, false},
+    };
+    for (const auto& c : cases) {
+        platform.boxes.clear();
+        host->mapQuotes.clear();
+        Config(std::string("YesterdayTradeVolume=") + c.setting + "\nStockPriceAlert=0\n");
+        if (c.hasVolume) Quote(16, "2330", 128, c.volume);
+        order.dwBS = c.side;
+        EXPECT_EQ(g_bCheckStockOrder(account, order), !c.refused) << c.setting << " " << c.volume;
+        ASSERT_EQ(platform.boxes.size(), c.refused ? 1u : 0u);
+        if (c.refused) {
+            EXPECT_EQ(platform.boxes[0].text, "Traded fewer than 500 lots yesterday");
+            EXPECT_EQ(platform.boxes[0].type, 0u);
+        }
+    }
+    // The volume is read with service id 16, not the commodity's own.
+    host->mapQuotes.clear();
+    Config("YesterdayTradeVolume=500\n");
+    Quote(106, "2330", 128, 10000);
+    order.dwBS = 'B';
+    EXPECT_FALSE(g_bCheckStockOrder(account, order));
+}
+
+TEST_F(StockCheck, LanguageTextsAreNeverTrustedAsFormats)
+{
+    Config("YesterdayTradeVolume=500\n");
+    struct Case { const char* text; const char* shown; };
+    const Case cases[] = {
+        {"%s lots", "%s lots"},
+        {"%n%d", "%n500"},
+        {"%d and %d", "500 and %d"},
+        {"%5d|%-5d|%%", "  500|%-5d|%"},
+        {"%.2f lots", "500.00 lots"},
+        {"%1000d", "%1000d"},
+        {"%.*d", "%.*d"},
+        {"%ld %lld %hhd", "500 %lld %hhd"},
+        {"%x", "1f4"},
+        {"trailing %", "trailing %"},
+        {"%", "%"},
+    };
+    for (const auto& c : cases) {
+        platform.boxes.clear();
+        host->texts["IDS_ORDER-STOCK-CV_YESTERDAY_TRADE_VOLUME"] = c.text;
+        EXPECT_FALSE(g_bCheckStockOrder(account, order));
+        ASSERT_EQ(platform.boxes.size(), 1u);
+        EXPECT_EQ(platform.boxes[0].text, c.shown) << c.text;
+    }
+}
+
+TEST_F(StockCheck, PriceBandStockTextsRefuse)
+{
+    Band(550, 450);
+    host->texts["IDS_ORDER-STOCK-CV_OUTOF_UPPERLMT"] = "Above the limit-up price %.2f";
+    host->texts["IDS_ORDER-STOCK-CV_OUTOF_DOWNERLMT"] = "Below the limit-down price %.2f";
+    order.dbOrderPrice = 551;
+    EXPECT_FALSE(g_bCheckStockOrder(account, order));
+    order.dbOrderPrice = 449;
+    EXPECT_FALSE(g_bCheckStockOrder(account, order));
+    order.dbOrderPrice = 550;
+    EXPECT_TRUE(g_bCheckStockOrder(account, order));
+    ASSERT_EQ(platform.boxes.size(), 2u);
+    EXPECT_EQ(platform.boxes[0].text, "Above the limit-up price 550.00");
+    EXPECT_EQ(platform.boxes[1].text, "Below the limit-down price 450.00");
+    for (const auto& box : platform.boxes) {
+        EXPECT_EQ(box.type, 0x130u);
+        EXPECT_EQ(box.caption, "Trader Pro");
+    }
+}
+
+TEST_F(StockCheck, PriceBandFuturesQuestionLetsTheUserGoOn)
+{
+    Band(550, 450);
+    host->texts["IDS_ORDER-STOCK-CV_OUTOF_UPPERLMT"] = "";
+    host->texts["IDS_ORDER-STOCK-CV_OUTOF_DOWNERLMT"] = "";
+    host->texts["IDS_ORDER-FUTURE-CV_OUTOF_UPPERLMT"] = "Above %g. Send?";
+    host->texts["IDS_ORDER-FUTURE-CV_OUTOF_DOWNERLMT"] = "Below %g. Send?";
+    platform.answers = {orderview::kIdYes, orderview::kIdNo, orderview::kIdYes, orderview::kIdNo};
+    order.dbOrderPrice = 600;
+    EXPECT_TRUE(g_bCheckStockOrder(account, order));
+    EXPECT_FALSE(g_bCheckStockOrder(account, order));
+    order.dbOrderPrice = 400;
+    EXPECT_TRUE(g_bCheckStockOrder(account, order));
+    EXPECT_FALSE(g_bCheckStockOrder(account, order));
+    ASSERT_EQ(platform.boxes.size(), 4u);
+    EXPECT_EQ(platform.boxes[0].text, "Above 550. Send?");
+    EXPECT_EQ(platform.boxes[2].text, "Below 450. Send?");
+    for (const auto& box : platform.boxes) EXPECT_EQ(box.type, 0x34u);
+}
+
+TEST_F(StockCheck, PriceBandByTheAlertSettingAndTheMarket)
+{
+    Band(550, 450);
+    order.dbOrderPrice = 600;
+    struct Case { const char* setting; int state; bool warned; };
+    const Case cases[] = {
+        {nullptr, -1, true},  // default 1: always
+        {"1", 0, true},       {"7", 0, true},    {"-1", 0, true},
+        {"0", 2, false},      {"0", -1, false},
+        {"2", 2, true},       {"2", 0, false},   {"2", 1, false}, {"2", 3, false}, {"2", -1, true},
+    };
+    for (const auto& c : cases) {
+        platform.boxes.clear();
+        Config(c.setting ? std::string("StockPriceAlert=") + c.setting + "\n" : std::string());
+        MarketState(c.state);
+        EXPECT_EQ(g_bCheckStockOrder(account, order), !c.warned) << (c.setting ? c.setting : "-") << " " << c.state;
+        EXPECT_EQ(platform.boxes.size(), c.warned ? 1u : 0u);
+    }
+}
+
+TEST_F(StockCheck, PriceBandOnlyForLimitPricesOutsideMarketD)
+{
+    Band(550, 450);
+    order.dbOrderPrice = 600;
+    order.commodity.dwMarketKind = 'D';
+    EXPECT_TRUE(g_bCheckStockOrder(account, order));
+    order.commodity.dwMarketKind = 'E';
+    order.dwOrderType = '6';
+    EXPECT_TRUE(g_bCheckStockOrder(account, order));
+    order.dwOrderType = '2';
+    order.dwOrderKind = '1';  // a market order is never out of the band
+    EXPECT_TRUE(g_bCheckStockOrder(account, order));
+    EXPECT_TRUE(platform.boxes.empty());
+    order.dwOrderKind = '2';
+    EXPECT_FALSE(g_bCheckStockOrder(account, order));
+}
+
+TEST_F(StockCheck, TheFirstBrokenRuleIsTheOnlyMessage)
+{
+    host->mapAlertStocks["S456"] = {{"2330", "TSMC"}};
+    host->mapStocks["2330"].bSpecial = true;
+    Config("YesterdayTradeVolume=500\n");
+    Band(550, 450);
+    order.dbOrderPrice = 600;
+    EXPECT_FALSE(g_bCheckStockOrder(account, order));
+    ASSERT_EQ(platform.boxes.size(), 1u);
+    EXPECT_EQ(platform.boxes[0].text, "IDS_ORDER-STOCK-CV_ALERTSTOCK_NOT_NET_ORDER");
+}
+
+TEST(StockCheckDefaultHost, EverythingComesFromTheFiles)
+{
+    ovtest::TempFolder folder;
+    ovtest::FakePlatform platform;
+    folder.Write("sys/host.ini", "[Host]\nProductName=Trader Pro\nMarketOpenText=Open\n");
+    folder.Write("sys/language.txt",
+                 "IDS_ORDER-STOCK-CV_ALERTSTOCK_NOT_NET_ORDER=\n"
+                 "IDS_ORDER-STOCK-CV_SPECIAL_NOT_NET_ORDER=Special stock\n"
+                 "IDS_ORDER-STOCK-CV_YESTERDAY_TRADE_VOLUME=Fewer than %d lots\n"
+                 "IDS_ORDER-STOCK-CV_OUTOF_UPPERLMT=\n"
+                 "IDS_ORDER-FUTURE-CV_OUTOF_UPPERLMT=Above %.1f, send?\n");
+    folder.Write("sys/OrderCfg.ini", "[ORDER_SETTING]\nYesterdayTradeVolume=100\nStockPriceAlert=2\n");
+    folder.Write("sys/quotes.csv",
+                 "service,symbol,item,unit,value\n106,2330,132,0,550\n106,2330,133,0,450\n"
+                 "16,2330,128,0,5000\n16,1101,128,0,50\n106,1101,125,0,0\n106,1101,129,0,40\n");
+    folder.Write("sys/symbols.csv", "service,symbol,commodity,market_state,is_stock,transfer_symbol\n106,2330,,2,1,\n");
+    folder.Write("sys/alert_stocks.csv", "account,symbol,name\nS456,2317,Hon Hai\n");
+    folder.Write("sys/stocks.csv", "symbol,unit,special,flag1,flag2,flag3\n2317,1000,0,1,1,1\n");
+    orderview::DefaultHost host(folder.MainPath());
+    ASSERT_TRUE(host.Diagnostics().empty());
+    orderview::SetHostServices(&host);
+
+    AccountType account;
+    account.csAccount = "S456";
+    CBaseOrder_OrderInfo order;
+    order.commodity.csComId = order.commodity.csSymbolID = "2317";
+    order.commodity.byServiceID = 106;
+    order.dwBS = 'S';
+    order.dwOrderKind = order.dwOrderType = '2';
+    EXPECT_FALSE(g_bCheckStockOrder(account, order));  // alert stock without text, then special
+
+    order.commodity.csComId = order.commodity.csSymbolID = "1101";
+    order.dwBS = 'B';
+    EXPECT_FALSE(g_bCheckStockOrder(account, order));  // 50 lots yesterday
+    EXPECT_EQ(g_dbGetCurrentPrice(order.commodity), 40.0);
+
+    order.commodity.csComId = order.commodity.csSymbolID = "2330";
+    order.dbOrderPrice = 560;
+    platform.answers = {orderview::kIdNo};
+    EXPECT_FALSE(g_bCheckStockOrder(account, order));  // open market, above the band, answered No
+
+    ASSERT_EQ(platform.boxes.size(), 3u);
+    EXPECT_EQ(platform.boxes[0].text, "Special stock");
+    EXPECT_EQ(platform.boxes[1].text, "Fewer than 100 lots");
+    EXPECT_EQ(platform.boxes[2].text, "Above 550.0, send?");
+    EXPECT_EQ(platform.boxes[2].type, 0x34u);
+    EXPECT_EQ(platform.boxes[2].caption, "Trader Pro");
+    orderview::SetHostServices(nullptr);
+}
+
+}  // namespace
