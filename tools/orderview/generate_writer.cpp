@@ -165,7 +165,9 @@ private:
             if (kind == '1' || kind == '3') ticks = random_.Between(p.lowTicks, p.highTicks);
             else if (random_.Chance(40)) ticks = std::min(p.highTicks, std::max(p.lowTicks, priceTicks + (bs == 'B' ? -1 : 1)));
             dealTime += static_cast<long>(random_.Between(5, 60000));
-            deals.push_back({ticks, spread ? random_.Between(p.lowTicks * 2, p.lowTicks * 4) : 0, part, dealTime});
+            // A spread's second price is its far leg's, a futures price of the same commodity.
+            const Product& leg = kProducts[0];
+            deals.push_back({ticks, spread ? random_.Between(leg.lowTicks, leg.highTicks) : 0, part, dealTime});
             left -= part;
         }
         double sum = 0, sum2 = 0;
