@@ -1,5 +1,6 @@
 #include "generate_writer.h"
 
+#include <algorithm>
 #include <cmath>
 #include <cstdio>
 #include <filesystem>
@@ -70,7 +71,7 @@ struct Deal {
     long timeMs;
 };
 
-// One order and its deals, written as two CSV rows groups.
+// One trading day: each order's row and its deals' rows, written as they are made.
 class DayWriter {
 public:
     DayWriter(std::ofstream& orders, std::ofstream& deals, std::uint64_t count, std::uint64_t seed)
