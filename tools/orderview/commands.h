@@ -7,5 +7,6 @@ namespace ovcli {
 
 int ListCommand(int argc, char** argv);
 int ExportCommand(int argc, char** argv);
+int CheckCommand(int argc, char** argv);
 
 }  // namespace ovcli

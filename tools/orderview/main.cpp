@@ -3,6 +3,7 @@
 #include <cstring>
 
 #include "commands.h"
+#include "generate.h"
 
 namespace {
 
@@ -11,7 +12,9 @@ const char kUsage[] =
     "\n"
     "Commands:\n"
     "  list      print an order or deal list as the order screens fill it\n"
+    "  check     run the stock order check and the insurance check on every order\n"
     "  export    write a list as CSV, a text table, an HTML spreadsheet or a workbook\n"
+    "  generate  write a coherent synthetic main folder of any size\n"
     "\n"
     "'orderview COMMAND --help' tells more. Exit status: 0 done, 1 a check refused or a file\n"
     "could not be read or written, 2 usage.\n";
@@ -23,7 +26,9 @@ struct Command {
 
 const Command kCommands[] = {
     {"list", ovcli::ListCommand},
+    {"check", ovcli::CheckCommand},
     {"export", ovcli::ExportCommand},
+    {"generate", GenerateCommand},
 };
 
 }  // namespace
