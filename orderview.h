@@ -9,6 +9,7 @@
 #include "order_data/host_api.h"
 #include "order_data/host_services.h"
 #include "platform/platform.h"
+#include "platform/print.h"
 #include "platform/profile_file.h"
 #include "order_data/records.h"
 #include "host/table_host.h"
@@ -37,6 +38,9 @@
 #include "settings/client_log.h"
 #include "settings/error_order_file.h"
 #include "settings/order_settings.h"
+
+#include "export/list_print.h"
+#include "export/list_print_layout.h"
 
 #include "xls/biff_record.h"
 #include "xls/book.h"

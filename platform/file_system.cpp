@@ -66,22 +66,74 @@ bool ReplaceFileAtomically(const CString& path, const std::string& content)
 
 bool ReplaceFileAtomically(const CString& path, const void* data, std::size_t size)
 {
-    const std::string target = ToNativePath(path);
-    if (target.empty()) return false;
-    std::string tmp = target + ".tmpXXXXXX";
-    const int fd = ::mkstemp(&tmp[0]);
-    if (fd < 0) return false;
-    bool ok = WriteAll(fd, static_cast<const char*>(data), size) && ::fsync(fd) == 0;
+    AtomicFileWriter writer(path);
+    return writer.Write(data, size) && writer.Commit();
+}
+
+namespace {
+constexpr std::size_t kWriteChunk = 1 << 16;
+}
+
+AtomicFileWriter::AtomicFileWriter(const CString& path) : target_(ToNativePath(path))
+{
+    if (target_.empty()) return;
+    temp_ = target_ + ".tmpXXXXXX";
+    fd_ = ::mkstemp(&temp_[0]);
+    if (fd_ < 0) temp_.clear();
+}
+
+AtomicFileWriter::~AtomicFileWriter() { Abandon(); }
+
+bool AtomicFileWriter::Flush()
+{
+    if (!IsGood()) return false;
+    good_ = WriteAll(fd_, buffer_.data(), buffer_.size());
+    buffer_.clear();
+    return good_;
+}
+
+bool AtomicFileWriter::Write(const void* data, std::size_t size)
+{
+    if (!IsGood()) return false;
+    if (size == 0) return true;
+    size_ += size;
+    if (buffer_.size() + size > kWriteChunk && !Flush()) return false;
+    if (size >= kWriteChunk) {
+        good_ = WriteAll(fd_, static_cast<const char*>(data), size);
+        return good_;
+    }
+    buffer_.append(static_cast<const char*>(data), size);
+    return true;
+}
+
+bool AtomicFileWriter::Commit()
+{
+    if (!IsGood()) {
+        Abandon();
+        return false;
+    }
+    bool ok = Flush() && ::fsync(fd_) == 0;
     // mkstemp creates the file 0600; give it the usual permissions of a new file.
     if (ok) {
         const mode_t mask = ::umask(0);
         ::umask(mask);
-        ok = ::fchmod(fd, 0666 & ~mask) == 0;
+        ok = ::fchmod(fd_, 0666 & ~mask) == 0;
     }
-    ok = (::close(fd) == 0) && ok;
-    if (ok) ok = std::rename(tmp.c_str(), target.c_str()) == 0;
-    if (!ok) ::unlink(tmp.c_str());
+    ok = (::close(fd_) == 0) && ok;
+    fd_ = -1;
+    if (ok) ok = std::rename(temp_.c_str(), target_.c_str()) == 0;
+    if (!ok) ::unlink(temp_.c_str());
+    temp_.clear();
     return ok;
+}
+
+void AtomicFileWriter::Abandon()
+{
+    if (fd_ >= 0) ::close(fd_);
+    fd_ = -1;
+    if (!temp_.empty()) ::unlink(temp_.c_str());
+    temp_.clear();
+    buffer_.clear();
 }
 
 bool PathExists(const CString& path)

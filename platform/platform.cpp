@@ -13,6 +13,8 @@ namespace orderview {
 
 IPlatform::~IPlatform() = default;
 
+std::unique_ptr<IPrintJob> IPlatform::StartPrintJob(const PrintRequest&) { return nullptr; }
+
 LocalTime SystemPlatform::GetLocalTime()
 {
     const auto now = std::chrono::system_clock::now();
@@ -45,6 +47,13 @@ bool SystemPlatform::SaveFileDialog(const SaveFileRequest&, CString& path)
     if (!chosen || !*chosen) return false;
     path = chosen;
     return true;
+}
+
+std::unique_ptr<IPrintJob> SystemPlatform::StartPrintJob(const PrintRequest& request)
+{
+    const char* chosen = std::getenv("ORDERVIEW_PRINT_TO");
+    if (!chosen || !*chosen) return nullptr;
+    return StartPdfPrintJob(chosen, request);
 }
 
 std::vector<CString> SystemPlatform::FindFiles(const CString& pattern)

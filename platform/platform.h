@@ -5,10 +5,12 @@
 #pragma once
 
 #include <cstdint>
+#include <memory>
 #include <vector>
 
 #include "order_data/cstring.h"
 #include "order_data/export.h"
+#include "platform/print.h"
 
 namespace orderview {
 
@@ -49,18 +51,24 @@ public:
     virtual bool SaveFileDialog(const SaveFileRequest& request, CString& path) = 0;
     // File names (without folder) matching a wildcard path such as "C:\main\sys\*.ord".
     virtual std::vector<CString> FindFiles(const CString& pattern) = 0;
+    // The print dialog: a job on the chosen printer, or null when the user cancels (or no
+    // printer can be reached). The default answers null.
+    virtual std::unique_ptr<IPrintJob> StartPrintJob(const PrintRequest& request);
 };
 
 // The real platform: the system clock; message boxes written to standard error and answered
 // with the box's default button (OK, or Yes for a yes/no box); the save-as dialog answered by
 // the environment variable ORDERVIEW_SAVE_AS (cancelled when it is unset or empty); directory
-// listing of the file system.
+// listing of the file system; the print dialog answered by the environment variable
+// ORDERVIEW_PRINT_TO, the path of a PDF file to print to on A4 paper (cancelled when unset or
+// empty).
 class ORDERVIEW_API SystemPlatform : public IPlatform {
 public:
     LocalTime GetLocalTime() override;
     int MessageBox(const CString& text, const CString& caption, unsigned type) override;
     bool SaveFileDialog(const SaveFileRequest& request, CString& path) override;
     std::vector<CString> FindFiles(const CString& pattern) override;
+    std::unique_ptr<IPrintJob> StartPrintJob(const PrintRequest& request) override;
 };
 
 // A drop-down list of the host's user interface as the library uses it: items with a data value

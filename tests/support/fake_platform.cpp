@@ -37,6 +37,12 @@ bool FakePlatform::SaveFileDialog(const orderview::SaveFileRequest& request, CSt
     return saveAccepted;
 }
 
+std::unique_ptr<orderview::IPrintJob> FakePlatform::StartPrintJob(const orderview::PrintRequest& request)
+{
+    printRequests.push_back(request);
+    return printDialog ? printDialog(request) : nullptr;
+}
+
 std::vector<CString> FakePlatform::FindFiles(const CString& pattern)
 {
     return orderview::SystemPlatform().FindFiles(pattern);
