@@ -24,22 +24,33 @@ CString OneLine(CString text)
     return text;
 }
 
-// The longest start of `text` that fits `width` with "..." after it, cut between characters
-// (never inside a UTF-8 sequence); the text itself when it fits.
+// Where to cut `text` at or before byte `end` without splitting a UTF-8 sequence: back to the
+// lead byte when `end` falls inside a sequence that the lead byte starts.
+int CharacterBoundary(const CString& text, int end)
+{
+    for (int back = 1; back <= 3 && end - back >= 0; ++back) {
+        const auto c = static_cast<unsigned char>(text[end - back]);
+        if ((c & 0xC0) == 0x80) continue;
+        const int length = c >= 0xF0 ? 4 : c >= 0xE0 ? 3 : c >= 0xC0 ? 2 : 1;
+        return length > back ? end - back : end;
+    }
+    return end;
+}
+
+// The longest start of `text` that fits `width` with "..." after it, cut between characters;
+// the text itself when it fits, nothing when not even "..." fits.
 CString FitText(const IPrintJob& job, const CString& text, const PrintFont& font, double width)
 {
     if (job.MeasureText(text, font) <= width) return text;
-    const auto boundary = [&text](int end) {
-        while (end > 0 && (static_cast<unsigned char>(text[end]) & 0xC0) == 0x80) --end;
-        return end;
-    };
+    const CString ellipsis("...");
+    if (job.MeasureText(ellipsis, font) > width) return CString();
     int fits = 0, over = text.GetLength();
     while (over - fits > 1) {
         const int mid = fits + (over - fits) / 2;
-        if (job.MeasureText(text.Left(boundary(mid)) + "...", font) <= width) fits = mid;
+        if (job.MeasureText(text.Left(CharacterBoundary(text, mid)) + ellipsis, font) <= width) fits = mid;
         else over = mid;
     }
-    return text.Left(boundary(fits)) + "...";
+    return text.Left(CharacterBoundary(text, fits)) + ellipsis;
 }
 
 class ListPrinter {
@@ -123,8 +134,9 @@ private:
     {
         if (text.IsEmpty()) return;
         const double width = column.dWidth - 2 * kCellPadding;
-        job_.DrawText({column.dLeft + kCellPadding, top, width, layout_.dRowHeight},
-                      FitText(job_, OneLine(text), font, width), font, column.align);
+        const CString fitted = FitText(job_, OneLine(text), font, width);
+        if (!fitted.IsEmpty())
+            job_.DrawText({column.dLeft + kCellPadding, top, width, layout_.dRowHeight}, fitted, font, column.align);
     }
 
     IPrintJob& job_;

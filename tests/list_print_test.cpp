@@ -167,21 +167,22 @@ TEST_F(ListPrint, NarrowColumnsTurnThePaperThenSplitAcrossPages)
 TEST_F(ListPrint, CutsTooLongTextsWithAnEllipsisBetweenCharacters)
 {
     const std::string eacute = "\xC3\xA9";
-    std::string accented;
+    std::string accented, invalid;
     for (int i = 0; i < 40; ++i) accented += eacute;
+    for (int b = 0x80; b <= 0xFF; ++b) invalid += static_cast<char>(b);
     const std::vector<CString> cells = {"ABCDEFGHIJKLMNOPQRSTUVWXYZ", CString(accented), CString(std::string(100000, 'x')),
-                                        "fits", "a\r\nb\tc\x01"};
-    const MemoryListCtrl list =
-        MakeList({{"Long", kLeft, 60}, {"Accented", kRight, 60}, {"Huge", kLeft, 60}, {"Short", kLeft, 60},
-                  {"Control", kLeft, 60}},
-                 {cells});
+                                        CString(invalid), "fits", "a\r\nb\tc\x01"};
+    const MemoryListCtrl list = MakeList({{"Long", kLeft, 60}, {"Accented", kRight, 60}, {"Huge", kLeft, 60},
+                                          {"Invalid", kLeft, 60}, {"Short", kLeft, 60}, {"Control", kLeft, 60}},
+                                         {cells});
     ASSERT_TRUE(g_vPrintListCtrl(list, "Cut"));
     const auto texts = record.Texts(0);
-    ASSERT_EQ(texts.size(), 2u + 5u + 5u + 1u);
-    for (int c = 0; c < 3; ++c) {
-        const auto& printed = record.pages[0].texts[static_cast<std::size_t>(7 + c)];
+    ASSERT_EQ(texts.size(), 2u + 6u + 6u + 1u);
+    for (int c = 0; c < 4; ++c) {
+        SCOPED_TRACE(c);
+        const auto& printed = record.pages[0].texts[static_cast<std::size_t>(8 + c)];
         const std::string& t = printed.text;
-        ASSERT_GT(t.size(), 3u);
+        ASSERT_GT(t.size(), 6u);
         EXPECT_EQ(t.substr(t.size() - 3), "...");
         EXPECT_EQ(cells[static_cast<std::size_t>(c)].str().compare(0, t.size() - 3, t, 0, t.size() - 3), 0) << t;
         EXPECT_LE(orderview::MeasureHelvetica(CString(t), printed.font), printed.box.dWidth);
@@ -190,10 +191,14 @@ TEST_F(ListPrint, CutsTooLongTextsWithAnEllipsisBetweenCharacters)
         const std::string longer = cells[static_cast<std::size_t>(c)].str().substr(0, t.size() - 3 + next) + "...";
         EXPECT_GT(orderview::MeasureHelvetica(CString(longer), printed.font), printed.box.dWidth);
     }
-    EXPECT_EQ((texts[8].size() - 3) % 2, 0u) << "a two-byte character is never split";
-    EXPECT_EQ(record.pages[0].texts[8].align, PrintAlign::kRight);
-    EXPECT_EQ(texts[10], "fits");
-    EXPECT_EQ(texts[11], "a  b c ") << "control bytes print as blanks";
+    EXPECT_EQ((texts[9].size() - 3) % 2, 0u) << "a two-byte character is never split";
+    EXPECT_EQ(record.pages[0].texts[9].align, PrintAlign::kRight);
+    EXPECT_EQ(texts[12], "fits");
+    EXPECT_EQ(texts[13], "a  b c ") << "control bytes print as blanks";
+
+    // A column too narrow even for "..." shows nothing.
+    ASSERT_TRUE(g_vPrintListCtrl(MakeList({{"Wide", kLeft, 500}, {"T", kLeft, 1}}, {{"w", "abc"}}), "Tiny"));
+    EXPECT_EQ(record.Texts(0), (std::vector<std::string>{"Tiny", "2026/11/21 09:30:05", "Wide", "w", "1 / 1"}));
 }
 
 TEST_F(ListPrint, GridStyleDrawsCellsAndShadesHeadings)
