@@ -1,6 +1,8 @@
 #include "export/list_print.h"
 
+#include <algorithm>
 #include <memory>
+#include <string>
 
 #include "export/list_print_layout.h"
 #include "platform/platform.h"
@@ -14,22 +16,24 @@ constexpr double kTitleFontSize = 12;
 constexpr double kSmallFontSize = 8;
 
 // Control bytes print as blanks: a row is one line.
-CString OneLine(CString text)
+CString OneLine(const CString& text)
 {
-    const int length = text.GetLength();
-    for (int i = 0; i < length; ++i) {
-        const auto c = static_cast<unsigned char>(text[i]);
-        if (c < 0x20 || c == 0x7F) text.SetAt(i, ' ');
-    }
-    return text;
+    const std::string& bytes = text.str();
+    const auto control = [](char ch) { return static_cast<unsigned char>(ch) < 0x20 || ch == 0x7F; };
+    if (std::none_of(bytes.begin(), bytes.end(), control)) return text;
+    std::string line = bytes;
+    std::replace_if(line.begin(), line.end(), control, ' ');
+    return CString(std::move(line));
 }
 
 // Where to cut `text` at or before byte `end` without splitting a UTF-8 sequence: back to the
 // lead byte when `end` falls inside a sequence that the lead byte starts.
 int CharacterBoundary(const CString& text, int end)
 {
+    const std::string& bytes = text.str();
+    if (end >= static_cast<int>(bytes.size())) return static_cast<int>(bytes.size());
     for (int back = 1; back <= 3 && end - back >= 0; ++back) {
-        const auto c = static_cast<unsigned char>(text[end - back]);
+        const auto c = static_cast<unsigned char>(bytes[static_cast<std::size_t>(end - back)]);
         if ((c & 0xC0) == 0x80) continue;
         const int length = c >= 0xF0 ? 4 : c >= 0xE0 ? 3 : c >= 0xC0 ? 2 : 1;
         return length > back ? end - back : end;

@@ -100,22 +100,30 @@ void ForEachWinAnsi(const char* text, std::size_t length, Emit emit)
 
 }  // namespace
 
-void AppendWinAnsi(std::string& out, const char* text, std::size_t length)
+namespace {
+
+int GlyphWidth(unsigned char code, bool bold)
 {
-    ForEachWinAnsi(text, length, [&out](char c) { out += c; });
+    return code < 0x20 ? 0 : (bold ? kBold : kRegular)[code - 0x20];
+}
+
+}  // namespace
+
+long AppendWinAnsi(std::string& out, const char* text, std::size_t length, bool bold)
+{
+    long units = 0;
+    ForEachWinAnsi(text, length, [&out, &units, bold](char c) {
+        out += c;
+        units += GlyphWidth(static_cast<unsigned char>(c), bold);
+    });
+    return units;
 }
 
 long HelveticaTextWidth(const char* text, std::size_t length, bool bold)
 {
     long units = 0;
-    ForEachWinAnsi(text, length, [&units, bold](char c) { units += HelveticaGlyphWidth(static_cast<unsigned char>(c), bold); });
+    ForEachWinAnsi(text, length, [&units, bold](char c) { units += GlyphWidth(static_cast<unsigned char>(c), bold); });
     return units;
-}
-
-int HelveticaGlyphWidth(unsigned char code, bool bold)
-{
-    if (code < 0x20) return 0;
-    return (bold ? kBold : kRegular)[code - 0x20];
 }
 
 void AppendPdfString(std::string& out, const std::string& bytes)
@@ -139,28 +147,27 @@ void AppendPdfString(std::string& out, const std::string& bytes)
 
 void AppendPdfNumber(std::string& out, double value)
 {
-    if (!std::isfinite(value)) value = 0;
-    if (value > 1e9) value = 1e9;
-    if (value < -1e9) value = -1e9;
-    long long hundredths = std::llround(value * 100);
-    if (hundredths < 0) {
-        out += '-';
-        hundredths = -hundredths;
-    }
-    char digits[24];
-    int n = 0;
-    long long whole = hundredths / 100;
-    do {
-        digits[n++] = static_cast<char>('0' + whole % 10);
-        whole /= 10;
-    } while (whole);
-    while (n) out += digits[--n];
+    if (!(value > -1e9)) value = value != value ? 0 : -1e9;  // NaN prints as 0
+    if (!(value < 1e9)) value = 1e9;
+    const bool negative = value < 0;
+    long long hundredths = static_cast<long long>((negative ? -value : value) * 100 + 0.5);
+    // Built backwards in a buffer: the sign, up to ten digits, the point and two decimals.
+    char buffer[24];
+    char* end = buffer + sizeof buffer;
+    char* p = end;
     const int cents = static_cast<int>(hundredths % 100);
     if (cents) {
-        out += '.';
-        out += static_cast<char>('0' + cents / 10);
-        if (cents % 10) out += static_cast<char>('0' + cents % 10);
+        if (cents % 10) *--p = static_cast<char>('0' + cents % 10);
+        *--p = static_cast<char>('0' + cents / 10);
+        *--p = '.';
     }
+    hundredths /= 100;
+    do {
+        *--p = static_cast<char>('0' + hundredths % 10);
+        hundredths /= 10;
+    } while (hundredths);
+    if (negative && (p[0] != '0' || p + 1 != end)) *--p = '-';
+    out.append(p, static_cast<std::size_t>(end - p));
 }
 
 PdfWriter::PdfWriter(const CString& path) : file_(path)

@@ -15,10 +15,8 @@ namespace orderview {
 
 // Appends the WinAnsi bytes of UTF-8 text: ASCII as it is (control bytes included), other
 // characters by their WinAnsi code, '?' for characters WinAnsi lacks and for invalid bytes.
-void AppendWinAnsi(std::string& out, const char* text, std::size_t length);
-
-// Advance width of a WinAnsi byte in Helvetica or Helvetica-Bold, in 1/1000 of the font size.
-int HelveticaGlyphWidth(unsigned char code, bool bold);
+// Returns their width in Helvetica (Helvetica-Bold when `bold`), in 1/1000 of the font size.
+long AppendWinAnsi(std::string& out, const char* text, std::size_t length, bool bold);
 
 // Advance width of UTF-8 text as AppendWinAnsi turns it into WinAnsi, in 1/1000 of the font size.
 long HelveticaTextWidth(const char* text, std::size_t length, bool bold);

@@ -24,13 +24,6 @@ constexpr double kCapHeight = 0.718;
 constexpr double kShadeGrey = 0.85;
 constexpr double kLineWidth = 0.5;
 
-double WinAnsiWidth(const std::string& bytes, const PrintFont& font)
-{
-    long units = 0;
-    for (const char ch : bytes) units += HelveticaGlyphWidth(static_cast<unsigned char>(ch), font.bBold);
-    return static_cast<double>(units) * font.dSize / 1000.0;
-}
-
 class PdfPrintJob : public IPrintJob {
 public:
     PdfPrintJob(const CString& path, const PrintRequest& request, const PrintPaper& paper)
@@ -69,9 +62,9 @@ public:
     {
         drawn_ = true;
         bytes_.clear();
-        AppendWinAnsi(bytes_, text.GetString(), static_cast<std::size_t>(text.GetLength()));
+        const long units = AppendWinAnsi(bytes_, text.GetString(), static_cast<std::size_t>(text.GetLength()), font.bBold);
         if (bytes_.empty()) return;
-        const double width = WinAnsiWidth(bytes_, font);
+        const double width = static_cast<double>(units) * font.dSize / 1000.0;
         double x = box.dLeft;
         if (align == PrintAlign::kRight) x = box.dLeft + box.dWidth - width;
         if (align == PrintAlign::kCenter) x = box.dLeft + (box.dWidth - width) / 2;
