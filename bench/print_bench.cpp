@@ -11,9 +11,11 @@
 #include <cstdlib>
 #include <string>
 #include <sys/resource.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include "export/list_print.h"
+#include "export/list_print_layout.h"
 #include "platform/list_control.h"
 
 namespace {
@@ -80,6 +82,15 @@ void BM_PrintListToPdf(benchmark::State& state)
     }
     state.counters["peak_MiB_before"] = before;
     state.counters["peak_MiB_after"] = PeakMiB();
+    struct stat st{};
+    if (::stat(path.c_str(), &st) == 0) state.counters["file_MiB"] = static_cast<double>(st.st_size) / 1048576.0;
+    // The page count as the layout computes it, on a job that is abandoned unprinted.
+    const auto job = orderview::StartPdfPrintJob(CString(path + ".layout"), orderview::PrintRequest());
+    orderview::ListPrintLayout layout;
+    std::vector<int> rows(kRows);
+    for (int r = 0; r < kRows; ++r) rows[static_cast<std::size_t>(r)] = r;
+    if (job && orderview::LayOutListPrint(*job, list, rows, orderview::ListPrintStyle::kPlain, layout))
+        state.counters["pages"] = layout.PageCount();
     ::unsetenv("ORDERVIEW_PRINT_TO");
     std::remove(path.c_str());
 }
