@@ -1,4 +1,4 @@
-// Printing a list of 100,000 rows x 20 columns (about 2,300 landscape pages) to a PDF file,
+// Printing a list of 100,000 rows x 20 columns (about 2,200 landscape pages) to a PDF file,
 // against a baseline in the same run that writes the same cells as an HTML table with fprintf,
 // the way the HTML spreadsheet export writes them (one formatted write per cell, the column's
 // alignment style on each cell). Target: within 2x of the baseline.
