@@ -9,6 +9,7 @@
 #include "order_data/host_api.h"
 #include "order_data/host_services.h"
 #include "platform/platform.h"
+#include "platform/print.h"
 #include "platform/profile_file.h"
 #include "order_data/records.h"
 #include "host/table_host.h"
@@ -46,6 +47,8 @@
 
 #include "export/export_file.h"
 #include "export/list_export.h"
+#include "export/list_print.h"
+#include "export/list_print_layout.h"
 
 #include "xls/biff_record.h"
 #include "xls/book.h"

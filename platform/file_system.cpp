@@ -76,6 +76,7 @@ bool ReplacingFile::Flush()
 bool ReplacingFile::Write(const void* data, std::size_t size)
 {
     if (!file_ || failed_) return false;
+    size_ += size;
     const char* bytes = static_cast<const char*>(data);
     if (buffer_.size() + size <= kWriteBuffer) {
         if (buffer_.capacity() < kWriteBuffer) buffer_.reserve(kWriteBuffer);

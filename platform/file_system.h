@@ -35,6 +35,8 @@ public:
     // The native path of the temporary file (empty when not open), for writers that open files
     // by name; what they leave there is what Commit puts in place.
     const std::string& TempPath() const { return temp_; }
+    // Open, and no write has failed.
+    bool IsGood() const { return file_ != nullptr && !failed_; }
     // False once any write failed; later writes are dropped.
     bool Write(const void* data, std::size_t size);
     bool Write(const std::string& text) { return Write(text.data(), text.size()); }
@@ -42,12 +44,15 @@ public:
     bool Commit();
     // Removes the temporary file; the target stays as it was.
     void Discard();
+    // Bytes written so far.
+    std::uint64_t Size() const { return size_; }
 
 private:
     bool Flush();
 
     std::string target_, temp_, buffer_;
     std::FILE* file_ = nullptr;
+    std::uint64_t size_ = 0;
     bool failed_ = false;
 };
 

@@ -15,6 +15,8 @@ static_assert(sizeof(LocalTime) == 16 && offsetof(LocalTime, wDay) == 6 && offse
 
 IPlatform::~IPlatform() = default;
 
+std::unique_ptr<IPrintJob> IPlatform::StartPrintJob(const PrintRequest&) { return nullptr; }
+
 LocalTime SystemPlatform::GetLocalTime() { return native::Now(); }
 
 int SystemPlatform::MessageBox(const CString& text, const CString& caption, unsigned type)
@@ -61,6 +63,13 @@ bool SystemPlatform::SaveFileDialog(const SaveFileRequest& request, CString& pat
 int SystemPlatform::GetSaveFilterIndex(const SaveFileRequest& request, const CString& path)
 {
     return dialogFilterIndex_ > 0 ? dialogFilterIndex_ : IPlatform::GetSaveFilterIndex(request, path);
+}
+
+std::unique_ptr<IPrintJob> SystemPlatform::StartPrintJob(const PrintRequest& request)
+{
+    const char* chosen = std::getenv("ORDERVIEW_PRINT_TO");
+    if (!chosen || !*chosen) return nullptr;
+    return StartPdfPrintJob(chosen, request);
 }
 
 std::vector<CString> SystemPlatform::FindFiles(const CString& pattern)

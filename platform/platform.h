@@ -5,10 +5,12 @@
 #pragma once
 
 #include <cstdint>
+#include <memory>
 #include <vector>
 
 #include "order_data/cstring.h"
 #include "order_data/export.h"
+#include "platform/print.h"
 
 namespace orderview {
 
@@ -53,12 +55,17 @@ public:
     virtual int GetSaveFilterIndex(const SaveFileRequest& request, const CString& path);
     // File names (without folder) matching a wildcard path such as "C:\main\sys\*.ord".
     virtual std::vector<CString> FindFiles(const CString& pattern) = 0;
+    // The print dialog: a job on the chosen printer, or null when the user cancels (or no
+    // printer can be reached). The default answers null.
+    virtual std::unique_ptr<IPrintJob> StartPrintJob(const PrintRequest& request);
 };
 
 // The real platform: the system clock and directory listing. On Windows, the system's message
 // box and save dialog; elsewhere message boxes are written to standard error and answered with
 // the box's default button (OK, or Yes for a yes/no box), and the save dialog is cancelled.
 // Everywhere the environment variable ORDERVIEW_SAVE_AS, when set, answers the save dialog.
+// The print dialog is answered by the environment variable ORDERVIEW_PRINT_TO, the path of a
+// PDF file to print to on A4 paper (cancelled when unset or empty).
 class ORDERVIEW_API SystemPlatform : public IPlatform {
 public:
     LocalTime GetLocalTime() override;
@@ -66,6 +73,7 @@ public:
     bool SaveFileDialog(const SaveFileRequest& request, CString& path) override;
     int GetSaveFilterIndex(const SaveFileRequest& request, const CString& path) override;
     std::vector<CString> FindFiles(const CString& pattern) override;
+    std::unique_ptr<IPrintJob> StartPrintJob(const PrintRequest& request) override;
 
 private:
     int dialogFilterIndex_ = 0;  // the filter the system's dialog reported, 0 when none

@@ -42,6 +42,12 @@ int FakePlatform::GetSaveFilterIndex(const orderview::SaveFileRequest& request, 
     return saveFilterIndex ? saveFilterIndex : IPlatform::GetSaveFilterIndex(request, path);
 }
 
+std::unique_ptr<orderview::IPrintJob> FakePlatform::StartPrintJob(const orderview::PrintRequest& request)
+{
+    printRequests.push_back(request);
+    return printDialog ? printDialog(request) : nullptr;
+}
+
 std::vector<CString> FakePlatform::FindFiles(const CString& pattern)
 {
     return orderview::SystemPlatform().FindFiles(pattern);

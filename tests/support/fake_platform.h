@@ -1,8 +1,11 @@
 // A platform for tests: a clock the test sets, message boxes recorded and answered from a
-// queue (then with a fixed answer), a scripted save-as dialog, and the real directory listing.
+// queue (then with a fixed answer), scripted save-as and print dialogs, and the real directory
+// listing.
 #pragma once
 
 #include <deque>
+#include <functional>
+#include <memory>
 #include <vector>
 
 #include "platform/platform.h"
@@ -30,12 +33,16 @@ public:
     CString savePath;
     std::vector<orderview::SaveFileRequest> saveRequests;
     int saveFilterIndex = 0;   // the selected filter; 0 lets the chosen file name decide
+    // The print dialog's answer: a job, or null (the default) for a cancelled dialog.
+    std::function<std::unique_ptr<orderview::IPrintJob>(const orderview::PrintRequest&)> printDialog;
+    std::vector<orderview::PrintRequest> printRequests;
 
     orderview::LocalTime GetLocalTime() override { return now; }
     int MessageBox(const CString& text, const CString& caption, unsigned type) override;
     bool SaveFileDialog(const orderview::SaveFileRequest& request, CString& path) override;
     int GetSaveFilterIndex(const orderview::SaveFileRequest& request, const CString& path) override;
     std::vector<CString> FindFiles(const CString& pattern) override;
+    std::unique_ptr<orderview::IPrintJob> StartPrintJob(const orderview::PrintRequest& request) override;
 };
 
 }  // namespace ovtest

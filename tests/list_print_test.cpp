@@ -1,0 +1,357 @@
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <filesystem>
+#include <set>
+#include <string>
+#include <vector>
+
+#include "export/list_print.h"
+#include "export/list_print_layout.h"
+#include "platform/list_control.h"
+#include "support/fake_platform.h"
+#include "support/print_recorder.h"
+#include "support/temp_folder.h"
+
+namespace {
+
+using orderview::MemoryListCtrl;
+using orderview::PrintAlign;
+
+constexpr int kLeft = CListCtrl::kFormatLeft, kRight = CListCtrl::kFormatRight, kCenter = CListCtrl::kFormatCenter;
+
+struct Column {
+    const char* heading;
+    int format;
+    int width;
+};
+
+MemoryListCtrl MakeList(const std::vector<Column>& columns, const std::vector<std::vector<CString>>& rows)
+{
+    MemoryListCtrl list;
+    for (const Column& c : columns) list.InsertColumn(c.heading, c.format, c.width);
+    for (const auto& row : rows) list.InsertItem(row);
+    return list;
+}
+
+// `count` columns "C0".."Cn" of one width, and `rows` rows of "r<row>c<column>".
+MemoryListCtrl WideList(int count, int width, int rows)
+{
+    MemoryListCtrl list;
+    for (int c = 0; c < count; ++c) list.InsertColumn(CString("C") + CString(std::to_string(c)), kLeft, width);
+    for (int r = 0; r < rows; ++r) {
+        std::vector<CString> cells;
+        for (int c = 0; c < count; ++c) cells.emplace_back("r" + std::to_string(r) + "c" + std::to_string(c));
+        list.InsertItem(cells);
+    }
+    return list;
+}
+
+class ListPrint : public ::testing::Test {
+protected:
+    ListPrint()
+    {
+        fake.SetDate(2026, 11, 21, 9, 30, 5);
+        fake.printDialog = ovtest::RecordInto(record, orderview::A4Paper());
+    }
+
+    // The page count the layout computes for the list on A4.
+    int LaidOutPages(const CListCtrl& list, orderview::ListPrintStyle style, std::vector<int> rows)
+    {
+        ovtest::PrintRecord scratch;
+        ovtest::PrintRecorder job(scratch, orderview::A4Paper());
+        orderview::ListPrintLayout layout;
+        EXPECT_TRUE(orderview::LayOutListPrint(job, list, std::move(rows), style, layout));
+        return layout.PageCount();
+    }
+
+    const ovtest::RecordedText* Find(std::size_t page, const std::string& text) const
+    {
+        for (const auto& t : record.pages.at(page).texts)
+            if (t.text == text) return &t;
+        return nullptr;
+    }
+
+    ovtest::FakePlatform fake;
+    ovtest::PrintRecord record;
+};
+
+TEST_F(ListPrint, PrintsTitleDateHeadingsRowsAndPageNumber)
+{
+    const MemoryListCtrl list = MakeList({{"Symbol", kLeft, 100}, {"Qty", kRight, 60}, {"Price", kCenter, 80}},
+                                         {{"2330", "1,000", "612.5"}, {"2317", "", "101"}});
+    ASSERT_TRUE(g_vPrintListCtrl(list, "Today's orders"));
+    ASSERT_TRUE(record.finished);
+    ASSERT_EQ(record.pages.size(), 1u);
+    EXPECT_EQ(record.Texts(0), (std::vector<std::string>{"Today's orders", "2026/11/21 09:30:05", "Symbol", "Qty",
+                                                         "Price", "2330", "1,000", "612.5", "2317", "101", "1 / 1"}));
+    ASSERT_EQ(fake.printRequests.size(), 1u);
+    EXPECT_EQ(fake.printRequests[0].csDocName, "Today's orders");
+    EXPECT_FALSE(record.outsidePaper);
+
+    // Headings bold, cells regular at the largest size; each column keeps its alignment.
+    EXPECT_TRUE(Find(0, "Qty")->font.bBold);
+    EXPECT_FALSE(Find(0, "1,000")->font.bBold);
+    EXPECT_EQ(Find(0, "1,000")->font.dSize, orderview::kMaxFontSize);
+    EXPECT_EQ(Find(0, "2330")->align, PrintAlign::kLeft);
+    EXPECT_EQ(Find(0, "1,000")->align, PrintAlign::kRight);
+    EXPECT_EQ(Find(0, "612.5")->align, PrintAlign::kCenter);
+
+    // Widths 100:60:80 fill the printable width of 523 points; rows go down in order.
+    const auto& symbol = Find(0, "2330")->box;
+    const auto& qty = Find(0, "1,000")->box;
+    const auto& price = Find(0, "612.5")->box;
+    EXPECT_NEAR(symbol.dWidth + 4, 523.0 * 100 / 240, 1e-6);
+    EXPECT_NEAR(qty.dWidth + 4, 523.0 * 60 / 240, 1e-6);
+    EXPECT_NEAR(price.dLeft + price.dWidth + 2, 36 + 523, 1e-6);
+    EXPECT_LT(symbol.dTop, Find(0, "2317")->box.dTop);
+}
+
+TEST_F(ListPrint, RowsFlowOverPagesWithHeadingsAndNumbersOnEach)
+{
+    const MemoryListCtrl list = WideList(3, 100, 200);
+    std::vector<int> all(200);
+    for (int i = 0; i < 200; ++i) all[static_cast<std::size_t>(i)] = i;
+    const int pages = LaidOutPages(list, orderview::ListPrintStyle::kPlain, all);
+    ASSERT_TRUE(g_vPrintListCtrl(list, "Orders"));
+    ASSERT_EQ(static_cast<int>(record.pages.size()), pages);
+    ASSERT_GT(pages, 2);
+    std::vector<std::string> firstColumn;
+    for (std::size_t p = 0; p < record.pages.size(); ++p) {
+        const auto texts = record.Texts(p);
+        ASSERT_GE(texts.size(), 6u);
+        EXPECT_EQ(std::vector<std::string>(texts.begin(), texts.begin() + 5),
+                  (std::vector<std::string>{"Orders", "2026/11/21 09:30:05", "C0", "C1", "C2"}));
+        EXPECT_EQ(texts.back(), std::to_string(p + 1) + " / " + std::to_string(pages));
+        for (const std::string& t : texts)
+            if (t.size() > 2 && t[0] == 'r' && t.substr(t.size() - 2) == "c0") firstColumn.push_back(t);
+    }
+    ASSERT_EQ(firstColumn.size(), 200u);
+    for (int r = 0; r < 200; ++r) EXPECT_EQ(firstColumn[static_cast<std::size_t>(r)], "r" + std::to_string(r) + "c0");
+    EXPECT_FALSE(record.outsidePaper);
+}
+
+TEST_F(ListPrint, NarrowColumnsTurnThePaperThenSplitAcrossPages)
+{
+    struct Case { int columns; int width; bool canTurn; bool landscape; bool split; };
+    const Case cases[] = {
+        {6, 100, true, false, false},     // 600 px: font stays at 9 on portrait
+        {12, 100, true, true, false},     // 1,200 px: under 6 points on portrait, 7.7 on landscape
+        {30, 100, true, true, true},      // 3,000 px: split on landscape
+        {12, 100, false, false, true},    // a printer that cannot turn: split on portrait
+        {3, 100000, true, true, true},    // absurd widths: capped, one column a page after the first
+        {2, 1, true, false, false},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(std::to_string(c.columns) + " columns of " + std::to_string(c.width));
+        fake.printDialog = ovtest::RecordInto(record, orderview::A4Paper(), c.canTurn);
+        const MemoryListCtrl list = WideList(c.columns, c.width, 3);
+        ASSERT_TRUE(g_vPrintListCtrl(list, "Wide"));
+        EXPECT_EQ(record.paper.bLandscape, c.landscape);
+        EXPECT_FALSE(record.outsidePaper);
+        std::multiset<std::string> headings;
+        for (std::size_t p = 0; p < record.pages.size(); ++p) {
+            const auto texts = record.Texts(p);
+            EXPECT_EQ(texts.at(2), "C0") << "the first column starts every page";
+            for (const auto& t : record.pages[p].texts) {
+                if (t.text[0] == 'C') headings.insert(t.text);
+                if (t.text[0] == 'r') EXPECT_GE(t.font.dSize, orderview::kMinFontSize);
+            }
+        }
+        EXPECT_EQ(record.pages.size() > 1, c.split);
+        EXPECT_EQ(headings.count("C0"), record.pages.size());
+        for (int col = 1; col < c.columns; ++col) EXPECT_EQ(headings.count("C" + std::to_string(col)), 1u) << col;
+    }
+}
+
+TEST_F(ListPrint, CutsTooLongTextsWithAnEllipsisBetweenCharacters)
+{
+    const std::string eacute = "\xC3\xA9";
+    std::string accented, invalid;
+    for (int i = 0; i < 40; ++i) accented += eacute;
+    for (int b = 0x80; b <= 0xFF; ++b) invalid += static_cast<char>(b);
+    const std::vector<CString> cells = {"ABCDEFGHIJKLMNOPQRSTUVWXYZ", CString(accented), CString(std::string(100000, 'x')),
+                                        CString(invalid), "fits", "a\r\nb\tc\x01"};
+    const MemoryListCtrl list = MakeList({{"Long", kLeft, 60}, {"Accented", kRight, 60}, {"Huge", kLeft, 60},
+                                          {"Invalid", kLeft, 60}, {"Short", kLeft, 60}, {"Control", kLeft, 60}},
+                                         {cells});
+    ASSERT_TRUE(g_vPrintListCtrl(list, "Cut"));
+    const auto texts = record.Texts(0);
+    ASSERT_EQ(texts.size(), 2u + 6u + 6u + 1u);
+    for (int c = 0; c < 4; ++c) {
+        SCOPED_TRACE(c);
+        const auto& printed = record.pages[0].texts[static_cast<std::size_t>(8 + c)];
+        const std::string& t = printed.text;
+        ASSERT_GT(t.size(), 6u);
+        EXPECT_EQ(t.substr(t.size() - 3), "...");
+        EXPECT_EQ(cells[static_cast<std::size_t>(c)].str().compare(0, t.size() - 3, t, 0, t.size() - 3), 0) << t;
+        EXPECT_LE(orderview::MeasureHelvetica(CString(t), printed.font), printed.box.dWidth);
+        // One more character would not have fitted.
+        const std::size_t next = c == 1 ? 2 : 1;
+        const std::string longer = cells[static_cast<std::size_t>(c)].str().substr(0, t.size() - 3 + next) + "...";
+        EXPECT_GT(orderview::MeasureHelvetica(CString(longer), printed.font), printed.box.dWidth);
+    }
+    EXPECT_EQ((texts[9].size() - 3) % 2, 0u) << "a two-byte character is never split";
+    EXPECT_EQ(record.pages[0].texts[9].align, PrintAlign::kRight);
+    EXPECT_EQ(texts[12], "fits");
+    EXPECT_EQ(texts[13], "a  b c ") << "control bytes print as blanks";
+
+    // A column too narrow even for "..." shows nothing.
+    ASSERT_TRUE(g_vPrintListCtrl(MakeList({{"Wide", kLeft, 500}, {"T", kLeft, 1}}, {{"w", "abc"}}), "Tiny"));
+    EXPECT_EQ(record.Texts(0), (std::vector<std::string>{"Tiny", "2026/11/21 09:30:05", "Wide", "w", "1 / 1"}));
+}
+
+TEST_F(ListPrint, GridStyleDrawsCellsAndShadesHeadings)
+{
+    const MemoryListCtrl list = WideList(4, 100, 120);
+    ASSERT_TRUE(g_vPrintListCtrlExcelStyle(list, "Grid"));
+    ASSERT_GT(record.pages.size(), 1u);
+    for (const auto& page : record.pages) {
+        EXPECT_EQ(page.shadedRects, 4);
+        EXPECT_EQ(page.rects.size(), 4u);
+        std::size_t rows = 0;
+        for (const auto& t : page.texts) rows += t.text.size() > 2 && t.text.substr(t.text.size() - 2) == "c0";
+        // A line under every row and one at every column edge.
+        EXPECT_EQ(page.lines.size(), rows + 5) << "rows " << rows;
+    }
+    EXPECT_FALSE(record.outsidePaper);
+
+    ASSERT_TRUE(g_vPrintListCtrl(list, "Plain"));
+    for (const auto& page : record.pages) {
+        EXPECT_TRUE(page.rects.empty());
+        EXPECT_EQ(page.lines.size(), 1u) << "only the line under the headings";
+    }
+}
+
+TEST_F(ListPrint, InventoryTotalsTheNumericColumns)
+{
+    struct Case { int format; std::vector<const char*> cells; const char* total; };
+    const Case cases[] = {
+        {kRight, {"1,234", "10", ""}, "1,244"},
+        {kRight, {"12.50", "0.5"}, "13.00"},
+        {kRight, {"0.1", "0.2"}, "0.3"},
+        {kRight, {"3.5%", "25%"}, "28.5%"},
+        {kRight, {"-5", "+2"}, "-3"},
+        {kRight, {"999,999", "1"}, "1,000,000"},
+        {kRight, {"-0.25", "0.05"}, "-0.20"},
+        {kLeft, {"1", "2"}, ""},       // only right-aligned columns hold numbers
+        {kCenter, {"1", "2"}, ""},
+        {kRight, {"1", "12:30"}, ""},  // a colon makes a text
+        {kRight, {"1", "A 1"}, ""},    // so does a blank
+        {kRight, {"1", "--"}, ""},     // no digit
+        {kRight, {"1", "1.2.3"}, ""},  // a number by the rule that does not read as one
+        {kRight, {"", ""}, ""},
+        {kRight, {"9223372036854775807", "1"}, ""},  // a sum past the 64-bit range
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.cells[0] + std::string(" / ") + c.cells[1]);
+        MemoryListCtrl list;
+        list.InsertColumn("Symbol", kLeft, 80);
+        list.InsertColumn("Value", c.format, 80);
+        int r = 0;
+        for (const char* cell : c.cells) list.InsertItem({CString("S") + CString(std::to_string(r++)), cell});
+        ASSERT_TRUE(g_vPrintListCtrlInventory(list, "Positions"));
+        // The totals row follows the last row, in bold, before the page number; the title and
+        // the two headings are the other bold texts.
+        const std::string total = c.total;
+        const auto& last = record.pages.back().texts;
+        const auto bold = std::count_if(last.begin(), last.end(), [](const auto& t) { return t.font.bBold; });
+        EXPECT_EQ(bold, total.empty() ? 3 : 4);
+        if (!total.empty()) {
+            ASSERT_GE(last.size(), 2u);
+            EXPECT_EQ(last[last.size() - 2].text, total);
+            EXPECT_TRUE(last[last.size() - 2].font.bBold);
+        }
+    }
+}
+
+TEST_F(ListPrint, TotalsRowTakesAPageOfItsOwnWhenTheLastIsFull)
+{
+    // Find how many rows fill a page, then print exactly that many with a total.
+    ASSERT_TRUE(g_vPrintListCtrl(WideList(2, 100, 300), "Count"));
+    int perPage = 0;
+    for (const auto& t : record.pages[0].texts) perPage += t.text.size() > 2 && t.text.substr(t.text.size() - 2) == "c0";
+    MemoryListCtrl list;
+    list.InsertColumn("Symbol", kLeft, 80);
+    list.InsertColumn("Qty", kRight, 80);
+    for (int r = 0; r < perPage; ++r) list.InsertItem({"S", "2"});
+    std::vector<int> all(static_cast<std::size_t>(perPage));
+    for (int i = 0; i < perPage; ++i) all[static_cast<std::size_t>(i)] = i;
+    EXPECT_EQ(LaidOutPages(list, orderview::ListPrintStyle::kPlain, all), 1);
+    EXPECT_EQ(LaidOutPages(list, orderview::ListPrintStyle::kInventory, all), 2);
+    ASSERT_TRUE(g_vPrintListCtrlInventory(list, "Full"));
+    ASSERT_EQ(record.pages.size(), 2u);
+    EXPECT_EQ(record.Texts(1), (std::vector<std::string>{"Full", "2026/11/21 09:30:05", "Symbol", "Qty",
+                                                         std::to_string(2 * perPage), "2 / 2"}));
+}
+
+TEST_F(ListPrint, PartialPrintsOnlyTheSelectedRows)
+{
+    MemoryListCtrl list = WideList(2, 100, 5);
+    EXPECT_FALSE(g_vPrintListCtrlPatial(list, "None"));
+    EXPECT_TRUE(fake.printRequests.empty()) << "no dialog without a selected row";
+    list.SetItemSelected(1, true);
+    list.SetItemSelected(3, true);
+    ASSERT_TRUE(g_vPrintListCtrlPatial(list, "Some"));
+    EXPECT_EQ(record.Texts(0), (std::vector<std::string>{"Some", "2026/11/21 09:30:05", "C0", "C1", "r1c0", "r1c1",
+                                                         "r3c0", "r3c1", "1 / 1"}));
+}
+
+TEST_F(ListPrint, NothingIsPrintedWithoutColumnsOrWhenCancelled)
+{
+    EXPECT_FALSE(g_vPrintListCtrl(MemoryListCtrl(), "Empty"));
+    EXPECT_FALSE(g_vPrintListCtrl(MakeList({{"A", kLeft, 0}, {"B", kLeft, -5}}, {{"1", "2"}}), "Hidden"));
+    EXPECT_TRUE(fake.printRequests.empty());
+
+    // A hidden column among visible ones is left out.
+    ASSERT_TRUE(g_vPrintListCtrl(MakeList({{"A", kLeft, 50}, {"B", kLeft, 0}}, {{"1", "2"}}), "One"));
+    EXPECT_EQ(record.Texts(0), (std::vector<std::string>{"One", "2026/11/21 09:30:05", "A", "1", "1 / 1"}));
+
+    // No rows: one page with the headings.
+    ASSERT_TRUE(g_vPrintListCtrlExcelStyle(MakeList({{"A", kLeft, 50}}, {}), "No rows"));
+    EXPECT_EQ(record.Texts(0), (std::vector<std::string>{"No rows", "2026/11/21 09:30:05", "A", "1 / 1"}));
+
+    fake.printDialog = nullptr;
+    record = ovtest::PrintRecord();
+    EXPECT_FALSE(g_vPrintListCtrlInventory(WideList(2, 50, 2), "Cancelled"));
+    EXPECT_FALSE(record.finished);
+}
+
+TEST_F(ListPrint, BadInputPrintsToAValidFile)
+{
+    ovtest::TempFolder folder;
+    const std::string path = folder.File("bad.pdf");
+    fake.printDialog = [&path](const orderview::PrintRequest& request) {
+        return orderview::StartPdfPrintJob(CString(path), request);
+    };
+    std::string high;
+    for (int b = 0x80; b <= 0xFF; ++b) high += static_cast<char>(b);
+    const MemoryListCtrl list =
+        MakeList({{"(paren", kLeft, 0}, {"back\\slash)", kRight, 100000}, {"\r\n", kCenter, 1}, {"", kLeft, 80}},
+                 {{"a", "(1)", "\\", CString(std::string(100000, '('))},
+                  {CString(high), "\r\n\t\x01\x1F", CString(std::string(100000, '\\')), CString(high)}});
+    const CString title(std::string(3000, 'T') + "(\\)");
+    EXPECT_TRUE(g_vPrintListCtrl(list, title));
+    EXPECT_TRUE(g_vPrintListCtrlExcelStyle(list, title));
+    EXPECT_TRUE(g_vPrintListCtrlInventory(list, title));
+    const std::string pdf = folder.Read("bad.pdf");
+    EXPECT_EQ(pdf.compare(0, 8, "%PDF-1.4"), 0);
+    EXPECT_EQ(pdf.substr(pdf.size() - 6), "%%EOF\n");
+    EXPECT_LT(pdf.size(), 100000u) << "cut texts, not whole cells";
+    std::size_t files = 0;
+    for (const auto& entry : std::filesystem::directory_iterator(folder.path())) files += entry.is_regular_file();
+    EXPECT_EQ(files, 1u) << "no temporary file left";
+
+    // A missing folder: false, nothing written; a cancelled dialog keeps the old file.
+    const std::string missing = folder.File("missing/out.pdf");
+    fake.printDialog = [&missing](const orderview::PrintRequest& request) {
+        return orderview::StartPdfPrintJob(CString(missing), request);
+    };
+    EXPECT_FALSE(g_vPrintListCtrl(list, "x"));
+    EXPECT_FALSE(std::filesystem::exists(folder.File("missing")));
+    fake.printDialog = nullptr;
+    EXPECT_FALSE(g_vPrintListCtrl(list, "x"));
+    EXPECT_EQ(folder.Read("bad.pdf"), pdf);
+}
+
+}  // namespace

@@ -1,0 +1,195 @@
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <filesystem>
+#include <string>
+
+#include "platform/file_system.h"
+#include "platform/platform.h"
+#include "platform/print.h"
+#include "support/temp_folder.h"
+
+namespace {
+
+using orderview::PrintAlign;
+using orderview::PrintFont;
+
+std::unique_ptr<orderview::IPrintJob> Start(const std::string& path, const char* name = "doc")
+{
+    orderview::PrintRequest request;
+    request.csDocName = name;
+    return orderview::StartPdfPrintJob(CString(path), request);
+}
+
+std::size_t FilesIn(const std::string& folder)
+{
+    std::size_t n = 0;
+    for (const auto& entry : std::filesystem::directory_iterator(folder)) n += entry.is_regular_file();
+    return n;
+}
+
+// Reads the PDF's cross-reference table and checks that each offset starts its object.
+::testing::AssertionResult XrefPointsAtObjects(const std::string& pdf)
+{
+    const std::size_t at = pdf.rfind("startxref\n");
+    if (at == std::string::npos) return ::testing::AssertionFailure() << "no startxref";
+    const std::size_t xref = std::stoul(pdf.substr(at + 10));
+    if (pdf.compare(xref, 5, "xref\n") != 0) return ::testing::AssertionFailure() << "startxref misses xref";
+    std::size_t pos = pdf.find('\n', xref + 5) + 1;
+    const int count = std::stoi(pdf.substr(xref + 7));
+    pos += 20;  // the free entry of object 0
+    for (int object = 1; object < count; ++object, pos += 20) {
+        const std::size_t offset = std::stoul(pdf.substr(pos, 10));
+        const std::string head = std::to_string(object) + " 0 obj\n";
+        if (pdf.compare(offset, head.size(), head) != 0)
+            return ::testing::AssertionFailure() << "object " << object << " not at " << offset;
+    }
+    return ::testing::AssertionSuccess();
+}
+
+TEST(HelveticaMetrics, MeasureAsThePdfPrints)
+{
+    struct Case { const char* text; double size; bool bold; double width; };
+    const Case cases[] = {
+        {"", 10, false, 0},
+        {"A", 10, false, 6.67},         {"A", 10, true, 7.22},
+        {"iii", 10, false, 6.66},       {"W.", 1000, false, 1222},
+        {"\xC3\xA9", 10, false, 5.56},  // e acute: one WinAnsi character
+        {"\xE2\x82\xAC", 10, true, 5.56},  // euro sign
+        {"\xE4\xB8\xAD", 10, false, 5.56},  // CJK: printed as '?'
+        {"\xFF\xFE", 10, false, 11.12},     // two invalid bytes: two '?'
+        {"\xE4\xB8", 10, false, 11.12},     // a cut sequence: one '?' a byte
+    };
+    for (const Case& c : cases)
+        EXPECT_NEAR(orderview::MeasureHelvetica(c.text, PrintFont{c.size, c.bold}), c.width, 1e-9) << c.text;
+}
+
+TEST(PdfPrintJob, EscapesAndEncodesTexts)
+{
+    ovtest::TempFolder folder;
+    const std::string path = folder.File("escape.pdf");
+    auto job = Start(path);
+    ASSERT_TRUE(job);
+    struct Case { const char* text; const char* written; };
+    const Case cases[] = {
+        {"a(b)c\\d", "(a\\(b\\)c\\\\d)"},
+        {"x\r\ny\x01\x7F", "(x\\015\\012y\\001\\177)"},
+        {"\xC3\xA9\xE2\x82\xAC\xE4\xB8\xAD!", "(\xE9\x80?!)"},
+        {"\x80\xFF", "(\?\?)"},
+    };
+    for (const Case& c : cases) job->DrawText({40, 40, 500, 20}, c.text, PrintFont{}, PrintAlign::kLeft);
+    ASSERT_TRUE(job->Finish());
+    std::string pdf;
+    ASSERT_TRUE(orderview::ReadWholeFile(CString(path), pdf));
+    for (const Case& c : cases) EXPECT_NE(pdf.find(std::string(c.written) + " Tj"), std::string::npos) << c.written;
+    EXPECT_EQ(pdf.compare(0, 9, "%PDF-1.4\n"), 0);
+    EXPECT_EQ(pdf.substr(pdf.size() - 6), "%%EOF\n");
+    EXPECT_TRUE(XrefPointsAtObjects(pdf));
+}
+
+TEST(PdfPrintJob, AlignsAndClipsInTheBox)
+{
+    ovtest::TempFolder folder;
+    auto job = Start(folder.File("align.pdf"));
+    ASSERT_TRUE(job);
+    // "WW" is 18.88 points at size 10 on a box 100 wide at x=100, y=100 on an 842 high page.
+    job->DrawText({100, 100, 100, 20}, "WW", PrintFont{10, false}, PrintAlign::kLeft);
+    job->DrawText({100, 100, 100, 20}, "WW", PrintFont{10, false}, PrintAlign::kRight);
+    job->DrawText({100, 100, 100, 20}, "WW", PrintFont{10, true}, PrintAlign::kCenter);
+    job->DrawText({100, 100, 10, 20}, "WW", PrintFont{10, true}, PrintAlign::kRight);
+    ASSERT_TRUE(job->Finish());
+    const std::string pdf = folder.Read("align.pdf");
+    // Baseline: 842 - (100 + 10 + 3.59) = 728.41.
+    EXPECT_NE(pdf.find("BT /F1 10 Tf 100 728.41 Td (WW) Tj ET"), std::string::npos);
+    EXPECT_NE(pdf.find("BT 181.12 728.41 Td (WW) Tj ET"), std::string::npos);
+    EXPECT_NE(pdf.find("BT /F2 10 Tf 140.56 728.41 Td (WW) Tj ET"), std::string::npos);
+    // Too wide: drawn from the left edge inside a clipping box.
+    EXPECT_NE(pdf.find("q 100 722 10 20 re W n\nBT 100 728.41 Td (WW) Tj ET\nQ\n"), std::string::npos);
+}
+
+TEST(PdfPrintJob, TurnsOnlyBeforeDrawing)
+{
+    ovtest::TempFolder folder;
+    auto job = Start(folder.File("turn.pdf"));
+    ASSERT_TRUE(job);
+    EXPECT_FALSE(job->GetPaper().bLandscape);
+    EXPECT_TRUE(job->SetLandscape(true));
+    EXPECT_EQ(job->GetPaper().dWidth, 842);
+    EXPECT_EQ(job->GetPaper().dHeight, 595);
+    job->DrawLine(36, 36, 100, 36);
+    EXPECT_FALSE(job->SetLandscape(false));
+    EXPECT_TRUE(job->GetPaper().bLandscape);
+    job->DrawRect({36, 36, 50, 20}, true);
+    ASSERT_TRUE(job->Finish());
+    const std::string pdf = folder.Read("turn.pdf");
+    EXPECT_NE(pdf.find("/MediaBox [0 0 842 595]"), std::string::npos);
+    EXPECT_NE(pdf.find("36 559 m 100 559 l S"), std::string::npos);
+    EXPECT_NE(pdf.find("0.85 g 36 539 50 20 re B 0 g"), std::string::npos);
+    EXPECT_FALSE(job->Finish()) << "a second Finish";
+}
+
+TEST(PdfPrintJob, StreamsPagesAndAppearsOnlyWhenFinished)
+{
+    ovtest::TempFolder folder;
+    const std::string path = folder.File("pages.pdf");
+    auto job = Start(path);
+    ASSERT_TRUE(job);
+    const CString line(std::string(200, 'x'));
+    for (int page = 0; page < 5; ++page) {
+        for (int i = 0; i < 400; ++i) job->DrawText({36, 36, 500, 10}, line, PrintFont{}, PrintAlign::kLeft);
+        ASSERT_TRUE(job->NextPage());
+    }
+    // Five pages of 80 KB each are already on disk, in a temporary file beside the target.
+    EXPECT_FALSE(std::filesystem::exists(path));
+    std::uintmax_t written = 0;
+    for (const auto& entry : std::filesystem::directory_iterator(folder.path()))
+        if (entry.path().filename().string().rfind("pages.pdf.tmp", 0) == 0) written = entry.file_size();
+    EXPECT_GT(written, 4u * 80000u);
+    ASSERT_TRUE(job->Finish());
+    const std::string pdf = folder.Read("pages.pdf");
+    EXPECT_NE(pdf.find("/Count 6 >>"), std::string::npos);
+    EXPECT_TRUE(XrefPointsAtObjects(pdf));
+    EXPECT_EQ(FilesIn(folder.path()), 1u);
+}
+
+TEST(PdfPrintJob, FailureLeavesNothingAndKeepsTheOldFile)
+{
+    ovtest::TempFolder folder;
+    EXPECT_FALSE(Start(folder.File("missing/x.pdf")));
+    EXPECT_FALSE(Start(""));
+    {
+        folder.Write("old.pdf", "old content");
+        auto job = Start(folder.File("old.pdf"));
+        ASSERT_TRUE(job);
+        job->DrawText({36, 36, 100, 10}, "abandoned", PrintFont{}, PrintAlign::kLeft);
+    }  // destroyed without Finish
+    EXPECT_EQ(folder.Read("old.pdf"), "old content");
+    // A folder in the way: the rename fails and the temporary file goes.
+    std::filesystem::create_directories(folder.File("taken.pdf/inside"));
+    auto job = Start(folder.File("taken.pdf"));
+    ASSERT_TRUE(job);
+    EXPECT_FALSE(job->Finish());
+    EXPECT_TRUE(std::filesystem::is_directory(folder.File("taken.pdf/inside")));
+    EXPECT_EQ(FilesIn(folder.path()), 1u);
+}
+
+TEST(SystemPlatform, PrintsToThePathInTheEnvironment)
+{
+    ovtest::TempFolder folder;
+    orderview::SystemPlatform platform;
+    orderview::PrintRequest request;
+    ::unsetenv("ORDERVIEW_PRINT_TO");
+    EXPECT_FALSE(platform.StartPrintJob(request));
+    ::setenv("ORDERVIEW_PRINT_TO", "", 1);
+    EXPECT_FALSE(platform.StartPrintJob(request));
+    ::setenv("ORDERVIEW_PRINT_TO", folder.File("env.pdf").c_str(), 1);
+    auto job = platform.StartPrintJob(request);
+    ::unsetenv("ORDERVIEW_PRINT_TO");
+    ASSERT_TRUE(job);
+    EXPECT_EQ(job->GetPaper().dWidth, 595);
+    EXPECT_EQ(job->GetPaper().dHeight, 842);
+    EXPECT_TRUE(job->Finish());
+    EXPECT_NE(folder.Read("env.pdf").find("/Count 1 >>"), std::string::npos);
+}
+
+}  // namespace
