@@ -89,7 +89,10 @@ def check(failures, where, got, want):
 def check_csv(tool, work, home, failures):
     rows = make_rows()
     out = os.path.join(work, "list.csv")
-    run_export(tool, "text", {"columns": COLUMNS, "rows": rows}, out, home)
+    # A main folder without a language file: the headings are matched as the ids themselves.
+    bare = os.path.join(work, "bare")
+    os.makedirs(os.path.join(bare, "sys"), exist_ok=True)
+    run_export(tool, "text", {"columns": COLUMNS, "rows": rows}, out, bare)
     with open(out, encoding="utf-8", newline="") as f:
         lines = f.read().split("\r\n")
     check(failures, "line count", len(lines), len(rows) + 2)
