@@ -8,5 +8,6 @@ namespace ovcli {
 int ListCommand(int argc, char** argv);
 int ExportCommand(int argc, char** argv);
 int CheckCommand(int argc, char** argv);
+int PrintCommand(int argc, char** argv);
 
 }  // namespace ovcli

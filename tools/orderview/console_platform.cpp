@@ -41,3 +41,13 @@ bool ConsolePlatform::SaveFileDialog(const orderview::SaveFileRequest&, CString&
 }
 
 }  // namespace ovcli
+
+namespace ovcli {
+
+std::unique_ptr<orderview::IPrintJob> ConsolePlatform::StartPrintJob(const orderview::PrintRequest& request)
+{
+    if (printPath_.IsEmpty()) return nullptr;
+    return orderview::StartPdfPrintJob(printPath_, request);
+}
+
+}  // namespace ovcli

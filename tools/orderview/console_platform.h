@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "platform/platform.h"
+#include "platform/print.h"
 
 namespace ovcli {
 
@@ -23,6 +24,8 @@ public:
     // The path the save dialog answers with (empty: the dialog is cancelled), and the filter
     // (1-based, in the dialog's filter string) it reports as chosen.
     void AnswerSaveDialog(const CString& path, int filterIndex);
+    // The PDF file the print dialog answers with (empty: the dialog is cancelled).
+    void AnswerPrintDialog(const CString& path) { printPath_ = path; }
     // Message boxes shown since the last call.
     std::vector<Box> TakeBoxes();
 
@@ -31,11 +34,13 @@ public:
     bool SaveFileDialog(const orderview::SaveFileRequest& request, CString& path) override;
     int GetSaveFilterIndex(const orderview::SaveFileRequest&, const CString&) override { return filterIndex_; }
     std::vector<CString> FindFiles(const CString& pattern) override { return system_.FindFiles(pattern); }
+    std::unique_ptr<orderview::IPrintJob> StartPrintJob(const orderview::PrintRequest& request) override;
 
 private:
     orderview::SystemPlatform system_;
     bool answerYes_;
     CString savePath_;
+    CString printPath_;
     int filterIndex_ = 1;
     std::vector<Box> boxes_;
 };

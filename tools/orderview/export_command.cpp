@@ -87,7 +87,7 @@ int ExportCommand(int argc, char** argv)
     if (format == "csv" || format == "txt") {
         g_DataExport(list);
     } else if (format == "html") {
-        const CString title = folder.Text(kind == ListKind::Deal ? "IDS_ORDER-ITEM_DEALNO" : "IDS_ORDER-ITEM_ORDERNO");
+        const CString title(ListTitle(kind));
         g_DataExportXls(list, title, title, nullptr);
     } else {
         ok = g_DataExportWorkbook(list, kind == ListKind::Deal ? "Deals" : "Orders");

@@ -15,6 +15,7 @@ const char kUsage[] =
     "  check     run the stock order check and the insurance check on every order\n"
     "  export    write a list as CSV, a text table, an HTML spreadsheet or a workbook\n"
     "  generate  write a coherent synthetic main folder of any size\n"
+    "  print     print a list to a PDF file\n"
     "\n"
     "'orderview COMMAND --help' tells more. Exit status: 0 done, 1 a check refused or a file\n"
     "could not be read or written, 2 usage.\n";
@@ -29,6 +30,7 @@ const Command kCommands[] = {
     {"check", ovcli::CheckCommand},
     {"export", ovcli::ExportCommand},
     {"generate", GenerateCommand},
+    {"print", ovcli::PrintCommand},
 };
 
 }  // namespace

@@ -1,5 +1,6 @@
 #include "order_list.h"
 
+#include <algorithm>
 #include <cstdio>
 
 #include "format/normalize.h"
@@ -46,6 +47,11 @@ bool ParseListKind(const std::string& text, ListKind& kind)
     else if (text == "deal") kind = ListKind::Deal;
     else return false;
     return true;
+}
+
+const char* ListTitle(ListKind kind)
+{
+    return kind == ListKind::Simple ? "Orders" : kind == ListKind::Full ? "Orders (full list)" : "Deals";
 }
 
 int DefaultMode(ListKind kind) { return kind == ListKind::Simple ? 255 : 0x4ffff; }
@@ -131,7 +137,12 @@ int OrderList::GetColumnFormat(int column) const
 
 int OrderList::GetColumnWidth(int column) const
 {
-    return column >= 0 && column < GetColumnCount() ? 8 * (headings_[static_cast<size_t>(column)].GetLength() + 4) : 0;
+    if (column < 0 || column >= GetColumnCount()) return 0;
+    // About 8 pixels a character of the heading or of the widest of the first rows.
+    int characters = headings_[static_cast<size_t>(column)].GetLength();
+    for (int row = 0; row < std::min(GetItemCount(), 200); ++row)
+        characters = std::max(characters, GetItemText(row, column).GetLength());
+    return 8 * characters + 24;
 }
 
 CString OrderList::GetItemText(int row, int column) const

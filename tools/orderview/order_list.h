@@ -16,6 +16,8 @@ class Progress;
 enum class ListKind { Simple, Full, Deal };
 
 bool ParseListKind(const std::string& text, ListKind& kind);
+// A title for printed and exported lists.
+const char* ListTitle(ListKind kind);
 // The list mode that shows every record of a list.
 int DefaultMode(ListKind kind);
 // The columns a screen of the list shows by default (item keys).
