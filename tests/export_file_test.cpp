@@ -77,7 +77,9 @@ TEST_F(ExportFileTest, FilesThatCannotBeCreated)
     EXPECT_EQ(file.Open(Path("missing/out.xls")), ExportFile::kCannotWrite);
     EXPECT_EQ(file.Open(""), ExportFile::kCannotWrite);
     EXPECT_EQ(file.Open(Path("sys")), ExportFile::kCannotWrite);  // a folder in the way
+#ifndef _WIN32  // Windows has no device in the file tree to try (Wine maps /dev to the host's)
     EXPECT_EQ(file.Open("/dev/null"), ExportFile::kCannotWrite);  // devices are not replaced
+#endif
     EXPECT_EQ(setup.Names(), (std::vector<std::string>{"Log", "keep.xls", "sys"}));
     EXPECT_EQ(setup.Names("sys"), (std::vector<std::string>{"xls_head.txt"}));
 }

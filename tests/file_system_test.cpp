@@ -62,7 +62,9 @@ TEST(ReplacingFile, UncommittedOrFailedLeavesTheTargetAsItWas)
     }
     // Only regular files are replaced: not a folder, not a device.
     EXPECT_FALSE(ReplacingFile(CString(folder.File("sys"))).IsOpen());
+#ifndef _WIN32  // Windows has no device in the file tree to try (Wine maps /dev to the host's)
     EXPECT_FALSE(ReplacingFile(CString("/dev/null")).IsOpen());
+#endif
     EXPECT_FALSE(ReplacingFile(CString(folder.File("missing/x.txt"))).IsOpen());
     EXPECT_FALSE(ReplacingFile(CString("")).IsOpen());
     EXPECT_EQ(folder.Read("keep.txt"), "keep");
