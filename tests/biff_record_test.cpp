@@ -1,7 +1,10 @@
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cstring>
+#include <functional>
 #include <limits>
+#include <memory>
 
 #include "xls/biff_record.h"
 #include "xls/workbook_records.h"
@@ -67,6 +70,98 @@ TEST(Record, LengthsPastTheStreamAreRefused)
     EXPECT_EQ(record.ReadFrom(withContinue, sizeof withContinue), 0u);
 }
 
+// Every record class, read from a record of `size` data bytes filled with `fill` (in one part
+// when the header can say so, as a damaged file carries it; otherwise in legal parts), must
+// write exactly RecordSize() bytes as legal parts, and nothing at all into a byte less.
+using Block = xls::Worksheet::CellTable::RowBlock;
+using Cells = Block::CellBlock;
+struct RecordClass {
+    const char* name;
+    std::function<std::unique_ptr<Record>()> make;
+};
+template <class T>
+RecordClass Class(const char* name)
+{
+    return {name, [] { return std::unique_ptr<Record>(new T()); }};
+}
+
+std::vector<char> SourceRecord(std::uint16_t code, std::size_t size, std::uint8_t fill)
+{
+    std::vector<char> stream;
+    std::size_t done = 0;
+    do {
+        const std::size_t part = std::min<std::size_t>(size - done, 0xFFFF);
+        const std::uint16_t partCode = done == 0 ? code : xls::kContinue;
+        stream.insert(stream.end(), {static_cast<char>(partCode & 0xFF), static_cast<char>(partCode >> 8),
+                                     static_cast<char>(part & 0xFF), static_cast<char>(part >> 8)});
+        stream.insert(stream.end(), part, static_cast<char>(fill));
+        done += part;
+    } while (done < size);
+    return stream;
+}
+
+TEST(Record, EveryClassWritesExactlyItsSizeAsLegalParts)
+{
+    const RecordClass classes[] = {
+        Class<Record>("Record"), Class<xls::BOF>("BOF"), Class<xls::Eof>("Eof"),
+        Class<xls::Workbook::Window1>("Window1"), Class<xls::Workbook::Font>("Font"),
+        Class<xls::Workbook::XF>("XF"), Class<xls::Workbook::Style>("Style"),
+        Class<xls::Workbook::BoundSheet>("BoundSheet"), Class<xls::Workbook::SharedStringTable>("SST"),
+        Class<xls::Workbook::ExtSST>("ExtSST"), Class<xls::Worksheet::Index>("Index"),
+        Class<xls::Worksheet::Dimensions>("Dimensions"), Class<xls::Worksheet::Window2>("Window2"),
+        Class<Block::Row>("Row"), Class<Block::DBCell>("DBCell"), Class<Cells::Blank>("Blank"),
+        Class<Cells::BoolErr>("BoolErr"), Class<Cells::LabelSST>("LabelSST"), Class<Cells::MulBlank>("MulBlank"),
+        Class<Cells::MulRK>("MulRK"), Class<Cells::Number>("Number"), Class<Cells::RK>("RK"),
+        Class<Cells::Formula>("Formula"), Class<Cells::Formula::Array>("Array"),
+        Class<Cells::Formula::ShrFmla>("ShrFmla"), Class<Cells::Formula::ShrFmla1>("ShrFmla1"),
+        Class<Cells::Formula::Table>("Table"), Class<Cells::Formula::String>("String"),
+    };
+    for (const RecordClass& cls : classes) {
+        for (std::size_t size : {0, 8223, 8224, 8225, 16449, 46085, 70000}) {
+            for (std::uint8_t fill : {0x00, 0x01, 0xFF}) {
+                SCOPED_TRACE(std::string(cls.name) + " size " + std::to_string(size) + " fill " + std::to_string(fill));
+                std::unique_ptr<Record> record = cls.make();
+                const std::uint16_t code = record->code;
+                const std::vector<char> source = SourceRecord(code, size, fill);
+                ASSERT_EQ(record->ReadFrom(source.data(), source.size()), source.size());
+                const std::size_t expected = record->RecordSize();
+                std::vector<char> out(expected + 8, '\x5A');
+                EXPECT_EQ(record->Write(out.data(), expected - 1), 0u);
+                EXPECT_EQ(std::count(out.begin(), out.end(), '\x5A'), static_cast<std::ptrdiff_t>(out.size()));
+                ASSERT_EQ(record->Write(out.data(), expected), expected);
+                EXPECT_EQ(std::count(out.end() - 8, out.end(), '\x5A'), 8);  // nothing past the size
+                out.resize(expected);
+                std::size_t data = 0, at = 0;
+                for (std::uint16_t part : PartSizes(out)) {
+                    EXPECT_LE(part, xls::kMaxRecordData);
+                    EXPECT_EQ(xls::biff::U16(reinterpret_cast<const std::uint8_t*>(out.data() + at)),
+                              at == 0 ? code : xls::kContinue);
+                    at += 4 + part;
+                    data += part;
+                }
+                EXPECT_EQ(at, expected);
+                EXPECT_EQ(data, record->DataSize());
+                // The plain record keeps every byte it read.
+                if (std::string(cls.name) == "Record") EXPECT_EQ(data, size);
+            }
+        }
+    }
+}
+
+TEST(Record, OversizedStyleIsTrimmedToItsName)
+{
+    // A user-defined style naming 300 8-bit characters in one oversized part: the name is cut to
+    // the 255 characters a style name holds, and the record fits one part again.
+    std::vector<char> stream = {static_cast<char>(0x93), 0x02, 0, 0, 0x10, 0x00, 0x2C, 0x01, 0x00};
+    stream.insert(stream.end(), 300, 'n');
+    stream.insert(stream.end(), 9000, '\0');
+    xls::biff::Put16(reinterpret_cast<std::uint8_t*>(stream.data() + 2), static_cast<std::uint16_t>(stream.size() - 4));
+    xls::Workbook::Style style;
+    ASSERT_EQ(style.ReadFrom(stream.data(), stream.size()), stream.size());
+    EXPECT_EQ(style.name, std::u16string(300, u'n'));
+    EXPECT_EQ(style.RecordSize(), 4u + 5 + 255);
+}
+
 TEST(SharedStringTable, ContinuationsRoundTripWithTheirFlags)
 {
     xls::Workbook::SharedStringTable sst;
@@ -92,6 +187,102 @@ TEST(SharedStringTable, ContinuationsRoundTripWithTheirFlags)
     std::vector<char> again(back.Record::RecordSize());
     back.Record::Write(again.data());
     EXPECT_EQ(again, stream);
+}
+
+// Shared string tables as other programs write them: the data of each part given whole.
+std::vector<char> SstStream(const std::vector<std::vector<std::uint8_t>>& parts)
+{
+    std::vector<char> stream;
+    for (std::size_t i = 0; i < parts.size(); ++i) {
+        const std::uint16_t code = i == 0 ? 0x00FC : xls::kContinue;
+        const auto size = static_cast<std::uint16_t>(parts[i].size());
+        stream.insert(stream.end(), {static_cast<char>(code & 0xFF), static_cast<char>(code >> 8),
+                                     static_cast<char>(size & 0xFF), static_cast<char>(size >> 8)});
+        stream.insert(stream.end(), parts[i].begin(), parts[i].end());
+    }
+    return stream;
+}
+
+TEST(SharedStringTable, CharactersAfterAPartBoundaryStartWithTheirFlagByte)
+{
+    // Two strings, "abcdef" and "hi"; the parts after the first hold the rest of the table.
+    using Part = std::vector<std::uint8_t>;
+    const Part head = {2, 0, 0, 0, 2, 0, 0, 0, 6, 0, 0};
+    Part firstTwo = head;
+    firstTwo.insert(firstTwo.end(), {'a', 'b'});
+    struct Case {
+        const char* layout;
+        std::vector<Part> parts;
+        std::vector<bool> wide;
+    };
+    const Case cases[] = {
+        {"header ends the first part", {head, {0, 'a', 'b', 'c', 'd', 'e', 'f', 2, 0, 0, 'h', 'i'}}, {false, false}},
+        {"a part of nothing but the flag byte", {firstTwo, {1}, {0, 'c', 'd', 'e', 'f', 2, 0, 0, 'h', 'i'}}, {false, false}},
+        {"two such parts", {firstTwo, {1}, {0}, {0, 'c', 'd', 'e', 'f', 2, 0, 0, 'h', 'i'}}, {false, false}},
+        {"a zero-length part", {firstTwo, {}, {0, 'c', 'd', 'e', 'f', 2, 0, 0, 'h', 'i'}}, {false, false}},
+        {"16-bit after a flag-only part", {firstTwo, {0}, {1, 'c', 0, 'd', 0, 'e', 0, 'f', 0, 2, 0, 0, 'h', 'i'}}, {true, false}},
+        {"a byte left over after 16-bit characters",
+         {firstTwo, {}, {1, 'c', 0, 'd', 0, 0}, {1, 'e', 0, 'f', 0, 2, 0, 0, 'h', 'i'}}, {true, false}},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.layout);
+        const std::vector<char> stream = SstStream(c.parts);
+        xls::Workbook::SharedStringTable sst;
+        ASSERT_EQ(sst.ReadFrom(stream.data(), stream.size()), stream.size());
+        EXPECT_TRUE(sst.complete);
+        EXPECT_EQ(sst.strings, (std::vector<std::u16string>{u"abcdef", u"hi"}));
+        EXPECT_EQ(sst.wide, c.wide);
+    }
+}
+
+TEST(SharedStringTable, AStringSplitAtEveryBoundaryPositionReadsWhole)
+{
+    // Three strings (8-bit, 16-bit, 8-bit); the table is cut once at every place the format
+    // allows: between strings, after a header, between characters. A cut with characters left
+    // starts the next part with a flag byte, written once plainly, once after an empty part with
+    // the other width, and once switching an 8-bit string to 16-bit characters.
+    struct Piece { std::u16string text; bool wide; };
+    const Piece pieces[] = {{u"alpha", false}, {u"\u4e2d\u6587\u5b57", true}, {u"omega!", false}};
+    std::vector<std::u16string> expected;
+    for (const Piece& p : pieces) expected.push_back(p.text);
+    for (int style = 0; style < 3; ++style) {
+        for (std::size_t piece = 0; piece < 3; ++piece) {
+            for (std::size_t cutAt = 0; cutAt <= pieces[piece].text.size(); ++cutAt) {
+                SCOPED_TRACE("style " + std::to_string(style) + " string " + std::to_string(piece) + " cut after " +
+                             std::to_string(cutAt) + " characters");
+                std::vector<std::vector<std::uint8_t>> parts(1, {3, 0, 0, 0, 3, 0, 0, 0});
+                for (std::size_t k = 0; k < 3; ++k) {
+                    const Piece& p = pieces[k];
+                    auto put = [&](std::vector<std::uint8_t>& out, std::size_t from, std::size_t to, bool wide) {
+                        for (std::size_t i = from; i < to; ++i) {
+                            out.push_back(static_cast<std::uint8_t>(p.text[i]));
+                            if (wide) out.push_back(static_cast<std::uint8_t>(p.text[i] >> 8));
+                        }
+                    };
+                    parts.back().insert(parts.back().end(), {static_cast<std::uint8_t>(p.text.size()), 0,
+                                                             static_cast<std::uint8_t>(p.wide ? 1 : 0)});
+                    if (k != piece) {
+                        put(parts.back(), 0, p.text.size(), p.wide);
+                        continue;
+                    }
+                    put(parts.back(), 0, cutAt, p.wide);
+                    if (cutAt == p.text.size()) {  // between strings: no flag byte
+                        parts.emplace_back();
+                        continue;
+                    }
+                    const bool later = style == 2 ? true : p.wide;
+                    if (style == 1) parts.push_back({static_cast<std::uint8_t>(p.wide ? 0 : 1)});
+                    parts.push_back({static_cast<std::uint8_t>(later ? 1 : 0)});
+                    put(parts.back(), cutAt, p.text.size(), later);
+                }
+                const std::vector<char> stream = SstStream(parts);
+                xls::Workbook::SharedStringTable sst;
+                ASSERT_EQ(sst.ReadFrom(stream.data(), stream.size()), stream.size());
+                EXPECT_TRUE(sst.complete);
+                EXPECT_EQ(sst.strings, expected);
+            }
+        }
+    }
 }
 
 TEST(SharedStringTable, CountsPastTheDataStopCleanly)
@@ -140,7 +331,7 @@ TEST(Workbook, ExtSSTIsDroppedOnReadAndRebuiltOnWrite)
     book.AdjustExtSSTPositions(book.SharedStringTableOffset());
     ASSERT_EQ(book.extSST.buckets.size(), 13u);  // 8 strings a bucket
     std::vector<char> stream(book.RecordSize());
-    ASSERT_EQ(book.Write(stream.data()), stream.size());
+    ASSERT_EQ(book.Write(stream.data(), stream.size()), stream.size());
     // Every bucket points at its string's character count in the stream.
     for (std::size_t k = 0; k < book.extSST.buckets.size(); ++k) {
         const auto* p = reinterpret_cast<const std::uint8_t*>(stream.data() + book.extSST.buckets[k].streamPosition);
@@ -154,6 +345,99 @@ TEST(Workbook, ExtSSTIsDroppedOnReadAndRebuiltOnWrite)
     EXPECT_EQ(read.xfs.size(), 21u);
     EXPECT_EQ(read.styles.size(), 6u);
     EXPECT_EQ(read.boundSheets.size(), 1u);
+}
+
+}  // namespace
+
+namespace {
+
+std::vector<std::uint16_t> Codes(const std::vector<char>& stream)
+{
+    std::vector<std::uint16_t> codes;
+    for (std::size_t at = 0; at + 4 <= stream.size();) {
+        const auto* p = reinterpret_cast<const std::uint8_t*>(stream.data() + at);
+        codes.push_back(xls::biff::U16(p));
+        at += 4 + xls::biff::U16(p + 2);
+    }
+    return codes;
+}
+
+std::vector<char> Records(const std::vector<std::pair<std::uint16_t, std::vector<std::uint8_t>>>& records)
+{
+    std::vector<char> stream;
+    for (const auto& r : records) {
+        const auto size = static_cast<std::uint16_t>(r.second.size());
+        stream.insert(stream.end(), {static_cast<char>(r.first & 0xFF), static_cast<char>(r.first >> 8),
+                                     static_cast<char>(size & 0xFF), static_cast<char>(size >> 8)});
+        stream.insert(stream.end(), r.second.begin(), r.second.end());
+    }
+    return stream;
+}
+
+TEST(Workbook, RecordsNotUnderstoodKeepTheirPlaces)
+{
+    // BOF, CODEPAGE, WINDOW1, DATEMODE, FONT, FORMAT, XF, STYLE, BOUNDSHEET, COUNTRY, SST, EXTSST, EOF
+    const std::vector<std::uint8_t> bof = {0, 6, 5, 0, 0, 0, 0, 0, 0, 0, 0, 0, 6, 0, 0, 0};
+    const std::vector<std::uint8_t> font = {200, 0, 0, 0, 0xFF, 0x7F, 0x90, 1, 0, 0, 0, 0, 0, 0, 1, 0, 'A'};
+    const std::vector<std::uint8_t> format = {0xA4, 0, 3, 0, 0, 'y', 'y', 'y'};
+    const std::vector<std::uint8_t> xf(20, 0), window1(18, 0), style = {0, 0x80, 0, 0xFF};
+    const std::vector<std::uint8_t> sheet = {0, 0, 0, 0, 0, 0, 1, 0, 'S'};
+    const std::vector<char> stream = Records({{0x0809, bof}, {0x0042, {0xE4, 0x04}}, {0x003D, window1},
+                                              {0x0022, {1, 0}}, {0x0031, font}, {0x041E, format}, {0x00E0, xf},
+                                              {0x0293, style}, {0x0085, sheet}, {0x008C, {1, 0, 1, 0}},
+                                              {0x00FC, {0, 0, 0, 0, 0, 0, 0, 0}}, {0x00FF, {8, 0}}, {0x000A, {}}});
+    xls::Workbook book;
+    ASSERT_EQ(book.Read(stream.data(), stream.size()), stream.size());
+    EXPECT_EQ(book.others.size(), 4u);
+    std::vector<char> out(book.RecordSize());
+    ASSERT_EQ(book.Write(out.data(), out.size()), out.size());
+    EXPECT_EQ(Codes(out), Codes(stream));
+    EXPECT_EQ(out, stream);  // the kept records byte for byte, the others as they were read
+    // A workbook made new writes only the records it understands, in their usual order.
+    book.Reset();
+    std::vector<char> fresh(book.RecordSize());
+    ASSERT_EQ(book.Write(fresh.data(), fresh.size()), fresh.size());
+    const std::vector<std::uint16_t> codes = Codes(fresh);
+    EXPECT_EQ(codes.front(), 0x0809);
+    EXPECT_EQ(codes[1], 0x003D);
+    EXPECT_EQ(std::count(codes.begin(), codes.end(), 0x041E), 0);
+    EXPECT_EQ(codes.back(), 0x000A);
+}
+
+TEST(Worksheet, RecordsNotUnderstoodAreKeptBeforeAndAfterTheCells)
+{
+    const std::vector<std::uint8_t> bof = {0, 6, 0x10, 0, 0, 0, 0, 0, 0, 0, 0, 0, 6, 0, 0, 0};
+    const std::vector<std::uint8_t> colinfo = {0, 0, 0, 0, 0, 0x20, 15, 0, 0, 0, 0, 0};
+    const std::vector<std::uint8_t> number = {0, 0, 0, 0, 21, 0, 0, 0, 0, 0, 0, 0, 0xF0, 0x3F};
+    const std::vector<std::uint8_t> row = {0, 0, 0, 0, 1, 0, 0x2C, 1, 0, 0, 0, 0, 0xC0, 0x01, 15, 0};
+    const std::vector<std::uint8_t> merged = {1, 0, 0, 0, 1, 0, 0, 0, 1, 0};
+    const std::vector<char> stream = Records({{0x0809, bof}, {0x0055, {8, 0}}, {0x007D, colinfo},
+                                              {0x0200, std::vector<std::uint8_t>(14, 0)}, {0x0208, row},
+                                              {0x0203, number}, {0x001C, {1, 2, 3}}, {0x023E, std::vector<std::uint8_t>(18, 0)},
+                                              {0x00E5, merged}, {0x000A, {}}});
+    struct Sink : xls::CellSink {
+        void Integer(std::uint16_t, std::uint16_t, std::uint16_t, std::int32_t) override {}
+        void Double(std::uint16_t r, std::uint16_t c, std::uint16_t f, double v) override { seen.push_back({r, c, f, v}); }
+        void Text(std::uint16_t, std::uint16_t, std::uint16_t, const std::u16string&, bool) override {}
+        struct Value { std::uint16_t row, col, xf; double value; };
+        std::vector<Value> seen;
+    } sink;
+    xls::Worksheet sheet;
+    ASSERT_EQ(sheet.Read(stream.data(), stream.size(), &sink), stream.size());
+    ASSERT_EQ(sink.seen.size(), 1u);
+    EXPECT_EQ(sink.seen[0].xf, 21);
+    EXPECT_EQ(sink.seen[0].value, 1.0);
+    ASSERT_EQ(sheet.rowFormats.count(0), 1u);
+    EXPECT_EQ(sheet.rowFormats[0].height, 300);
+    ASSERT_EQ(sheet.head.size(), 2u);
+    ASSERT_EQ(sheet.tail.size(), 2u);
+    EXPECT_EQ(sheet.window2At, 1u);  // the note stood before the Window2, the merged cells after
+    sheet.AdjustDBCellPositions(1000);
+    EXPECT_EQ(sheet.index.defColWidthPosition, 1000u + 20 + 20);  // after the BOF and the Index
+    std::vector<char> out(sheet.RecordSize());
+    ASSERT_EQ(sheet.Write(out.data(), out.size()), out.size());
+    EXPECT_EQ(Codes(out), (std::vector<std::uint16_t>{0x0809, 0x020B, 0x0055, 0x007D, 0x0200, 0x001C, 0x023E,
+                                                      0x00E5, 0x000A}));
 }
 
 }  // namespace

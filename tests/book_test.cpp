@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <climits>
 #include <cmath>
+#include <fstream>
+#include <iterator>
 #include <sstream>
 
 #include "support/temp_folder.h"
@@ -198,6 +200,101 @@ TEST(BookFile, ManyDistinctStringsNeedContinuations)
     for (int i = 0; i < 10000; i += 999)
         EXPECT_EQ(std::string(book.GetWorksheet(0)->Cell(static_cast<std::size_t>(i), 0)->GetString()),
                   "distinct text number " + std::to_string(i));
+}
+
+}  // namespace
+
+namespace {
+
+TEST(BookMemory, SaveToMemoryIsTheFileSaveAsWrites)
+{
+    ovtest::TempFolder folder;
+    const std::string path = folder.File("memory.xls");
+    Book book;
+    book.New(2);
+    book.GetWorksheet(1)->Cell(4, 2)->Set(L"\u8868 wide");
+    book.GetWorksheet(0)->Cell(0, 0)->Set(2.5);
+    std::vector<std::uint8_t> image;
+    ASSERT_TRUE(book.SaveToMemory(image));
+    EXPECT_FALSE(book.Save());  // SaveToMemory gives the book no file
+    ASSERT_TRUE(book.SaveAs(path.c_str()));
+    std::ifstream in(path, std::ios::binary);
+    const std::vector<std::uint8_t> file((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>());
+    EXPECT_EQ(file, image);
+    Book loaded;
+    ASSERT_TRUE(loaded.LoadFromMemory(image.data(), image.size()));
+    EXPECT_STREQ(loaded.GetWorksheet(1)->Cell(4, 2)->GetWString(), L"\u8868 wide");
+    EXPECT_EQ(loaded.GetWorksheet(0)->Cell(0, 0)->GetDouble(), 2.5);
+}
+
+}  // namespace
+
+namespace {
+
+TEST(BookMemory, ACellPointingPastTheStringTableStaysEmptyAndIsCounted)
+{
+    Book book;
+    book.New(1);
+    book.GetWorksheet(0)->Cell(0, 0)->Set("first");
+    book.GetWorksheet(0)->Cell(1, 0)->Set("second");
+    std::vector<std::uint8_t> image;
+    ASSERT_TRUE(book.SaveToMemory(image));
+    Book intact;
+    ASSERT_TRUE(intact.LoadFromMemory(image.data(), image.size()));
+    EXPECT_EQ(intact.GetMissingStringCount(), 0u);
+    // The LabelSST record of row 1, column 0 (format 15) gets string index 7 of a table of 2.
+    const std::uint8_t label[] = {0xFD, 0x00, 0x0A, 0x00, 0x01, 0x00, 0x00, 0x00, 0x0F, 0x00, 0x01, 0x00, 0x00, 0x00};
+    auto at = std::search(image.begin(), image.end(), std::begin(label), std::end(label));
+    ASSERT_NE(at, image.end());
+    at[10] = 7;
+    Book damaged;
+    ASSERT_TRUE(damaged.LoadFromMemory(image.data(), image.size()));
+    EXPECT_EQ(damaged.GetMissingStringCount(), 1u);
+    const Cell* cell = damaged.GetWorksheet(0)->Cell(1, 0);
+    EXPECT_EQ(cell->Type(), Cell::kString);
+    EXPECT_STREQ(cell->GetString(), "");
+    EXPECT_STREQ(damaged.GetWorksheet(0)->Cell(0, 0)->GetString(), "first");
+    damaged.New(1);
+    EXPECT_EQ(damaged.GetMissingStringCount(), 0u);
+}
+
+}  // namespace
+
+namespace {
+
+TEST(BookMemory, CellsKeepTheirFormatAndLogicalValues)
+{
+    Book book;
+    book.New(1);
+    xls::Sheet* sheet = book.GetWorksheet(0);
+    sheet->Cell(0, 0)->SetFormat(20);
+    sheet->Cell(0, 0)->Set(1.5);
+    sheet->Cell(0, 1)->SetLogical(1, false);
+    sheet->Cell(0, 2)->SetLogical(0x2A, true);  // #N/A
+    sheet->Cell(0, 3)->SetFormat(18);            // a formatted blank
+    sheet->Cell(0, 4)->Set("plain");
+    std::vector<std::uint8_t> image;
+    ASSERT_TRUE(book.SaveToMemory(image));
+    Book loaded;
+    ASSERT_TRUE(loaded.LoadFromMemory(image.data(), image.size()));
+    xls::Sheet* back = loaded.GetWorksheet(0);
+    EXPECT_EQ(back->Cell(0, 0)->GetFormat(), 20);
+    EXPECT_EQ(back->Cell(0, 0)->GetDouble(), 1.5);
+    EXPECT_TRUE(back->Cell(0, 1)->IsBoolean());
+    EXPECT_EQ(back->Cell(0, 1)->GetInteger(), 1);
+    EXPECT_TRUE(back->Cell(0, 2)->IsError());
+    EXPECT_EQ(back->Cell(0, 2)->GetInteger(), 0x2A);
+    EXPECT_EQ(back->Cell(0, 3)->Type(), Cell::kUndefined);
+    EXPECT_EQ(back->Cell(0, 3)->GetFormat(), 18);
+    EXPECT_EQ(back->Cell(0, 4)->GetFormat(), Cell::kDefaultFormat);
+    // Setting a value keeps the format and ends the boolean.
+    back->Cell(0, 0)->Set("text now");
+    back->Cell(0, 1)->Set(7);
+    EXPECT_EQ(back->Cell(0, 0)->GetFormat(), 20);
+    EXPECT_FALSE(back->Cell(0, 1)->IsBoolean());
+    Cell copy = *back->Cell(0, 2);
+    EXPECT_TRUE(copy.IsError());
+    EXPECT_EQ(copy.GetFormat(), Cell::kDefaultFormat);
 }
 
 }  // namespace

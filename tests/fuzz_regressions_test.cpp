@@ -7,6 +7,7 @@
 #include <iterator>
 
 #include "fuzz/compound_file_input.h"
+#include "fuzz/roundtrip_input.h"
 #include "fuzz/workbook_input.h"
 
 namespace {
@@ -21,19 +22,39 @@ std::vector<std::filesystem::path> Inputs(const char* target)
     return files;
 }
 
+std::vector<std::uint8_t> Contents(const std::filesystem::path& path)
+{
+    std::ifstream in(path, std::ios::binary);
+    return std::vector<std::uint8_t>((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>());
+}
+
 void FeedAll(const char* target, void (*feed)(const std::uint8_t*, std::size_t))
 {
     const auto inputs = Inputs(target);
     for (const auto& path : inputs) {
-        std::ifstream in(path, std::ios::binary);
-        const std::vector<std::uint8_t> data((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>());
+        const std::vector<std::uint8_t> data = Contents(path);
         SCOPED_TRACE(path.string());
         feed(data.data(), data.size());
     }
     EXPECT_FALSE(inputs.empty()) << "the seed inputs are missing";
 }
 
+// The round-trip targets' own findings, and every workbook input kept for the loader.
+void RoundTripAll(const char* target, std::string (*check)(const std::uint8_t*, std::size_t))
+{
+    auto inputs = Inputs(target);
+    const auto loader = Inputs("workbook");
+    inputs.insert(inputs.end(), loader.begin(), loader.end());
+    for (const auto& path : inputs) {
+        const std::vector<std::uint8_t> data = Contents(path);
+        EXPECT_EQ(check(data.data(), data.size()), "") << path.string();
+    }
+    EXPECT_FALSE(inputs.empty()) << "the seed inputs are missing";
+}
+
 TEST(FuzzRegressions, CompoundFile) { FeedAll("compound_file", FeedCompoundFile); }
 TEST(FuzzRegressions, Workbook) { FeedAll("workbook", FeedWorkbook); }
+TEST(FuzzRegressions, WorkbookRoundTrip) { RoundTripAll("workbook_roundtrip", roundtrip::RoundTrip); }
+TEST(FuzzRegressions, WorkbookEdit) { RoundTripAll("workbook_edit", roundtrip::EditedRoundTrip); }
 
 }  // namespace

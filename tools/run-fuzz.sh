@@ -1,7 +1,8 @@
 #!/bin/sh
 # Builds the libFuzzer targets and runs each for a bounded time (seconds, default 60), seeded
 # from the workbook corpus and the kept regression inputs. A crashing input is copied into
-# tests/fuzz_regressions/<target>/ to be kept as a regression test, and the run fails.
+# tests/fuzz_regressions/<target>/ to be kept as a regression test, and the run fails. The
+# workbook targets are also seeded with the kept workbook inputs.
 set -eu
 cd "$(dirname "$0")/.."
 seconds="${1:-60}"
@@ -9,14 +10,16 @@ corpus="${ORDERVIEW_CORPUS_DIR:-../shared/corpus/xls}"
 cmake --preset fuzz >/dev/null
 cmake --build --preset fuzz
 status=0
-for target in compound_file workbook; do
+for target in compound_file workbook workbook_roundtrip workbook_edit; do
   work=$(mktemp -d)
   mkdir -p "$work/seeds" "$work/artifacts"
   [ -d "$corpus" ] && cp "$corpus"/*.xls "$work/seeds/" 2>/dev/null || true
   cp tests/fuzz_regressions/$target/* "$work/seeds/" 2>/dev/null || true
+  [ "$target" = compound_file ] || cp tests/fuzz_regressions/workbook/* "$work/seeds/" 2>/dev/null || true
   if ! "build/fuzz/tests/fuzz/${target}_fuzz" -max_total_time="$seconds" -rss_limit_mb=2048 -timeout=10 \
        -artifact_prefix="$work/artifacts/" "$work/seeds" >"$work/log" 2>&1; then
     tail -n 40 "$work/log"
+    mkdir -p "tests/fuzz_regressions/$target"
     cp "$work"/artifacts/* "tests/fuzz_regressions/$target/" 2>/dev/null || true
     echo "fuzz: $target found a failing input (kept in tests/fuzz_regressions/$target)"
     status=1

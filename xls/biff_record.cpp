@@ -1,5 +1,6 @@
 #include "xls/biff_record.h"
 
+#include <algorithm>
 #include <cstring>
 
 namespace xls {
@@ -46,6 +47,62 @@ bool FitsCompressed(const std::u16string& text)
     return true;
 }
 
+std::u16string ContinuedChars(Cursor& c, std::size_t count, bool wide, const std::vector<std::size_t>& cuts,
+                              bool& anyWide)
+{
+    std::u16string text;
+    text.reserve(std::min<std::size_t>(count, c.left()));
+    std::size_t k = 0;
+    while (count > 0 && c.ok()) {
+        while (k < cuts.size() && cuts[k] < c.at()) ++k;
+        if (k < cuts.size() && cuts[k] == c.at()) {
+            // On a part boundary: the flag byte of the part. A zero-length part has none, so
+            // equal boundaries are passed together.
+            while (k < cuts.size() && cuts[k] == c.at()) ++k;
+            if (c.left() == 0) break;
+            wide = (c.U8() & 1) != 0;
+            continue;
+        }
+        const std::size_t end = k < cuts.size() ? cuts[k] : c.at() + c.left();
+        const std::size_t unit = wide ? 2 : 1;
+        const std::size_t take = std::min(count, (end - c.at()) / unit);
+        if (take == 0) {
+            // A byte left over before the next part (half a 16-bit unit): the part's characters
+            // end there, as other readers take it. With no part after it, characters are missing.
+            if (k >= cuts.size() || !c.Skip(end - c.at())) break;
+            continue;
+        }
+        text += c.Chars(take, wide);
+        count -= take;
+        anyWide = anyWide || wide;
+    }
+    if (count > 0) c.Skip(c.left() + 1);  // characters missing: the cursor fails
+    return text;
+}
+
+void AppendContinuedChars(std::vector<std::uint8_t>& data, std::vector<std::size_t>& cuts, std::size_t& partStart,
+                          const std::u16string& text, bool wide)
+{
+    Builder b(data);
+    const std::size_t unit = wide ? 2 : 1;
+    std::size_t done = 0;
+    while (done < text.size()) {
+        std::size_t space = (kMaxRecordData - (data.size() - partStart)) / unit;
+        if (space == 0) {
+            cuts.push_back(data.size());
+            partStart = data.size();
+            b.U8(wide ? 1 : 0);
+            continue;
+        }
+        const std::size_t take = std::min(text.size() - done, space);
+        for (std::size_t i = done; i < done + take; ++i) {
+            data.push_back(static_cast<std::uint8_t>(text[i]));
+            if (wide) data.push_back(static_cast<std::uint8_t>(text[i] >> 8));
+        }
+        done += take;
+    }
+}
+
 }  // namespace biff
 
 Record::~Record() = default;
@@ -82,36 +139,49 @@ std::size_t Record::Read(const char* stream)
     return at;
 }
 
-std::size_t Record::DataSize() { return data.size(); }
+void Record::Serialize() {}
 
-std::size_t Record::PartsSize(std::size_t size) const
+std::size_t Record::Emit(std::uint8_t* out) const
 {
-    if (!continueIndices.empty()) return size + 4 * (continueIndices.size() + 1);
-    const std::size_t parts = size == 0 ? 1 : (size + kMaxRecordData - 1) / kMaxRecordData;
-    return size + 4 * parts;
-}
-
-std::size_t Record::RecordSize() { return PartsSize(DataSize()); }
-
-std::size_t Record::WriteData(char* stream) const
-{
-    auto* out = reinterpret_cast<std::uint8_t*>(stream);
-    std::vector<std::size_t> cuts = continueIndices;
-    if (cuts.empty())
-        for (std::size_t at = kMaxRecordData; at < data.size(); at += kMaxRecordData) cuts.push_back(at);
-    std::size_t written = 0, from = 0;
-    for (std::size_t i = 0; i <= cuts.size(); ++i) {
-        const std::size_t to = i < cuts.size() ? cuts[i] : data.size();
-        biff::Put16(out + written, i == 0 ? code : kContinue);
-        biff::Put16(out + written + 2, static_cast<std::uint16_t>(to - from));
-        if (to > from) std::memcpy(out + written + 4, data.data() + from, to - from);
+    const std::size_t size = data.size();
+    std::size_t written = 0, from = 0, k = 0;
+    do {
+        // The next kept boundary past this part's start, else the end; never more than a part
+        // may hold.
+        while (k < continueIndices.size() && continueIndices[k] <= from) ++k;
+        std::size_t to = k < continueIndices.size() && continueIndices[k] < size ? continueIndices[k] : size;
+        if (to - from > kMaxRecordData) to = from + kMaxRecordData;
+        if (out) {
+            biff::Put16(out + written, written == 0 ? code : kContinue);
+            biff::Put16(out + written + 2, static_cast<std::uint16_t>(to - from));
+            if (to > from) std::memcpy(out + written + 4, data.data() + from, to - from);
+        }
         written += 4 + (to - from);
         from = to;
-    }
+    } while (from < size);
     return written;
 }
 
-std::size_t Record::Write(char* stream) { return WriteData(stream); }
+std::size_t Record::DataSize()
+{
+    Serialize();
+    return data.size();
+}
+
+std::size_t Record::RecordSize()
+{
+    Serialize();
+    return Emit(nullptr);
+}
+
+std::size_t Record::Write(char* stream, std::size_t capacity)
+{
+    Serialize();
+    if (Emit(nullptr) > capacity) return 0;
+    return Emit(reinterpret_cast<std::uint8_t*>(stream));
+}
+
+std::size_t Record::Write(char* stream) { return Write(stream, static_cast<std::size_t>(-1)); }
 
 BOF::BOF() : Record(0x0809) {}
 
@@ -128,33 +198,19 @@ std::size_t BOF::Read(const char* stream)
     return consumed;
 }
 
-std::size_t BOF::DataSize() { return 16; }
-std::size_t BOF::RecordSize() { return 20; }
-
-std::size_t BOF::Write(char* stream)
+void BOF::Serialize()
 {
-    data.clear();
-    continueIndices.clear();
-    biff::Builder b(data);
+    biff::Builder b = biff::Fields(data, continueIndices);
     b.U16(version);
     b.U16(type);
     b.U16(buildIdentifier);
     b.U16(buildYear);
     b.U32(fileHistoryFlags);
     b.U32(lowestExcelVersion);
-    return WriteData(stream);
 }
 
 Eof::Eof() : Record(0x000A) {}
 std::size_t Eof::Read(const char* stream) { return Record::Read(stream); }
-std::size_t Eof::DataSize() { return 0; }
-std::size_t Eof::RecordSize() { return 4; }
-
-std::size_t Eof::Write(char* stream)
-{
-    data.clear();
-    continueIndices.clear();
-    return WriteData(stream);
-}
+void Eof::Serialize() { biff::Fields(data, continueIndices); }
 
 }  // namespace xls

@@ -28,14 +28,19 @@ public:
 
     // Reads the record at `stream` with its CONTINUE parts; returns the stream bytes consumed,
     // or 0 when the record is cut short by the end of the stream (see ReadFrom). Derived classes
-    // then fill their fields from `data`.
+    // then fill their fields from `data`. A part may hold more than 8224 bytes: such records are
+    // accepted as other readers accept them, and made legal again when written.
     virtual std::size_t Read(const char* stream);
-    // Writes the record (split into CONTINUE parts as needed); returns the bytes written.
-    virtual std::size_t Write(char* stream);
-    // The data size (derived classes compute it from their fields).
-    virtual std::size_t DataSize();
-    // The stream size, headers of all parts included.
-    virtual std::size_t RecordSize();
+    // Writes the record; `stream` must hold RecordSize() bytes. Returns the bytes written.
+    virtual std::size_t Write(char* stream) final;
+    // The data size: what Serialize makes of the fields.
+    virtual std::size_t DataSize() final;
+    // The stream size, headers of all parts included: exactly what Write writes.
+    virtual std::size_t RecordSize() final;
+
+    // Writes the record only when it fits in `capacity` bytes: returns the bytes written, or 0
+    // (with nothing written) when it does not fit.
+    std::size_t Write(char* stream, std::size_t capacity);
 
     // Read with the number of stream bytes available from `stream`: lengths stored in the
     // stream are checked against it. Returns 0 when the record does not fit.
@@ -47,13 +52,17 @@ public:
     std::size_t recordSize = 0;
     std::vector<std::size_t> continueIndices;  // data size at each CONTINUE boundary
 
-protected:
-    // Header and parts: the size of `size` data bytes written with the continuation list.
-    std::size_t PartsSize(std::size_t size) const;
-    // Writes `data` (already serialised) under `code` with the continuation list.
-    std::size_t WriteData(char* stream) const;
+    // Rebuilds `data` from the record's fields, and `continueIndices` for a record that lays
+    // out its own parts. A class whose record may not continue keeps its data within 8224
+    // bytes here. The plain record keeps the data it read.
+    virtual void Serialize();
 
 private:
+    // The one layout of the record in the stream: the data cut at the kept boundaries, and
+    // wherever a part would pass 8224 bytes. Writes the parts to `out` unless it is null;
+    // returns their size with headers.
+    std::size_t Emit(std::uint8_t* out) const;
+
     std::size_t available_ = static_cast<std::size_t>(-1);
 };
 
@@ -62,9 +71,6 @@ class ORDERVIEW_API BOF : public Record {
 public:
     BOF();
     std::size_t Read(const char* stream) override;
-    std::size_t Write(char* stream) override;
-    std::size_t DataSize() override;
-    std::size_t RecordSize() override;
 
     std::uint16_t version = 0x0600;
     std::uint16_t type = 0x0005;
@@ -72,6 +78,7 @@ public:
     std::uint16_t buildYear = 0x07CC;
     std::uint32_t fileHistoryFlags = 0;
     std::uint32_t lowestExcelVersion = 0x06;
+    void Serialize() override;
 };
 
 // End of a substream.
@@ -79,9 +86,7 @@ class ORDERVIEW_API Eof : public Record {
 public:
     Eof();
     std::size_t Read(const char* stream) override;
-    std::size_t Write(char* stream) override;
-    std::size_t DataSize() override;
-    std::size_t RecordSize() override;
+    void Serialize() override;
 };
 
 namespace biff {
@@ -171,18 +176,57 @@ private:
     std::vector<std::uint8_t>& out_;
 };
 
+// Writes records one after another into a buffer of known capacity. The first that does not
+// fit stops it: nothing of it or after it is written, and ok() turns false.
+class Output {
+public:
+    Output(char* stream, std::size_t capacity) : stream_(stream), capacity_(capacity) {}
+    bool Put(Record& record)
+    {
+        if (!ok_) return false;
+        const std::size_t n = record.Write(stream_ + at_, capacity_ - at_);
+        if (n == 0) return ok_ = false;
+        at_ += n;
+        return true;
+    }
+    bool Put(const std::uint8_t* bytes, std::size_t n)
+    {
+        if (!ok_ || n > capacity_ - at_) return ok_ = false;
+        if (n) std::memcpy(stream_ + at_, bytes, n);
+        at_ += n;
+        return true;
+    }
+    // For writers of their own: where the next bytes go, the room left, and what they wrote
+    // there (0: they did not fit).
+    char* next() const { return stream_ + at_; }
+    std::size_t room() const { return ok_ ? capacity_ - at_ : 0; }
+    bool Took(std::size_t n)
+    {
+        if (!ok_ || n == 0 || n > capacity_ - at_) return ok_ = false;
+        at_ += n;
+        return true;
+    }
+    bool ok() const { return ok_; }
+    std::size_t written() const { return at_; }
+    // What the caller returns: the bytes written, or 0 when something did not fit.
+    std::size_t result() const { return ok_ ? at_ : 0; }
+
+private:
+    char* stream_;
+    std::size_t capacity_;
+    std::size_t at_ = 0;
+    bool ok_ = true;
+};
+
 // True when every code unit fits in 8 bits, so the text can be stored compressed.
 bool FitsCompressed(const std::u16string& text);
 
-// Serialises a record whose fields `fill` writes into its data, then writes it with its parts.
-template <class Fill>
-std::size_t WriteFields(Record& record, char* stream, Fill fill)
+// Starts the data of a record from its fields: clears it and the kept boundaries.
+inline Builder Fields(std::vector<std::uint8_t>& data, std::vector<std::size_t>& continueIndices)
 {
-    record.data.clear();
-    record.continueIndices.clear();
-    Builder b(record.data);
-    fill(b);
-    return record.Record::Write(stream);
+    data.clear();
+    continueIndices.clear();
+    return Builder(data);
 }
 
 // Reads a record with its parts, then lets `parse` read the fields from the joined data.
@@ -194,6 +238,22 @@ std::size_t ReadFields(Record& record, const char* stream, Parse parse)
     parse(c);
     return consumed;
 }
+
+// Reads `count` characters of a string whose characters may run on into later parts: each part
+// that continues them starts with a flag byte giving the width of the characters that follow
+// (bit 0: 16-bit). `wide` is the width the string started with; `cuts` are the part boundaries
+// in the joined data. Whenever characters remain and the cursor sits on a boundary, the flag
+// byte comes first (again for each following part that holds nothing else). A single byte left
+// before a boundary where 16-bit characters run is skipped. Sets `anyWide` when some characters
+// were read 16-bit; fails the cursor when characters are missing.
+std::u16string ContinuedChars(Cursor& c, std::size_t count, bool wide, const std::vector<std::size_t>& cuts,
+                              bool& anyWide);
+
+// Appends a string's characters to `data` in parts of at most 8224 bytes: when the part that
+// began at `partStart` is full, the data size is noted in `cuts` as a boundary and the next
+// part starts with the flag byte. Returns nothing; `partStart` follows the parts.
+void AppendContinuedChars(std::vector<std::uint8_t>& data, std::vector<std::size_t>& cuts, std::size_t& partStart,
+                          const std::u16string& text, bool wide);
 
 }  // namespace biff
 }  // namespace xls

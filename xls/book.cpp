@@ -4,6 +4,7 @@
 #include <string_view>
 #include <unordered_map>
 
+#include "xls/cfb_writer.h"
 #include "xls/compound_file.h"
 #include "xls/utf16.h"
 
@@ -15,7 +16,9 @@ using RowBlock = Worksheet::CellTable::RowBlock;
 using CellBlock = RowBlock::CellBlock;
 
 constexpr std::size_t kRowsPerBlock = 32;
-constexpr std::uint16_t kCellXF = 15;  // the default cell format
+
+// A cell goes into the file when it has a value, or a format of its own (a formatted blank).
+bool Written(const Cell& cell) { return cell.Type() != Cell::kUndefined || cell.GetFormat() != Cell::kDefaultFormat; }
 
 std::u16string FromNarrow(const char* name)
 {
@@ -47,10 +50,10 @@ bool ValidName(const std::u16string& name)
 class GridSink : public CellSink {
 public:
     GridSink(Sheet& sheet, std::size_t sharedStrings) : sheet_(sheet), shared_(sharedStrings) {}
-    void SharedText(std::uint16_t row, std::uint16_t col, std::uint32_t index, const std::u16string& text,
-                    bool wide) override
+    void SharedText(std::uint16_t row, std::uint16_t col, std::uint16_t xf, std::uint32_t index,
+                    const std::u16string& text, bool wide) override
     {
-        Cell* cell = sheet_.Cell(row, col);
+        Cell* cell = At(row, col, xf);
         if (!cell) return;
         Converted& converted = shared_[index];
         if (!converted.done) {
@@ -61,17 +64,29 @@ public:
         if (wide) cell->SetWString(converted.wide.data(), converted.wide.size());
         else cell->SetString(converted.narrow.data(), converted.narrow.size());
     }
-    void Integer(std::uint16_t row, std::uint16_t col, std::int32_t value) override
+    // The cell stays, with empty text, and is counted.
+    void MissingText(std::uint16_t row, std::uint16_t col, std::uint16_t xf, std::uint32_t) override
     {
-        if (Cell* cell = sheet_.Cell(row, col)) cell->SetInteger(value);
+        if (Cell* cell = At(row, col, xf)) cell->SetString("", 0);
+        ++missing_;
     }
-    void Double(std::uint16_t row, std::uint16_t col, double value) override
+    std::size_t missing() const { return missing_; }
+    void Integer(std::uint16_t row, std::uint16_t col, std::uint16_t xf, std::int32_t value) override
     {
-        if (Cell* cell = sheet_.Cell(row, col)) cell->SetDouble(value);
+        if (Cell* cell = At(row, col, xf)) cell->SetInteger(value);
     }
-    void Text(std::uint16_t row, std::uint16_t col, const std::u16string& text, bool wide) override
+    void Double(std::uint16_t row, std::uint16_t col, std::uint16_t xf, double value) override
     {
-        Cell* cell = sheet_.Cell(row, col);
+        if (Cell* cell = At(row, col, xf)) cell->SetDouble(value);
+    }
+    void Logical(std::uint16_t row, std::uint16_t col, std::uint16_t xf, std::uint8_t value, bool isError) override
+    {
+        if (Cell* cell = At(row, col, xf)) cell->SetLogical(value, isError);
+    }
+    void Blank(std::uint16_t row, std::uint16_t col, std::uint16_t xf) override { At(row, col, xf); }
+    void Text(std::uint16_t row, std::uint16_t col, std::uint16_t xf, const std::u16string& text, bool wide) override
+    {
+        Cell* cell = At(row, col, xf);
         if (!cell) return;
         if (wide) {
             const std::wstring w = FromUtf16(text);
@@ -89,9 +104,17 @@ private:
         std::string narrow;
         std::wstring wide;
     };
+    Cell* At(std::uint16_t row, std::uint16_t col, std::uint16_t xf)
+    {
+        Cell* cell = sheet_.Cell(row, col);
+        if (cell) cell->SetFormat(xf);
+        return cell;
+    }
+
     Sheet& sheet_;
     std::vector<Converted> shared_;
     std::string narrow_;
+    std::size_t missing_ = 0;
 };
 
 }  // namespace
@@ -107,6 +130,7 @@ Book::~Book() = default;
 
 void Book::New(int sheets)
 {
+    missingStrings_ = 0;
     workbook_.Reset();
     worksheets_.assign(1, Worksheet());
     sheets_.clear();
@@ -161,15 +185,21 @@ bool Book::LoadStream(const std::vector<std::uint8_t>& stream)
     if (workbook.Read(base, stream.size()) == 0) return false;
     std::vector<Worksheet> worksheets(workbook.boundSheets.size());
     std::vector<std::unique_ptr<Sheet>> sheets;
+    std::size_t missing = 0;
     for (std::size_t i = 0; i < workbook.boundSheets.size(); ++i) {
         const std::size_t position = workbook.boundSheets[i].streamPosition;
         if (position >= stream.size()) return false;
         sheets.push_back(std::make_unique<Sheet>(this, i));
         GridSink sink(*sheets.back(), workbook.sst.strings.size());
-        if (worksheets[i].Read(base + position, stream.size() - position, &sink, &workbook.sst.strings,
+        // Only worksheets hold cells; the records of chart and macro sheets are kept as they are.
+        const bool worksheet = workbook.boundSheets[i].sheetType == 0;
+        if (worksheets[i].Read(base + position, stream.size() - position, worksheet ? &sink : nullptr,
+                               &workbook.sst.strings,
                                &workbook.sst.wide) == 0)
             return false;
+        missing += sink.missing();
     }
+    missingStrings_ = missing;
     // The grids hold the values now: the shared strings are rebuilt when saving.
     workbook.sst = Workbook::SharedStringTable();
     workbook_ = std::move(workbook);
@@ -183,31 +213,22 @@ bool Book::SaveAs(const wchar_t* filename) { return filename && SaveAs(Utf16ToUt
 bool Book::SaveAs(const char* filename)
 {
     if (!filename) return false;
-    {
-        CompoundFile container;
-        if (!container.Create(std::string(filename)) || container.MakeFile(L"\\Workbook") != CompoundFile::kOk)
-            return false;
-    }
+    // The stream is made before the file is touched, so a failure leaves any file as it was.
+    std::vector<std::uint8_t> stream;
+    if (!MakeStream(stream)) return false;
+    CompoundFile container;
+    if (!container.Create(std::string(filename)) || container.MakeFile(L"\\Workbook") != CompoundFile::kOk ||
+        !container.WriteStream(L"\\Workbook", std::move(stream)))
+        return false;
     path_ = filename;
-    return Save();
+    return true;
 }
 
 bool Book::Save()
 {
     if (path_.empty()) return false;
-    UpdateWorksheets();
-    AdjustStreamPositions();
-    std::size_t total = workbook_.RecordSize();
-    for (Worksheet& ws : worksheets_) total += ws.RecordSize();
-    std::vector<std::uint8_t> buffer(total);
-    char* out = reinterpret_cast<char*>(buffer.data());
-    std::size_t at = workbook_.Write(out);
-    for (Worksheet& ws : worksheets_) at += ws.Write(out + at);
-    // The records were only needed to write the stream.
-    for (Worksheet& ws : worksheets_) ws.cellTable.rowBlocks.clear();
-    workbook_.sst = Workbook::SharedStringTable();
-    if (at != total) return false;
-
+    std::vector<std::uint8_t> stream;
+    if (!MakeStream(stream)) return false;
     CompoundFile container;
     if (!container.Open(path_, CompoundFile::Mode::ReadWrite)) return false;
     std::wstring name;
@@ -215,7 +236,44 @@ bool Book::Save()
         name = L"Workbook";
         if (container.MakeFile(L"\\Workbook") != CompoundFile::kOk) return false;
     }
-    return container.WriteStream(L"\\" + name, std::move(buffer));
+    return container.WriteStream(L"\\" + name, std::move(stream));
+}
+
+bool Book::SaveToMemory(std::vector<std::uint8_t>& image)
+{
+    std::vector<std::uint8_t> stream;
+    if (!MakeStream(stream)) return false;
+    std::vector<cfb::Entry> entries(2);
+    entries[0].name = u"Root Entry";
+    entries[0].type = cfb::kRoot;
+    entries[0].children.push_back(1);
+    entries[1].name = u"Workbook";
+    entries[1].type = cfb::kStream;
+    entries[1].parent = 0;
+    entries[1].size = stream.size();
+    entries[1].data = std::move(stream);
+    image = cfb::WriteImage(entries);
+    return true;
+}
+
+bool Book::MakeStream(std::vector<std::uint8_t>& stream)
+{
+    UpdateWorksheets();
+    AdjustStreamPositions();
+    std::size_t total = workbook_.RecordSize();
+    for (Worksheet& ws : worksheets_) total += ws.RecordSize();
+    std::vector<std::uint8_t> buffer(total);
+    // Every record is checked against the room left before its bytes go in: a layout that
+    // disagrees with the sizes above fails here instead of writing past the buffer.
+    biff::Output out(reinterpret_cast<char*>(buffer.data()), buffer.size());
+    out.Took(workbook_.Write(out.next(), out.room()));
+    for (Worksheet& ws : worksheets_) out.Took(ws.Write(out.next(), out.room()));
+    // The records were only needed to write the stream.
+    for (Worksheet& ws : worksheets_) ws.cellTable.rowBlocks.clear();
+    workbook_.sst = Workbook::SharedStringTable();
+    if (!out.ok() || out.written() != total) return false;
+    stream = std::move(buffer);
+    return true;
 }
 
 void Book::UpdateWorksheets()
@@ -257,49 +315,72 @@ void Book::UpdateWorksheets()
         std::size_t firstRow = SIZE_MAX, lastRow = 0, firstCol = SIZE_MAX, lastCol = 0;
         RowBlock* block = nullptr;
         std::size_t blockStart = SIZE_MAX;
-        for (const auto& entry : sheets_[s]->Rows()) {
-            const std::size_t r = entry.first;
-            const Sheet::Row& cells = entry.second;
+        // Rows with cells, and rows read with a Row record of their own (height, format) even
+        // when they hold no cell.
+        const auto& grid = sheets_[s]->Rows();
+        auto cellRow = grid.begin();
+        auto formatRow = ws.rowFormats.begin();
+        static const Sheet::Row kNoCells;
+        while (cellRow != grid.end() || formatRow != ws.rowFormats.end()) {
+            const bool fromGrid = formatRow == ws.rowFormats.end() ||
+                                  (cellRow != grid.end() && cellRow->first <= formatRow->first);
+            const std::size_t r = fromGrid ? cellRow->first : formatRow->first;
+            const Sheet::Row& cells = fromGrid ? cellRow->second : kNoCells;
+            const bool formatted = formatRow != ws.rowFormats.end() && formatRow->first == r;
+            if (fromGrid) ++cellRow;
+            if (formatted) ++formatRow;
             std::size_t first = SIZE_MAX, last = 0;
             for (std::size_t c = 0; c < cells.size(); ++c)
-                if (cells[c].Type() != Cell::kUndefined) {
+                if (Written(cells[c])) {
                     if (first == SIZE_MAX) first = c;
                     last = c;
                 }
-            if (first == SIZE_MAX) continue;  // no defined cell in this row
+            if (first == SIZE_MAX && !formatted) continue;  // nothing to write for this row
             if (!block || r / kRowsPerBlock != blockStart) {
                 ws.cellTable.rowBlocks.emplace_back();
                 block = &ws.cellTable.rowBlocks.back();
                 blockStart = r / kRowsPerBlock;
                 block->cells.reserve(kRowsPerBlock * 18 * sheets_[s]->GetTotalCols());
             }
-            RowBlock::Row row;
+            const auto format = ws.rowFormats.find(static_cast<std::uint16_t>(r));
+            RowBlock::Row row = format != ws.rowFormats.end() ? format->second : RowBlock::Row();
             row.row = static_cast<std::uint16_t>(r);
+            block->firstCellOfRow.push_back(block->cells.size());
+            if (first == SIZE_MAX) {  // a row of its own format and height only
+                row.firstCol = row.lastColPlus1 = 0;
+                block->rows.push_back(row);
+                continue;
+            }
             row.firstCol = static_cast<std::uint16_t>(first);
             row.lastColPlus1 = static_cast<std::uint16_t>(last + 1);
             block->rows.push_back(row);
-            block->firstCellOfRow.push_back(block->cells.size());
             for (std::size_t c = first; c <= last; ++c) {
                 const Cell& cell = cells[c];
                 const auto row16 = static_cast<std::uint16_t>(r), col16 = static_cast<std::uint16_t>(c);
+                const std::uint16_t xf = cell.GetFormat();
                 std::uint32_t rk = 0;
                 switch (cell.Type()) {
                 case Cell::kInteger:
-                    if (CellBlock::RK::EncodeInteger(cell.GetInteger(), rk))
-                        CellBlock::RK::Append(block->cells, row16, col16, kCellXF, rk);
+                    if (cell.IsBoolean() || cell.IsError())
+                        CellBlock::BoolErr::Append(block->cells, row16, col16, xf,
+                                                   static_cast<std::uint8_t>(cell.GetInteger()), cell.IsError() ? 1 : 0);
+                    else if (CellBlock::RK::EncodeInteger(cell.GetInteger(), rk))
+                        CellBlock::RK::Append(block->cells, row16, col16, xf, rk);
                     else
-                        CellBlock::Number::Append(block->cells, row16, col16, kCellXF, cell.GetInteger());
+                        CellBlock::Number::Append(block->cells, row16, col16, xf, cell.GetInteger());
                     break;
-                case Cell::kDouble: CellBlock::Number::Append(block->cells, row16, col16, kCellXF, cell.GetDouble()); break;
+                case Cell::kDouble: CellBlock::Number::Append(block->cells, row16, col16, xf, cell.GetDouble()); break;
                 case Cell::kString:
-                    CellBlock::LabelSST::Append(block->cells, row16, col16, kCellXF, narrowString(cell));
+                    CellBlock::LabelSST::Append(block->cells, row16, col16, xf, narrowString(cell));
                     ++total;
                     break;
                 case Cell::kWString:
-                    CellBlock::LabelSST::Append(block->cells, row16, col16, kCellXF, wideString(cell));
+                    CellBlock::LabelSST::Append(block->cells, row16, col16, xf, wideString(cell));
                     ++total;
                     break;
-                default: break;
+                default:
+                    if (xf != Cell::kDefaultFormat) CellBlock::Blank::Append(block->cells, row16, col16, xf);
+                    break;
                 }
             }
             if (firstRow == SIZE_MAX) firstRow = r;

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <memory>
 #include <string>
 #include <vector>
@@ -34,6 +35,8 @@ public:
     // Writes the workbook as a new file (replacing one of that name).
     bool SaveAs(const char* filename);
     bool SaveAs(const wchar_t* filename);
+    // The file image SaveAs would write, in memory; the book stays with its file, if any.
+    bool SaveToMemory(std::vector<std::uint8_t>& image);
 
     std::size_t GetTotalWorkSheets() const { return sheets_.size(); }
     Sheet* GetWorksheet(std::size_t index);
@@ -61,6 +64,10 @@ public:
     bool RenameWorksheet(const char* from, const char* to);
     bool RenameWorksheet(const wchar_t* from, const wchar_t* to);
 
+    // Cells of the last Load whose shared string the file's table does not hold: they are kept
+    // with empty text. Non-zero means a damaged file.
+    std::size_t GetMissingStringCount() const { return missingStrings_; }
+
     // The record sets behind the sheets (rebuilt from the grids on Save).
     Workbook& GetWorkbook() { return workbook_; }
 
@@ -71,6 +78,9 @@ private:
     bool Delete(std::size_t index);
     void UpdateWorksheets();
     void AdjustStreamPositions();
+    // The "Workbook" stream of the book as it stands; false (and `stream` untouched) when the
+    // records do not come out at the sizes they were laid out with.
+    bool MakeStream(std::vector<std::uint8_t>& stream);
     bool LoadStream(const std::vector<std::uint8_t>& stream);
     static bool ReadWorkbookStream(class CompoundFile& container, std::vector<std::uint8_t>& stream);
 
@@ -78,6 +88,7 @@ private:
     Workbook workbook_;
     std::vector<Worksheet> worksheets_;
     std::vector<std::unique_ptr<Sheet>> sheets_;
+    std::size_t missingStrings_ = 0;
     std::string ansiName_;
     std::wstring wideName_;
 };

@@ -14,12 +14,14 @@ void Cell::Release()
     if (type_ == kString) delete[] value_.s;
     if (type_ == kWString) delete[] value_.w;
     type_ = kUndefined;
+    logical_ = kNotLogical;
     length_ = 0;
     value_.i = 0;
 }
 
 void Cell::CopyFrom(const Cell& other)
 {
+    xf_ = other.xf_;
     if (other.type_ == kString)
         SetString(other.value_.s, other.length_);
     else if (other.type_ == kWString)
@@ -28,14 +30,17 @@ void Cell::CopyFrom(const Cell& other)
         type_ = other.type_;
         value_ = other.value_;
         length_ = 0;
+        logical_ = other.logical_;
     }
 }
 
 Cell::Cell(const Cell& other) : Cell() { CopyFrom(other); }
 
-Cell::Cell(Cell&& other) noexcept : value_(other.value_), length_(other.length_), type_(other.type_)
+Cell::Cell(Cell&& other) noexcept
+    : value_(other.value_), length_(other.length_), type_(other.type_), logical_(other.logical_), xf_(other.xf_)
 {
     other.type_ = kUndefined;
+    other.logical_ = kNotLogical;
     other.length_ = 0;
     other.value_.i = 0;
 }
@@ -56,7 +61,10 @@ Cell& Cell::operator=(Cell&& other) noexcept
         value_ = other.value_;
         length_ = other.length_;
         type_ = other.type_;
+        logical_ = other.logical_;
+        xf_ = other.xf_;
         other.type_ = kUndefined;
+        other.logical_ = kNotLogical;
         other.length_ = 0;
         other.value_.i = 0;
     }
@@ -143,5 +151,11 @@ void Cell::SetWString(const wchar_t* text, std::size_t length)
 }
 
 void Cell::EraseContents() { Release(); }
+
+void Cell::SetLogical(int value, bool isError)
+{
+    SetInteger(value);
+    logical_ = isError ? kError : kBoolean;
+}
 
 }  // namespace xls

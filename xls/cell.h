@@ -1,7 +1,9 @@
 // One cell of a sheet: undefined, an integer, a double, a narrow string or a wide string.
 //
 // Narrow strings are 8-bit code units as a workbook stores them (no encoding conversion);
-// wide strings are wchar_t text. A cell takes 16 bytes; its text lives on the heap.
+// wide strings are wchar_t text. Each cell keeps its format (the index of an XF record of the
+// workbook) through any change of value; a loaded boolean or error value reads as an integer
+// and stays a boolean or error until it is set. A cell takes 16 bytes; its text lives on the heap.
 #pragma once
 
 #include <cstddef>
@@ -15,6 +17,7 @@ namespace xls {
 class ORDERVIEW_API Cell {
 public:
     enum Kind { kUndefined = 0, kInteger = 1, kDouble = 2, kString = 3, kWString = 4 };
+    static constexpr std::uint16_t kDefaultFormat = 15;  // the default cell XF of a workbook
 
     Cell() { value_.i = 0; }
     ~Cell();
@@ -45,12 +48,14 @@ public:
     void SetInteger(int value)
     {
         if (type_ >= kString) Release();
+        logical_ = kNotLogical;
         type_ = kInteger;
         value_.i = value;
     }
     void SetDouble(double value)
     {
         if (type_ >= kString) Release();
+        logical_ = kNotLogical;
         type_ = kDouble;
         value_.d = value;
     }
@@ -58,7 +63,17 @@ public:
     void SetString(const char* text, std::size_t length);
     void SetWString(const wchar_t* text);
     void SetWString(const wchar_t* text, std::size_t length);
+    // Makes the cell undefined; its format stays.
     void EraseContents();
+
+    // The format index (XF) the cell is written with.
+    std::uint16_t GetFormat() const { return xf_; }
+    void SetFormat(std::uint16_t xf) { xf_ = xf; }
+    // A boolean (0 or 1) or error code as a workbook stores it: reads as that integer, and is
+    // written back as a boolean or error.
+    void SetLogical(int value, bool isError);
+    bool IsBoolean() const { return logical_ == kBoolean; }
+    bool IsError() const { return logical_ == kError; }
 
 private:
     void Release();
@@ -72,6 +87,9 @@ private:
     } value_;
     std::uint32_t length_ = 0;
     std::uint8_t type_ = kUndefined;
+    enum : std::uint8_t { kNotLogical, kBoolean, kError };
+    std::uint8_t logical_ = kNotLogical;
+    std::uint16_t xf_ = kDefaultFormat;
 };
 
 }  // namespace xls

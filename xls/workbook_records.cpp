@@ -5,39 +5,41 @@
 
 namespace xls {
 
+namespace {
+constexpr std::size_t kMaxNameLength = 255;  // font, style and sheet names
+}  // namespace
+
 using biff::Builder;
 using biff::Cursor;
 using biff::ReadFields;
-using biff::WriteFields;
+
+// Only the shared string table continues its data in CONTINUE parts here; every other record
+// of the globals keeps within one part, trimmed to what its fields may hold (names of at most
+// 255 characters), so an oversized record read from a file is written back legal.
 
 // --- Window1 ---
 Workbook::Window1::Window1() : Record(0x003D) {}
 
 std::size_t Workbook::Window1::Read(const char* stream)
 {
-    const std::size_t consumed = Record::Read(stream);
-    Cursor c(data.data(), data.size());
-    left = c.U16();
-    top = c.U16();
-    width = c.U16();
-    height = c.U16();
-    options = c.U16();
-    activeSheet = c.U16();
-    firstVisibleTab = c.U16();
-    selectedTabs = c.U16();
-    tabRatio = c.U16();
-    return consumed;
+    return ReadFields(*this, stream, [this](Cursor& c) {
+        left = c.U16();
+        top = c.U16();
+        width = c.U16();
+        height = c.U16();
+        options = c.U16();
+        activeSheet = c.U16();
+        firstVisibleTab = c.U16();
+        selectedTabs = c.U16();
+        tabRatio = c.U16();
+    });
 }
 
-std::size_t Workbook::Window1::DataSize() { return 18; }
-std::size_t Workbook::Window1::RecordSize() { return 22; }
-
-std::size_t Workbook::Window1::Write(char* stream)
+void Workbook::Window1::Serialize()
 {
-    return WriteFields(*this, stream, [this](Builder& b) {
-        for (std::uint16_t v : {left, top, width, height, options, activeSheet, firstVisibleTab, selectedTabs, tabRatio})
-            b.U16(v);
-    });
+    Builder b = biff::Fields(data, continueIndices);
+    for (std::uint16_t v : {left, top, width, height, options, activeSheet, firstVisibleTab, selectedTabs, tabRatio})
+        b.U16(v);
 }
 
 // --- Font ---
@@ -45,36 +47,32 @@ Workbook::Font::Font() : Record(0x0031) {}
 
 std::size_t Workbook::Font::Read(const char* stream)
 {
-    const std::size_t consumed = Record::Read(stream);
-    Cursor c(data.data(), data.size());
-    height = c.U16();
-    options = c.U16();
-    colorIndex = c.U16();
-    weight = c.U16();
-    escapement = c.U16();
-    underline = c.U8();
-    family = c.U8();
-    charset = c.U8();
-    reserved = c.U8();
-    const std::uint8_t length = c.U8();
-    const bool wideName = (c.U8() & 1) != 0;
-    name = c.Chars(length, wideName);
-    return consumed;
+    return ReadFields(*this, stream, [this](Cursor& c) {
+        height = c.U16();
+        options = c.U16();
+        colorIndex = c.U16();
+        weight = c.U16();
+        escapement = c.U16();
+        underline = c.U8();
+        family = c.U8();
+        charset = c.U8();
+        reserved = c.U8();
+        const std::uint8_t length = c.U8();
+        const bool wideName = (c.U8() & 1) != 0;
+        name = c.Chars(length, wideName);
+    });
 }
 
-std::size_t Workbook::Font::DataSize() { return 16 + name.size() * (biff::FitsCompressed(name) ? 1 : 2); }
-std::size_t Workbook::Font::RecordSize() { return 4 + DataSize(); }
-
-std::size_t Workbook::Font::Write(char* stream)
+void Workbook::Font::Serialize()
 {
-    return WriteFields(*this, stream, [this](Builder& b) {
-        for (std::uint16_t v : {height, options, colorIndex, weight, escapement}) b.U16(v);
-        for (std::uint8_t v : {underline, family, charset, reserved}) b.U8(v);
-        const bool wide = !biff::FitsCompressed(name);
-        b.U8(static_cast<std::uint8_t>(std::min<std::size_t>(name.size(), 255)));
-        b.U8(wide ? 1 : 0);
-        b.Chars(name.substr(0, 255), wide);
-    });
+    Builder b = biff::Fields(data, continueIndices);
+    for (std::uint16_t v : {height, options, colorIndex, weight, escapement}) b.U16(v);
+    for (std::uint8_t v : {underline, family, charset, reserved}) b.U8(v);
+    const std::u16string shown = name.substr(0, kMaxNameLength);
+    const bool wide = !biff::FitsCompressed(shown);
+    b.U8(static_cast<std::uint8_t>(shown.size()));
+    b.U8(wide ? 1 : 0);
+    b.Chars(shown, wide);
 }
 
 // --- XF ---
@@ -82,25 +80,20 @@ Workbook::XF::XF() : Record(0x00E0) {}
 
 std::size_t Workbook::XF::Read(const char* stream)
 {
-    const std::size_t consumed = Record::Read(stream);
-    Cursor c(data.data(), data.size());
-    fontIndex = c.U16();
-    formatIndex = c.U16();
-    std::memset(attributes, 0, sizeof attributes);
-    if (data.size() > 4) std::memcpy(attributes, data.data() + 4, std::min(sizeof attributes, data.size() - 4));
-    return consumed;
+    return ReadFields(*this, stream, [this](Cursor& c) {
+        fontIndex = c.U16();
+        formatIndex = c.U16();
+        std::memset(attributes, 0, sizeof attributes);
+        if (data.size() > 4) std::memcpy(attributes, data.data() + 4, std::min(sizeof attributes, data.size() - 4));
+    });
 }
 
-std::size_t Workbook::XF::DataSize() { return 20; }
-std::size_t Workbook::XF::RecordSize() { return 24; }
-
-std::size_t Workbook::XF::Write(char* stream)
+void Workbook::XF::Serialize()
 {
-    return WriteFields(*this, stream, [this](Builder& b) {
-        b.U16(fontIndex);
-        b.U16(formatIndex);
-        b.Bytes(attributes, sizeof attributes);
-    });
+    Builder b = biff::Fields(data, continueIndices);
+    b.U16(fontIndex);
+    b.U16(formatIndex);
+    b.Bytes(attributes, sizeof attributes);
 }
 
 // --- Style ---
@@ -108,42 +101,34 @@ Workbook::Style::Style() : Record(0x0293) {}
 
 std::size_t Workbook::Style::Read(const char* stream)
 {
-    const std::size_t consumed = Record::Read(stream);
-    Cursor c(data.data(), data.size());
-    xfIndex = c.U16();
-    name.clear();
-    if (xfIndex & 0x8000) {
-        builtinId = c.U8();
-        level = c.U8();
-    } else {
-        const std::uint16_t length = c.U16();
-        wideName = (c.U8() & 1) != 0;
-        name = c.Chars(length, wideName);
-    }
-    return consumed;
-}
-
-std::size_t Workbook::Style::DataSize()
-{
-    return (xfIndex & 0x8000) ? 4 : 5 + name.size() * (biff::FitsCompressed(name) ? 1 : 2);
-}
-
-std::size_t Workbook::Style::RecordSize() { return 4 + DataSize(); }
-
-std::size_t Workbook::Style::Write(char* stream)
-{
-    return WriteFields(*this, stream, [this](Builder& b) {
-        b.U16(xfIndex);
+    return ReadFields(*this, stream, [this](Cursor& c) {
+        xfIndex = c.U16();
+        name.clear();
         if (xfIndex & 0x8000) {
-            b.U8(builtinId);
-            b.U8(level);
+            builtinId = c.U8();
+            level = c.U8();
         } else {
-            const bool wide = !biff::FitsCompressed(name);
-            b.U16(static_cast<std::uint16_t>(name.size()));
-            b.U8(wide ? 1 : 0);
-            b.Chars(name, wide);
+            const std::uint16_t length = c.U16();
+            wideName = (c.U8() & 1) != 0;
+            name = c.Chars(length, wideName);
         }
     });
+}
+
+void Workbook::Style::Serialize()
+{
+    Builder b = biff::Fields(data, continueIndices);
+    b.U16(xfIndex);
+    if (xfIndex & 0x8000) {
+        b.U8(builtinId);
+        b.U8(level);
+    } else {
+        const std::u16string shown = name.substr(0, kMaxNameLength);
+        const bool wide = !biff::FitsCompressed(shown);
+        b.U16(static_cast<std::uint16_t>(shown.size()));
+        b.U8(wide ? 1 : 0);
+        b.Chars(shown, wide);
+    }
 }
 
 // --- BoundSheet ---
@@ -151,35 +136,27 @@ Workbook::BoundSheet::BoundSheet() : Record(0x0085) {}
 
 std::size_t Workbook::BoundSheet::Read(const char* stream)
 {
-    const std::size_t consumed = Record::Read(stream);
-    Cursor c(data.data(), data.size());
-    streamPosition = c.U32();
-    visibility = c.U8();
-    sheetType = c.U8();
-    const std::uint8_t length = c.U8();
-    const bool wide = (c.U8() & 1) != 0;
-    name = c.Chars(length, wide);
-    return consumed;
-}
-
-std::size_t Workbook::BoundSheet::DataSize()
-{
-    return 8 + std::min<std::size_t>(name.size(), 255) * (biff::FitsCompressed(name) ? 1 : 2);
-}
-
-std::size_t Workbook::BoundSheet::RecordSize() { return 4 + DataSize(); }
-
-std::size_t Workbook::BoundSheet::Write(char* stream)
-{
-    return WriteFields(*this, stream, [this](Builder& b) {
-        b.U32(streamPosition);
-        b.U8(visibility);
-        b.U8(sheetType);
-        const bool wide = !biff::FitsCompressed(name);
-        b.U8(static_cast<std::uint8_t>(std::min<std::size_t>(name.size(), 255)));
-        b.U8(wide ? 1 : 0);
-        b.Chars(name.substr(0, 255), wide);
+    return ReadFields(*this, stream, [this](Cursor& c) {
+        streamPosition = c.U32();
+        visibility = c.U8();
+        sheetType = c.U8();
+        const std::uint8_t length = c.U8();
+        const bool wide = (c.U8() & 1) != 0;
+        name = c.Chars(length, wide);
     });
+}
+
+void Workbook::BoundSheet::Serialize()
+{
+    Builder b = biff::Fields(data, continueIndices);
+    b.U32(streamPosition);
+    b.U8(visibility);
+    b.U8(sheetType);
+    const std::u16string shown = name.substr(0, kMaxNameLength);
+    const bool wide = !biff::FitsCompressed(shown);
+    b.U8(static_cast<std::uint8_t>(shown.size()));
+    b.U8(wide ? 1 : 0);
+    b.Chars(shown, wide);
 }
 
 // --- SharedStringTable ---
@@ -195,124 +172,77 @@ std::size_t Workbook::SharedStringTable::Read(const char* stream)
     Cursor c(data.data(), data.size());
     totalStrings = c.U32();
     const std::uint32_t unique = c.U32();
-    // A string's characters may run on into the next CONTINUE part, which then starts with a
-    // flag byte giving the width of the characters that follow.
-    std::size_t boundary = 0;
-    auto nextBoundary = [&](std::size_t at) {
-        while (boundary < continueIndices.size() && continueIndices[boundary] <= at) ++boundary;
-        return boundary < continueIndices.size() ? continueIndices[boundary] : data.size();
-    };
     for (std::uint32_t i = 0; i < unique; ++i) {
         if (c.left() < 3) {
             complete = false;  // the stored count runs past the data
             break;
         }
-        std::size_t remaining = c.U16();
+        const std::uint16_t count = c.U16();
         const std::uint8_t flags = c.U8();
-        bool sixteen = (flags & 1) != 0, anySixteen = sixteen;
         const std::uint16_t runs = (flags & 0x08) ? c.U16() : 0;
         const std::uint32_t extSize = (flags & 0x04) ? c.U32() : 0;
-        std::u16string text;
-        text.reserve(remaining);
-        while (remaining > 0 && c.ok()) {
-            const std::size_t limit = nextBoundary(c.at());
-            const std::size_t fit = (limit > c.at() ? limit - c.at() : 0) / (sixteen ? 2 : 1);
-            const std::size_t take = std::min(remaining, fit);
-            text += c.Chars(take, sixteen);
-            remaining -= take;
-            if (remaining == 0) break;
-            if (c.at() != limit || limit == data.size()) {  // the characters do not reach a part boundary
-                complete = false;
-                break;
-            }
-            sixteen = (c.U8() & 1) != 0;
-            anySixteen = anySixteen || sixteen;
-        }
+        bool anyWide = false;
+        std::u16string text = biff::ContinuedChars(c, count, (flags & 1) != 0, continueIndices, anyWide);
         c.Skip(4u * runs);
         c.Skip(extSize);
-        if (!c.ok() || remaining > 0) {
+        if (!c.ok()) {
             complete = false;
             break;
         }
         strings.push_back(std::move(text));
-        wide.push_back(anySixteen);
+        wide.push_back(anyWide);
     }
     return consumed;
 }
 
 void Workbook::SharedStringTable::Layout()
 {
-    data.clear();
     continueIndices.clear();
+    Builder b = biff::Fields(data, continueIndices);
     stringOffsets.clear();
     stringOffsets.reserve(strings.size());
-    Builder b(data);
     b.U32(totalStrings);
     b.U32(static_cast<std::uint32_t>(strings.size()));
     std::size_t partStart = 0;
-    auto cut = [&]() {
-        continueIndices.push_back(data.size());
-        partStart = data.size();
-    };
     for (std::size_t i = 0; i < strings.size(); ++i) {
         const std::u16string& text = strings[i];
-        const bool sixteen = i < wide.size() ? wide[i] || !biff::FitsCompressed(text) : !biff::FitsCompressed(text);
+        const bool sixteen = (i < wide.size() && wide[i]) || !biff::FitsCompressed(text);
         const std::size_t unit = sixteen ? 2 : 1;
         // Keep a string's header and first character in one part.
-        if (data.size() - partStart + 3 + (text.empty() ? 0 : unit) > kMaxRecordData) cut();
-        stringOffsets.push_back(data.size());
-        b.U16(static_cast<std::uint16_t>(std::min<std::size_t>(text.size(), 0xFFFF)));
-        b.U8(sixteen ? 1 : 0);
-        std::size_t done = 0;
-        const std::size_t length = std::min<std::size_t>(text.size(), 0xFFFF);
-        while (done < length) {
-            const std::size_t space = (kMaxRecordData - (data.size() - partStart)) / unit;
-            const std::size_t take = std::min(length - done, space);
-            b.Chars(text.substr(done, take), sixteen);
-            done += take;
-            if (done < length) {
-                cut();
-                b.U8(sixteen ? 1 : 0);
-            }
+        if (data.size() - partStart + 3 + (text.empty() ? 0 : unit) > kMaxRecordData) {
+            continueIndices.push_back(data.size());
+            partStart = data.size();
         }
+        stringOffsets.push_back(data.size());
+        const std::size_t length = std::min<std::size_t>(text.size(), 0xFFFF);
+        b.U16(static_cast<std::uint16_t>(length));
+        b.U8(sixteen ? 1 : 0);
+        biff::AppendContinuedChars(data, continueIndices, partStart,
+                                   length == text.size() ? text : text.substr(0, length), sixteen);
     }
     dataSize = data.size();
     laidOut_ = true;
 }
 
-std::size_t Workbook::SharedStringTable::DataSize()
+void Workbook::SharedStringTable::Serialize()
 {
     if (!laidOut_) Layout();
-    return data.size();
-}
-
-std::size_t Workbook::SharedStringTable::RecordSize()
-{
-    if (!laidOut_) Layout();
-    return data.size() + 4 * (continueIndices.size() + 1);
-}
-
-std::size_t Workbook::SharedStringTable::Write(char* stream)
-{
-    if (!laidOut_) Layout();
-    return WriteData(stream);
 }
 
 // --- ExtSST ---
 Workbook::ExtSST::ExtSST() : Record(0x00FF) {}
-std::size_t Workbook::ExtSST::DataSize() { return 2 + 8 * buckets.size(); }
-std::size_t Workbook::ExtSST::RecordSize() { return PartsSize(DataSize()); }
 
-std::size_t Workbook::ExtSST::Write(char* stream)
+void Workbook::ExtSST::Serialize()
 {
-    return WriteFields(*this, stream, [this](Builder& b) {
-        b.U16(stringsPerBucket);
-        for (const Bucket& bucket : buckets) {
-            b.U32(bucket.streamPosition);
-            b.U16(bucket.recordOffset);
-            b.U16(0);
-        }
-    });
+    Builder b = biff::Fields(data, continueIndices);
+    b.U16(stringsPerBucket);
+    // At most the buckets one record holds (a table of any size needs no more than 128).
+    const std::size_t count = std::min(buckets.size(), (kMaxRecordData - 2) / 8);
+    for (std::size_t i = 0; i < count; ++i) {
+        b.U32(buckets[i].streamPosition);
+        b.U16(buckets[i].recordOffset);
+        b.U16(0);
+    }
 }
 
 // --- Workbook ---
@@ -349,6 +279,8 @@ void Workbook::Reset()
     boundSheets.assign(1, BoundSheet());
     sst = SharedStringTable();
     extSST = ExtSST();
+    layout.clear();
+    others.clear();
 }
 
 std::size_t Workbook::Read(const char* stream, std::size_t size)
@@ -358,27 +290,41 @@ std::size_t Workbook::Read(const char* stream, std::size_t size)
     styles.clear();
     boundSheets.clear();
     sst = SharedStringTable();
+    layout.clear();
+    others.clear();
     std::size_t at = 0;
     bool first = true;
+    bool seen[kGroups] = {};
     while (at < size) {
         const auto* p = reinterpret_cast<const std::uint8_t*>(stream + at);
         if (size - at < 4) return 0;
         const std::uint16_t code = biff::U16(p);
         Record* target = nullptr;
         Record scratch;
+        Group group = Group::Other;
         switch (code) {
         case 0x0809: target = &bof; break;
-        case 0x003D: target = &window1; break;
-        case 0x0031: fonts.emplace_back(); target = &fonts.back(); break;
-        case 0x00E0: xfs.emplace_back(); target = &xfs.back(); break;
-        case 0x0293: styles.emplace_back(); target = &styles.back(); break;
-        case 0x0085: boundSheets.emplace_back(); target = &boundSheets.back(); break;
-        case 0x00FC: target = &sst; break;
+        case 0x003D: target = &window1; group = Group::Window1; break;
+        case 0x0031: fonts.emplace_back(); target = &fonts.back(); group = Group::Fonts; break;
+        case 0x00E0: xfs.emplace_back(); target = &xfs.back(); group = Group::XFs; break;
+        case 0x0293: styles.emplace_back(); target = &styles.back(); group = Group::Styles; break;
+        case 0x0085: boundSheets.emplace_back(); target = &boundSheets.back(); group = Group::BoundSheets; break;
+        case 0x00FC: target = &sst; group = Group::SST; break;
+        case 0x00FF: target = &scratch; group = Group::ExtSST; break;  // rebuilt on write
         case 0x000A: target = &eof; break;
-        default: target = &scratch; break;  // not understood: read and dropped
+        case kContinue: target = &scratch; break;  // a stray part: dropped
+        default:  // not understood: kept as it is, in its place
+            others.emplace_back();
+            target = &others.back();
+            layout.push_back({Group::Other, others.size() - 1});
+            break;
         }
         if (first && code != 0x0809) return 0;  // the globals start with a BOF
         first = false;
+        if (group != Group::Other && !seen[static_cast<int>(group)]) {
+            seen[static_cast<int>(group)] = true;
+            layout.push_back({group, 0});
+        }
         const std::size_t consumed = target->ReadFrom(stream + at, size - at);
         if (consumed == 0) return 0;
         at += consumed;
@@ -387,19 +333,55 @@ std::size_t Workbook::Read(const char* stream, std::size_t size)
     return 0;  // no EOF
 }
 
+template <class Visit>
+void Workbook::ForEachRecord(Visit visit)
+{
+    bool done[kGroups] = {};
+    auto group = [&](Group g) {
+        // Groups keep their usual order: any earlier one missing from the layout comes first.
+        for (int k = 0; k <= static_cast<int>(g); ++k) {
+            if (done[k]) continue;
+            done[k] = true;
+            switch (static_cast<Group>(k)) {
+            case Group::Window1: visit(window1); break;
+            case Group::Fonts: for (auto& r : fonts) visit(r); break;
+            case Group::XFs: for (auto& r : xfs) visit(r); break;
+            case Group::Styles: for (auto& r : styles) visit(r); break;
+            case Group::BoundSheets: for (auto& r : boundSheets) visit(r); break;
+            case Group::SST: visit(sst); break;
+            case Group::ExtSST: visit(extSST); break;
+            case Group::Other: break;
+            }
+        }
+    };
+    visit(bof);
+    for (const Slot& slot : layout) {
+        if (slot.group == Group::Other) {
+            if (slot.other < others.size()) visit(others[slot.other]);
+        } else {
+            group(slot.group);
+        }
+    }
+    group(Group::ExtSST);
+    visit(eof);
+}
+
 std::size_t Workbook::SharedStringTableOffset()
 {
-    std::size_t at = bof.RecordSize() + window1.RecordSize();
-    for (auto& r : fonts) at += r.RecordSize();
-    for (auto& r : xfs) at += r.RecordSize();
-    for (auto& r : styles) at += r.RecordSize();
-    for (auto& r : boundSheets) at += r.RecordSize();
+    std::size_t at = 0;
+    bool found = false;
+    ForEachRecord([&](Record& r) {
+        if (&r == &sst) found = true;
+        if (!found) at += r.RecordSize();
+    });
     return at;
 }
 
 std::size_t Workbook::RecordSize()
 {
-    return SharedStringTableOffset() + sst.RecordSize() + extSST.RecordSize() + eof.RecordSize();
+    std::size_t size = 0;
+    ForEachRecord([&](Record& r) { size += r.RecordSize(); });
+    return size;
 }
 
 void Workbook::AdjustExtSSTPositions(std::size_t sstStreamPosition)
@@ -418,19 +400,11 @@ void Workbook::AdjustExtSSTPositions(std::size_t sstStreamPosition)
     }
 }
 
-std::size_t Workbook::Write(char* stream)
+std::size_t Workbook::Write(char* stream, std::size_t capacity)
 {
-    std::size_t at = 0;
-    at += bof.Write(stream + at);
-    at += window1.Write(stream + at);
-    for (auto& r : fonts) at += r.Write(stream + at);
-    for (auto& r : xfs) at += r.Write(stream + at);
-    for (auto& r : styles) at += r.Write(stream + at);
-    for (auto& r : boundSheets) at += r.Write(stream + at);
-    at += sst.Write(stream + at);
-    at += extSST.Write(stream + at);
-    at += eof.Write(stream + at);
-    return at;
+    biff::Output out(stream, capacity);
+    ForEachRecord([&](Record& r) { out.Put(r); });
+    return out.result();
 }
 
 }  // namespace xls

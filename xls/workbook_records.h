@@ -1,5 +1,6 @@
 // The workbook globals substream: the records the library understands, read into fields and
-// written back, with the shared string table's CONTINUE layout and a rebuilt ExtSST.
+// written back, with the shared string table's CONTINUE layout and a rebuilt ExtSST; the
+// records it does not understand are kept in their places.
 #pragma once
 
 #include <cstdint>
@@ -17,9 +18,7 @@ public:
     public:
         Window1();
         std::size_t Read(const char* stream) override;
-        std::size_t Write(char* stream) override;
-        std::size_t DataSize() override;
-        std::size_t RecordSize() override;
+        void Serialize() override;
         std::uint16_t left = 0x0168, top = 0x001E, width = 0x3A5C, height = 0x2328;
         std::uint16_t options = 0x0038, activeSheet = 0, firstVisibleTab = 0, selectedTabs = 1, tabRatio = 0x0258;
     };
@@ -29,9 +28,7 @@ public:
     public:
         Font();
         std::size_t Read(const char* stream) override;
-        std::size_t Write(char* stream) override;
-        std::size_t DataSize() override;
-        std::size_t RecordSize() override;
+        void Serialize() override;
         std::uint16_t height = 200;  // twips
         std::uint16_t options = 0;
         std::uint16_t colorIndex = 0x7FFF;
@@ -47,9 +44,7 @@ public:
     public:
         XF();
         std::size_t Read(const char* stream) override;
-        std::size_t Write(char* stream) override;
-        std::size_t DataSize() override;
-        std::size_t RecordSize() override;
+        void Serialize() override;
         std::uint16_t fontIndex = 0, formatIndex = 0;
         std::uint8_t attributes[16] = {};
     };
@@ -59,9 +54,7 @@ public:
     public:
         Style();
         std::size_t Read(const char* stream) override;
-        std::size_t Write(char* stream) override;
-        std::size_t DataSize() override;
-        std::size_t RecordSize() override;
+        void Serialize() override;
         std::uint16_t xfIndex = 0x8000;  // bit 15: built-in
         std::uint8_t builtinId = 0, level = 0xFF;
         std::u16string name;
@@ -73,9 +66,7 @@ public:
     public:
         BoundSheet();
         std::size_t Read(const char* stream) override;
-        std::size_t Write(char* stream) override;
-        std::size_t DataSize() override;
-        std::size_t RecordSize() override;
+        void Serialize() override;
         std::uint32_t streamPosition = 0;
         std::uint8_t visibility = 0, sheetType = 0;
         std::u16string name = u"Sheet1";
@@ -86,9 +77,7 @@ public:
     public:
         SharedStringTable();
         std::size_t Read(const char* stream) override;
-        std::size_t Write(char* stream) override;
-        std::size_t DataSize() override;
-        std::size_t RecordSize() override;
+        void Serialize() override;
         // Lays the strings out in parts of at most 8224 bytes (a string's characters continue
         // after a one-byte flag in the next part) and notes where each string starts.
         void Layout();
@@ -107,9 +96,7 @@ public:
     class ORDERVIEW_API ExtSST : public Record {
     public:
         ExtSST();
-        std::size_t Write(char* stream) override;
-        std::size_t DataSize() override;
-        std::size_t RecordSize() override;
+        void Serialize() override;
         struct Bucket {
             std::uint32_t streamPosition;
             std::uint16_t recordOffset;
@@ -124,12 +111,26 @@ public:
     // Parses the globals from `stream` until EOF; returns the bytes consumed, 0 when the
     // stream is no workbook globals or is damaged.
     std::size_t Read(const char* stream, std::size_t size);
-    std::size_t Write(char* stream);
+    // Writes the globals into `stream` of `capacity` bytes; returns the bytes written, or 0 with
+    // the stream incomplete when they do not fit.
+    std::size_t Write(char* stream, std::size_t capacity);
     std::size_t RecordSize();
     // Recomputes the ExtSST from the string layout, given the stream position of the SST record.
     void AdjustExtSSTPositions(std::size_t sstStreamPosition);
     // Stream position of the SST record within the globals.
     std::size_t SharedStringTableOffset();
+
+    // The globals' records in the order they were read: each group of understood records where
+    // its first record stood, and the records not understood (kept in `others`) between them.
+    // Groups missing from it are written in their usual order: Window1, fonts, formats, styles,
+    // sheets, strings, ExtSST.
+    enum class Group : std::uint8_t { Window1, Fonts, XFs, Styles, BoundSheets, SST, ExtSST, Other };
+    struct Slot {
+        Group group;
+        std::size_t other;  // index in `others` for Group::Other
+    };
+    std::vector<Slot> layout;
+    std::vector<Record> others;
 
     BOF bof;
     Window1 window1;
@@ -140,6 +141,13 @@ public:
     SharedStringTable sst;
     ExtSST extSST;
     Eof eof;
+
+private:
+    static constexpr int kGroups = 7;
+    // Visits every record in the order it is written: the one order behind the sizes, offsets
+    // and bytes of the globals.
+    template <class Visit>
+    void ForEachRecord(Visit visit);
 };
 
 }  // namespace xls

@@ -9,36 +9,52 @@ namespace xls {
 using biff::Builder;
 using biff::Cursor;
 using biff::ReadFields;
-using biff::WriteFields;
 using RowBlock = Worksheet::CellTable::RowBlock;
 using CellBlock = RowBlock::CellBlock;
 
 CellSink::~CellSink() = default;
 
-void CellSink::SharedText(std::uint16_t row, std::uint16_t col, std::uint32_t, const std::u16string& text, bool wide)
+void CellSink::SharedText(std::uint16_t row, std::uint16_t col, std::uint16_t xf, std::uint32_t,
+                          const std::u16string& text, bool wide)
 {
-    Text(row, col, text, wide);
+    Text(row, col, xf, text, wide);
 }
+
+void CellSink::MissingText(std::uint16_t, std::uint16_t, std::uint16_t, std::uint32_t) {}
+void CellSink::Logical(std::uint16_t row, std::uint16_t col, std::uint16_t xf, std::uint8_t value, bool)
+{
+    Integer(row, col, xf, value);
+}
+void CellSink::Blank(std::uint16_t, std::uint16_t, std::uint16_t) {}
 
 namespace {
 
-// Grows `out` by one record of `size` data bytes, writes its header and the cell's row, column
-// and format, and returns where the rest of the data goes.
-std::uint8_t* CellRecord(std::vector<std::uint8_t>& out, std::uint16_t code, std::uint16_t size, std::uint16_t row,
-                         std::uint16_t col, std::uint16_t xf)
+// Grows `out` by one record of `size` data bytes (a size one part holds), writes its header and
+// returns where the data goes.
+std::uint8_t* CellRecord(std::vector<std::uint8_t>& out, std::uint16_t code, std::uint16_t size)
 {
     const std::size_t at = out.size();
     out.resize(at + 4 + size);
     std::uint8_t* p = out.data() + at;
     biff::Put16(p, code);
     biff::Put16(p + 2, size);
-    biff::Put16(p + 4, row);
-    biff::Put16(p + 6, col);
-    biff::Put16(p + 8, xf);
-    return p + 10;
+    return p + 4;
+}
+
+// The row, column and format that every cell record starts with.
+void PutCell(std::uint8_t* p, std::uint16_t row, std::uint16_t col, std::uint16_t xf)
+{
+    biff::Put16(p, row);
+    biff::Put16(p + 2, col);
+    biff::Put16(p + 4, xf);
 }
 
 }  // namespace
+
+// Of the records here only String continues its text in CONTINUE parts (each part starting with
+// the flag byte of its characters). Index, DBCell, MulBlank, MulRK and Formula keep within one
+// part: the lists and the formula expression of an oversized record read from a file are
+// trimmed to what one part holds. The fixed-size records cannot outgrow one.
 
 // --- Index ---
 Worksheet::Index::Index() : Record(0x020B) {}
@@ -53,17 +69,15 @@ std::size_t Worksheet::Index::Read(const char* stream)
         while (c.left() >= 4) dbCellPositions.push_back(c.U32());
     });
 }
-std::size_t Worksheet::Index::DataSize() { return 16 + 4 * dbCellPositions.size(); }
-std::size_t Worksheet::Index::RecordSize() { return PartsSize(DataSize()); }
-std::size_t Worksheet::Index::Write(char* stream)
+void Worksheet::Index::Serialize()
 {
-    return WriteFields(*this, stream, [this](Builder& b) {
-        b.U32(0);
-        b.U32(firstRow);
-        b.U32(lastRowPlus1);
-        b.U32(defColWidthPosition);
-        for (std::uint32_t p : dbCellPositions) b.U32(p);
-    });
+    Builder b = biff::Fields(data, continueIndices);
+    b.U32(0);
+    b.U32(firstRow);
+    b.U32(lastRowPlus1);
+    b.U32(defColWidthPosition);
+    const std::size_t count = std::min(dbCellPositions.size(), (kMaxRecordData - 16) / 4);
+    for (std::size_t i = 0; i < count; ++i) b.U32(dbCellPositions[i]);
 }
 
 // --- Dimensions ---
@@ -77,17 +91,14 @@ std::size_t Worksheet::Dimensions::Read(const char* stream)
         lastColPlus1 = c.U16();
     });
 }
-std::size_t Worksheet::Dimensions::DataSize() { return 14; }
-std::size_t Worksheet::Dimensions::RecordSize() { return 18; }
-std::size_t Worksheet::Dimensions::Write(char* stream)
+void Worksheet::Dimensions::Serialize()
 {
-    return WriteFields(*this, stream, [this](Builder& b) {
-        b.U32(firstRow);
-        b.U32(lastRowPlus1);
-        b.U16(firstCol);
-        b.U16(lastColPlus1);
-        b.U16(0);
-    });
+    Builder b = biff::Fields(data, continueIndices);
+    b.U32(firstRow);
+    b.U32(lastRowPlus1);
+    b.U16(firstCol);
+    b.U16(lastColPlus1);
+    b.U16(0);
 }
 
 // --- Window2 ---
@@ -104,14 +115,11 @@ std::size_t Worksheet::Window2::Read(const char* stream)
         zoomNormal = c.U16();
     });
 }
-std::size_t Worksheet::Window2::DataSize() { return 18; }
-std::size_t Worksheet::Window2::RecordSize() { return 22; }
-std::size_t Worksheet::Window2::Write(char* stream)
+void Worksheet::Window2::Serialize()
 {
-    return WriteFields(*this, stream, [this](Builder& b) {
-        for (std::uint16_t v : {options, topRow, leftCol, gridColor, std::uint16_t{0}, zoomPageBreak, zoomNormal}) b.U16(v);
-        b.U32(0);
-    });
+    Builder b = biff::Fields(data, continueIndices);
+    for (std::uint16_t v : {options, topRow, leftCol, gridColor, std::uint16_t{0}, zoomPageBreak, zoomNormal}) b.U16(v);
+    b.U32(0);
 }
 
 // --- Row ---
@@ -128,16 +136,13 @@ std::size_t RowBlock::Row::Read(const char* stream)
         xf = c.U16();
     });
 }
-std::size_t RowBlock::Row::DataSize() { return 16; }
-std::size_t RowBlock::Row::RecordSize() { return 20; }
-std::size_t RowBlock::Row::Write(char* stream)
+void RowBlock::Row::Serialize()
 {
-    return WriteFields(*this, stream, [this](Builder& b) {
-        for (std::uint16_t v : {row, firstCol, lastColPlus1, height}) b.U16(v);
-        b.U32(0);
-        b.U16(options);
-        b.U16(xf);
-    });
+    Builder b = biff::Fields(data, continueIndices);
+    for (std::uint16_t v : {row, firstCol, lastColPlus1, height}) b.U16(v);
+    b.U32(0);
+    b.U16(options);
+    b.U16(xf);
 }
 
 // --- DBCell ---
@@ -150,14 +155,12 @@ std::size_t RowBlock::DBCell::Read(const char* stream)
         while (c.left() >= 2) cellOffsets.push_back(c.U16());
     });
 }
-std::size_t RowBlock::DBCell::DataSize() { return 4 + 2 * cellOffsets.size(); }
-std::size_t RowBlock::DBCell::RecordSize() { return PartsSize(DataSize()); }
-std::size_t RowBlock::DBCell::Write(char* stream)
+void RowBlock::DBCell::Serialize()
 {
-    return WriteFields(*this, stream, [this](Builder& b) {
-        b.U32(firstRowOffset);
-        for (std::uint16_t v : cellOffsets) b.U16(v);
-    });
+    Builder b = biff::Fields(data, continueIndices);
+    b.U32(firstRowOffset);
+    const std::size_t count = std::min(cellOffsets.size(), (kMaxRecordData - 4) / 2);
+    for (std::size_t i = 0; i < count; ++i) b.U16(cellOffsets[i]);
 }
 
 // --- Cell records ---
@@ -170,15 +173,15 @@ std::size_t CellBlock::Blank::Read(const char* stream)
         xf = c.U16();
     });
 }
-std::size_t CellBlock::Blank::DataSize() { return 6; }
-std::size_t CellBlock::Blank::RecordSize() { return 10; }
-std::size_t CellBlock::Blank::Write(char* stream)
+void CellBlock::Blank::Serialize()
 {
-    return WriteFields(*this, stream, [this](Builder& b) {
-        b.U16(row);
-        b.U16(col);
-        b.U16(xf);
-    });
+    biff::Fields(data, continueIndices);
+    data.resize(kDataSize);
+    PutCell(data.data(), row, col, xf);
+}
+void CellBlock::Blank::Append(std::vector<std::uint8_t>& out, std::uint16_t row, std::uint16_t col, std::uint16_t xf)
+{
+    PutCell(CellRecord(out, 0x0201, kDataSize), row, col, xf);
 }
 
 CellBlock::BoolErr::BoolErr() : Record(0x0205) {}
@@ -192,17 +195,23 @@ std::size_t CellBlock::BoolErr::Read(const char* stream)
         isError = c.U8();
     });
 }
-std::size_t CellBlock::BoolErr::DataSize() { return 8; }
-std::size_t CellBlock::BoolErr::RecordSize() { return 12; }
-std::size_t CellBlock::BoolErr::Write(char* stream)
+void CellBlock::BoolErr::Serialize()
 {
-    return WriteFields(*this, stream, [this](Builder& b) {
-        b.U16(row);
-        b.U16(col);
-        b.U16(xf);
-        b.U8(value);
-        b.U8(isError);
-    });
+    biff::Fields(data, continueIndices);
+    data.resize(kDataSize);
+    Put(data.data(), row, col, xf, value, isError);
+}
+void CellBlock::BoolErr::Put(std::uint8_t* p, std::uint16_t row, std::uint16_t col, std::uint16_t xf,
+                             std::uint8_t value, std::uint8_t isError)
+{
+    PutCell(p, row, col, xf);
+    p[6] = value;
+    p[7] = isError;
+}
+void CellBlock::BoolErr::Append(std::vector<std::uint8_t>& out, std::uint16_t row, std::uint16_t col,
+                                std::uint16_t xf, std::uint8_t value, std::uint8_t isError)
+{
+    Put(CellRecord(out, 0x0205, kDataSize), row, col, xf, value, isError);
 }
 
 CellBlock::LabelSST::LabelSST() : Record(0x00FD) {}
@@ -215,19 +224,22 @@ std::size_t CellBlock::LabelSST::Read(const char* stream)
         index = c.U32();
     });
 }
-std::size_t CellBlock::LabelSST::DataSize() { return 10; }
-std::size_t CellBlock::LabelSST::RecordSize() { return 14; }
-std::size_t CellBlock::LabelSST::Write(char* stream)
+void CellBlock::LabelSST::Serialize()
 {
-    data.clear();
-    Append(data, row, col, xf, index);
-    std::memcpy(stream, data.data(), data.size());
-    return data.size();
+    biff::Fields(data, continueIndices);
+    data.resize(kDataSize);
+    Put(data.data(), row, col, xf, index);
+}
+void CellBlock::LabelSST::Put(std::uint8_t* p, std::uint16_t row, std::uint16_t col, std::uint16_t xf,
+                              std::uint32_t index)
+{
+    PutCell(p, row, col, xf);
+    biff::Put32(p + 6, index);
 }
 void CellBlock::LabelSST::Append(std::vector<std::uint8_t>& out, std::uint16_t row, std::uint16_t col,
                                  std::uint16_t xf, std::uint32_t index)
 {
-    biff::Put32(CellRecord(out, 0x00FD, 10, row, col, xf), index);
+    Put(CellRecord(out, 0x00FD, kDataSize), row, col, xf, index);
 }
 
 CellBlock::MulBlank::MulBlank() : Record(0x00BE) {}
@@ -240,16 +252,14 @@ std::size_t CellBlock::MulBlank::Read(const char* stream)
         while (c.left() >= 4) xfs.push_back(c.U16());  // the last u16 is the last column
     });
 }
-std::size_t CellBlock::MulBlank::DataSize() { return 6 + 2 * xfs.size(); }
-std::size_t CellBlock::MulBlank::RecordSize() { return PartsSize(DataSize()); }
-std::size_t CellBlock::MulBlank::Write(char* stream)
+void CellBlock::MulBlank::Serialize()
 {
-    return WriteFields(*this, stream, [this](Builder& b) {
-        b.U16(row);
-        b.U16(firstCol);
-        for (std::uint16_t xf : xfs) b.U16(xf);
-        b.U16(static_cast<std::uint16_t>(firstCol + xfs.size() - 1));
-    });
+    Builder b = biff::Fields(data, continueIndices);
+    b.U16(row);
+    b.U16(firstCol);
+    const std::size_t count = std::min(xfs.size(), (kMaxRecordData - 6) / 2);
+    for (std::size_t i = 0; i < count; ++i) b.U16(xfs[i]);
+    b.U16(static_cast<std::uint16_t>(firstCol + count - 1));
 }
 
 CellBlock::MulRK::MulRK() : Record(0x00BD) {}
@@ -265,19 +275,17 @@ std::size_t CellBlock::MulRK::Read(const char* stream)
         }
     });
 }
-std::size_t CellBlock::MulRK::DataSize() { return 6 + 6 * items.size(); }
-std::size_t CellBlock::MulRK::RecordSize() { return PartsSize(DataSize()); }
-std::size_t CellBlock::MulRK::Write(char* stream)
+void CellBlock::MulRK::Serialize()
 {
-    return WriteFields(*this, stream, [this](Builder& b) {
-        b.U16(row);
-        b.U16(firstCol);
-        for (const Item& item : items) {
-            b.U16(item.xf);
-            b.U32(item.rk);
-        }
-        b.U16(static_cast<std::uint16_t>(firstCol + items.size() - 1));
-    });
+    Builder b = biff::Fields(data, continueIndices);
+    b.U16(row);
+    b.U16(firstCol);
+    const std::size_t count = std::min(items.size(), (kMaxRecordData - 6) / 6);
+    for (std::size_t i = 0; i < count; ++i) {
+        b.U16(items[i].xf);
+        b.U32(items[i].rk);
+    }
+    b.U16(static_cast<std::uint16_t>(firstCol + count - 1));
 }
 
 CellBlock::Number::Number() : Record(0x0203) {}
@@ -290,19 +298,21 @@ std::size_t CellBlock::Number::Read(const char* stream)
         value = c.F64();
     });
 }
-std::size_t CellBlock::Number::DataSize() { return 14; }
-std::size_t CellBlock::Number::RecordSize() { return 18; }
-std::size_t CellBlock::Number::Write(char* stream)
+void CellBlock::Number::Serialize()
 {
-    data.clear();
-    Append(data, row, col, xf, value);
-    std::memcpy(stream, data.data(), data.size());
-    return data.size();
+    biff::Fields(data, continueIndices);
+    data.resize(kDataSize);
+    Put(data.data(), row, col, xf, value);
+}
+void CellBlock::Number::Put(std::uint8_t* p, std::uint16_t row, std::uint16_t col, std::uint16_t xf, double value)
+{
+    PutCell(p, row, col, xf);
+    biff::PutF64(p + 6, value);
 }
 void CellBlock::Number::Append(std::vector<std::uint8_t>& out, std::uint16_t row, std::uint16_t col,
                                std::uint16_t xf, double value)
 {
-    biff::PutF64(CellRecord(out, 0x0203, 14, row, col, xf), value);
+    Put(CellRecord(out, 0x0203, kDataSize), row, col, xf, value);
 }
 
 CellBlock::RK::RK() : Record(0x027E) {}
@@ -315,19 +325,21 @@ std::size_t CellBlock::RK::Read(const char* stream)
         rk = c.U32();
     });
 }
-std::size_t CellBlock::RK::DataSize() { return 10; }
-std::size_t CellBlock::RK::RecordSize() { return 14; }
-std::size_t CellBlock::RK::Write(char* stream)
+void CellBlock::RK::Serialize()
 {
-    data.clear();
-    Append(data, row, col, xf, rk);
-    std::memcpy(stream, data.data(), data.size());
-    return data.size();
+    biff::Fields(data, continueIndices);
+    data.resize(kDataSize);
+    Put(data.data(), row, col, xf, rk);
+}
+void CellBlock::RK::Put(std::uint8_t* p, std::uint16_t row, std::uint16_t col, std::uint16_t xf, std::uint32_t rk)
+{
+    PutCell(p, row, col, xf);
+    biff::Put32(p + 6, rk);
 }
 void CellBlock::RK::Append(std::vector<std::uint8_t>& out, std::uint16_t row, std::uint16_t col, std::uint16_t xf,
                            std::uint32_t rk)
 {
-    biff::Put32(CellRecord(out, 0x027E, 10, row, col, xf), rk);
+    Put(CellRecord(out, 0x027E, kDataSize), row, col, xf, rk);
 }
 
 double CellBlock::RK::Decode(std::uint32_t rk, bool& integral, std::int32_t& asInt)
@@ -375,19 +387,16 @@ std::size_t CellBlock::Formula::Read(const char* stream)
                                 data.end());
     });
 }
-std::size_t CellBlock::Formula::DataSize() { return 20 + parsedExpression.size(); }
-std::size_t CellBlock::Formula::RecordSize() { return PartsSize(DataSize()); }
-std::size_t CellBlock::Formula::Write(char* stream)
+void CellBlock::Formula::Serialize()
 {
-    return WriteFields(*this, stream, [this](Builder& b) {
-        b.U16(row);
-        b.U16(col);
-        b.U16(xf);
-        b.Bytes(result, sizeof result);
-        b.U16(options);
-        b.U32(chain);
-        b.Bytes(parsedExpression.data(), parsedExpression.size());
-    });
+    Builder b = biff::Fields(data, continueIndices);
+    b.U16(row);
+    b.U16(col);
+    b.U16(xf);
+    b.Bytes(result, sizeof result);
+    b.U16(options);
+    b.U32(chain);
+    b.Bytes(parsedExpression.data(), std::min(parsedExpression.size(), kMaxRecordData - 20));
 }
 
 CellBlock::Formula::Array::Array() : Record(0x0221) {}
@@ -400,32 +409,37 @@ std::size_t CellBlock::Formula::String::Read(const char* stream)
 {
     return ReadFields(*this, stream, [this](Cursor& c) {
         const std::uint16_t length = c.U16();
-        wide = (c.U8() & 1) != 0;
-        text = c.Chars(length, wide);
+        const bool startWide = (c.U8() & 1) != 0;
+        wide = false;
+        text = biff::ContinuedChars(c, length, startWide, continueIndices, wide);
     });
 }
-std::size_t CellBlock::Formula::String::DataSize() { return 3 + text.size() * (wide ? 2 : 1); }
-std::size_t CellBlock::Formula::String::RecordSize() { return PartsSize(DataSize()); }
-std::size_t CellBlock::Formula::String::Write(char* stream)
+void CellBlock::Formula::String::Serialize()
 {
-    return WriteFields(*this, stream, [this](Builder& b) {
-        b.U16(static_cast<std::uint16_t>(text.size()));
-        b.U8(wide ? 1 : 0);
-        b.Chars(text, wide);
-    });
+    Builder b = biff::Fields(data, continueIndices);
+    const bool sixteen = wide || !biff::FitsCompressed(text);
+    const std::size_t length = std::min<std::size_t>(text.size(), 0xFFFF);
+    b.U16(static_cast<std::uint16_t>(length));
+    b.U8(sixteen ? 1 : 0);
+    std::size_t partStart = 0;
+    biff::AppendContinuedChars(data, continueIndices, partStart, text.substr(0, length), sixteen);
 }
 
 // --- Row blocks ---
-std::size_t RowBlock::RecordSize() { return 20 * rows.size() + cells.size() + dbCell.RecordSize(); }
-
-std::size_t RowBlock::Write(char* stream)
+std::size_t RowBlock::RecordSize()
 {
-    std::size_t at = 0;
-    for (Row& row : rows) at += row.Write(stream + at);
-    if (!cells.empty()) std::memcpy(stream + at, cells.data(), cells.size());
-    at += cells.size();
-    at += dbCell.Write(stream + at);
-    return at;
+    std::size_t size = cells.size() + dbCell.RecordSize();
+    for (Row& row : rows) size += row.RecordSize();
+    return size;
+}
+
+std::size_t RowBlock::Write(char* stream, std::size_t capacity)
+{
+    biff::Output out(stream, capacity);
+    for (Row& row : rows) out.Put(row);
+    out.Put(cells.data(), cells.size());
+    out.Put(dbCell);
+    return out.result();
 }
 
 std::size_t Worksheet::CellTable::RecordSize()
@@ -435,11 +449,11 @@ std::size_t Worksheet::CellTable::RecordSize()
     return size;
 }
 
-std::size_t Worksheet::CellTable::Write(char* stream)
+std::size_t Worksheet::CellTable::Write(char* stream, std::size_t capacity)
 {
-    std::size_t at = 0;
-    for (RowBlock& block : rowBlocks) at += block.Write(stream + at);
-    return at;
+    biff::Output out(stream, capacity);
+    for (RowBlock& block : rowBlocks) out.Took(block.Write(out.next(), out.room()));
+    return out.result();
 }
 
 // --- Worksheet ---
@@ -447,36 +461,51 @@ Worksheet::Worksheet() { bof.type = 0x0010; }
 
 std::size_t Worksheet::RecordSize()
 {
-    return bof.RecordSize() + index.RecordSize() + dimensions.RecordSize() + cellTable.RecordSize() +
-           window2.RecordSize() + eof.RecordSize();
+    std::size_t size = bof.RecordSize() + index.RecordSize() + dimensions.RecordSize() + cellTable.RecordSize() +
+                       window2.RecordSize() + eof.RecordSize();
+    for (Record& r : head) size += r.RecordSize();
+    for (Record& r : tail) size += r.RecordSize();
+    return size;
 }
 
-std::size_t Worksheet::Write(char* stream)
+std::size_t Worksheet::Write(char* stream, std::size_t capacity)
 {
-    std::size_t at = 0;
-    at += bof.Write(stream + at);
-    at += index.Write(stream + at);
-    at += dimensions.Write(stream + at);
-    at += cellTable.Write(stream + at);
-    at += window2.Write(stream + at);
-    at += eof.Write(stream + at);
-    return at;
+    biff::Output out(stream, capacity);
+    out.Put(bof);
+    out.Put(index);
+    for (Record& r : head) out.Put(r);
+    out.Put(dimensions);
+    if (!cellTable.rowBlocks.empty()) out.Took(cellTable.Write(out.next(), out.room()));
+    for (std::size_t i = 0; i < tail.size() && i < window2At; ++i) out.Put(tail[i]);
+    out.Put(window2);
+    for (std::size_t i = window2At; i < tail.size(); ++i) out.Put(tail[i]);
+    out.Put(eof);
+    return out.result();
 }
 
 void Worksheet::AdjustDBCellPositions(std::size_t streamPosition)
 {
     index.dbCellPositions.assign(cellTable.rowBlocks.size(), 0);  // the Index's size counts them
-    std::size_t at = streamPosition + bof.RecordSize() + index.RecordSize() + dimensions.RecordSize();
+    std::size_t at = streamPosition + bof.RecordSize() + index.RecordSize();
+    index.defColWidthPosition = 0;
+    for (Record& r : head) {
+        if (r.code == 0x0055 && index.defColWidthPosition == 0)  // DefColWidth
+            index.defColWidthPosition = static_cast<std::uint32_t>(at);
+        at += r.RecordSize();
+    }
+    at += dimensions.RecordSize();
     index.dbCellPositions.clear();
     for (RowBlock& block : cellTable.rowBlocks) {
         const std::size_t firstRow = at;
-        const std::size_t cellsStart = firstRow + 20 * block.rows.size();
+        std::size_t rowsSize = 0;
+        for (RowBlock::Row& row : block.rows) rowsSize += row.RecordSize();
+        const std::size_t cellsStart = firstRow + rowsSize;
         const std::size_t dbCellAt = cellsStart + block.cells.size();
         block.dbCell.firstRowOffset = static_cast<std::uint32_t>(dbCellAt - firstRow);
         block.dbCell.cellOffsets.clear();
         // The first row's cells from the start of the second Row record; each later row's from
         // the previous row's first cell.
-        std::size_t previous = firstRow + 20;
+        std::size_t previous = firstRow + (block.rows.empty() ? 0 : block.rows.front().RecordSize());
         for (std::size_t offset : block.firstCellOfRow) {
             const std::size_t position = cellsStart + offset;
             block.dbCell.cellOffsets.push_back(static_cast<std::uint16_t>(position - previous));
@@ -487,14 +516,44 @@ void Worksheet::AdjustDBCellPositions(std::size_t streamPosition)
     }
 }
 
+namespace {
+
+// Records of the cell table: their values go to the sink, and the table is rebuilt on save.
+bool InCellTable(std::uint16_t code)
+{
+    switch (code) {
+    case 0x0208: case 0x00D7: case 0x0201: case 0x0205: case 0x00FD: case 0x0204: case 0x00D6: case 0x00BE:
+    case 0x00BD: case 0x0203: case 0x027E: case 0x0006: case 0x0221: case 0x00BC: case 0x04BC: case 0x0207:
+    case 0x0036:
+        return true;
+    default:
+        return false;
+    }
+}
+
+}  // namespace
+
 std::size_t Worksheet::Read(const char* stream, std::size_t size, CellSink* sink,
                             const std::vector<std::u16string>* strings, const std::vector<bool>* wideStrings)
 {
     const auto* base = reinterpret_cast<const std::uint8_t*>(stream);
+    head.clear();
+    tail.clear();
+    window2At = 0;
+    rowFormats.clear();
     std::size_t at = 0;
     bool pendingString = false;  // a formula whose text result follows in a String record
-    std::uint16_t pendingRow = 0, pendingCol = 0;
+    std::uint16_t pendingRow = 0, pendingCol = 0, pendingXF = 0;
     int depth = 0;               // nested substreams (embedded charts) have a BOF and EOF of their own
+    bool inTable = false, window2Seen = false;
+    // A record kept as it is, with its CONTINUE parts: before the cell table, or after it.
+    auto keep = [&]() -> std::size_t {
+        std::vector<Record>& list = (inTable || window2Seen) ? tail : head;
+        list.emplace_back();
+        const std::size_t consumed = list.back().ReadFrom(stream + at, size - at);
+        if (consumed == 0) list.pop_back();
+        return consumed;
+    };
     while (at + 4 <= size) {
         const std::uint16_t code = biff::U16(base + at);
         const std::size_t length = biff::U16(base + at + 2);
@@ -505,75 +564,98 @@ std::size_t Worksheet::Read(const char* stream, std::size_t size, CellSink* sink
         if (code == 0x0809) ++depth;
         const bool nested = depth > 1;  // counted before an EOF closes its substream
         if (code == 0x000A) --depth;
-        if (nested) {  // inside an embedded substream: its records are not this sheet's
-            at += 4 + length;
+        if (nested) {  // inside an embedded substream: kept whole, not this sheet's cells
+            const std::size_t consumed = keep();
+            if (consumed == 0) return 0;
+            at += consumed;
             continue;
         }
+        if (InCellTable(code)) inTable = true;
         switch (code) {
         case 0x0809: bof.ReadFrom(stream + at, size - at); break;
         case 0x020B: index.ReadFrom(stream + at, size - at); break;
         case 0x0200: dimensions.ReadFrom(stream + at, size - at); break;
-        case 0x023E: window2.ReadFrom(stream + at, size - at); break;
+        case 0x023E:
+            window2.ReadFrom(stream + at, size - at);
+            window2Seen = true;
+            window2At = tail.size();
+            break;
         case 0x000A: return at + 4;
+        case kContinue: break;  // a part of a record that is rebuilt, or a stray one: dropped
+        case 0x0208: {  // Row: its height and format are kept
+            CellTable::RowBlock::Row row;
+            if (row.ReadFrom(stream + at, size - at) != 0) rowFormats[row.row] = row;
+            break;
+        }
         case 0x0203: {  // Number
-            const std::uint16_t row = c.U16(), col = c.U16();
-            c.U16();
+            const std::uint16_t row = c.U16(), col = c.U16(), xf = c.U16();
             const double value = c.F64();
-            if (c.ok() && sink) sink->Double(row, col, value);
+            if (c.ok() && sink) sink->Double(row, col, xf, value);
             break;
         }
         case 0x027E: {  // RK
-            const std::uint16_t row = c.U16(), col = c.U16();
-            c.U16();
+            const std::uint16_t row = c.U16(), col = c.U16(), xf = c.U16();
             const std::uint32_t rk = c.U32();
             bool integral = false;
             std::int32_t asInt = 0;
             const double value = CellBlock::RK::Decode(rk, integral, asInt);
-            if (c.ok() && sink) integral ? sink->Integer(row, col, asInt) : sink->Double(row, col, value);
+            if (c.ok() && sink) integral ? sink->Integer(row, col, xf, asInt) : sink->Double(row, col, xf, value);
             break;
         }
         case 0x00BD: {  // MulRK: row, first column, (xf, rk) pairs, last column
             const std::uint16_t row = c.U16(), first = c.U16();
             for (std::size_t col = first; c.left() >= 8 && col <= 0xFFFF; ++col) {
-                c.U16();
+                const std::uint16_t xf = c.U16();
                 bool integral = false;
                 std::int32_t asInt = 0;
                 const double value = CellBlock::RK::Decode(c.U32(), integral, asInt);
                 if (!sink) continue;
                 const auto column = static_cast<std::uint16_t>(col);
-                integral ? sink->Integer(row, column, asInt) : sink->Double(row, column, value);
+                integral ? sink->Integer(row, column, xf, asInt) : sink->Double(row, column, xf, value);
+            }
+            break;
+        }
+        case 0x0201: {  // Blank: a cell with a format and no value
+            const std::uint16_t row = c.U16(), col = c.U16(), xf = c.U16();
+            if (c.ok() && sink) sink->Blank(row, col, xf);
+            break;
+        }
+        case 0x00BE: {  // MulBlank: row, first column, formats, last column
+            const std::uint16_t row = c.U16(), first = c.U16();
+            for (std::size_t col = first; c.left() >= 4 && col <= 0xFFFF; ++col) {
+                const std::uint16_t xf = c.U16();
+                if (sink) sink->Blank(row, static_cast<std::uint16_t>(col), xf);
             }
             break;
         }
         case 0x00FD: {  // LabelSST
-            const std::uint16_t row = c.U16(), col = c.U16();
-            c.U16();
+            const std::uint16_t row = c.U16(), col = c.U16(), xf = c.U16();
             const std::uint32_t sst = c.U32();
-            if (c.ok() && sink && strings && sst < strings->size())
-                sink->SharedText(row, col, sst, (*strings)[sst],
+            if (!c.ok() || !sink) break;
+            if (strings && sst < strings->size())
+                sink->SharedText(row, col, xf, sst, (*strings)[sst],
                                  wideStrings && sst < wideStrings->size() && (*wideStrings)[sst]);
+            else
+                sink->MissingText(row, col, xf, sst);
             break;
         }
         case 0x0204:    // Label
         case 0x00D6: {  // RString: text, then formatting runs
-            const std::uint16_t row = c.U16(), col = c.U16();
-            c.U16();
+            const std::uint16_t row = c.U16(), col = c.U16(), xf = c.U16();
             const std::uint16_t count = c.U16();
             const bool wide = (c.U8() & 1) != 0;
             const std::u16string text = c.Chars(count, wide);
-            if (c.ok() && sink) sink->Text(row, col, text, wide);
+            if (c.ok() && sink) sink->Text(row, col, xf, text, wide);
             break;
         }
         case 0x0205: {  // BoolErr
-            const std::uint16_t row = c.U16(), col = c.U16();
-            c.U16();
-            const std::uint8_t value = c.U8();
-            if (c.ok() && sink) sink->Integer(row, col, value);
+            const std::uint16_t row = c.U16(), col = c.U16(), xf = c.U16();
+            const std::uint8_t value = c.U8(), isError = c.U8();
+            if (c.ok() && sink) sink->Logical(row, col, xf, value, isError != 0);
             break;
         }
         case 0x0006: {  // Formula: its cached result
-            const std::uint16_t row = c.U16(), col = c.U16();
-            c.U16();
+            const std::uint16_t row = c.U16(), col = c.U16(), xf = c.U16();
             std::uint8_t result[8];
             for (auto& b : result) b = c.U8();
             if (!c.ok() || !sink) break;
@@ -582,26 +664,33 @@ std::size_t Worksheet::Read(const char* stream, std::size_t size, CellSink* sink
                     pendingString = true;
                     pendingRow = row;
                     pendingCol = col;
+                    pendingXF = xf;
                 } else if (result[0] == 1 || result[0] == 2) {
-                    sink->Integer(row, col, result[2]);
+                    sink->Logical(row, col, xf, result[2], result[0] == 2);
                 } else if (result[0] == 3) {
-                    sink->Text(row, col, std::u16string(), false);
+                    sink->Text(row, col, xf, std::u16string(), false);
                 }
             } else {
-                sink->Double(row, col, biff::F64(result));
+                sink->Double(row, col, xf, biff::F64(result));
             }
             break;
         }
         case 0x0207: {  // String: the text result of the formula before it
-            const std::uint16_t count = c.U16();
-            const bool wide = (c.U8() & 1) != 0;
-            const std::u16string text = c.Chars(count, wide);
-            if (pendingString && sink) sink->Text(pendingRow, pendingCol, text, wide);
+            CellBlock::Formula::String record;
+            if (record.ReadFrom(stream + at, size - at) == 0) return 0;
+            if (pendingString && sink) sink->Text(pendingRow, pendingCol, pendingXF, record.text, record.wide);
             pendingString = false;
-            break;
+            at += record.recordSize;
+            continue;
         }
         default:
-            break;  // Row, DBCell, Blank, MulBlank and records not understood: read and dropped
+            if (InCellTable(code)) break;  // DBCell and the formula companions: rebuilt or dropped
+            {
+                const std::size_t consumed = keep();
+                if (consumed == 0) return 0;
+                at += consumed;
+            }
+            continue;
         }
         at += 4 + length;
     }

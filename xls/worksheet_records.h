@@ -1,5 +1,6 @@
 // A sheet substream: BOF, Index, Dimensions, the cell table (row blocks of Row records, their
-// cell records and a DBCell), Window2 and EOF.
+// cell records and a DBCell), Window2 and EOF, and the records between them that the library
+// does not parse, kept as they are.
 //
 // Cell records are not kept as objects when a sheet is read: their values go straight to a
 // CellSink, wherever they stand in the substream (also outside row blocks, and Label/RString
@@ -7,6 +8,7 @@
 #pragma once
 
 #include <cstdint>
+#include <map>
 #include <string>
 #include <vector>
 
@@ -14,17 +16,26 @@
 
 namespace xls {
 
-// Receives the cell values of a sheet as it is read.
+// Receives the cell values of a sheet as it is read, each with its format index (XF).
 class ORDERVIEW_API CellSink {
 public:
     virtual ~CellSink();
-    virtual void Integer(std::uint16_t row, std::uint16_t col, std::int32_t value) = 0;
-    virtual void Double(std::uint16_t row, std::uint16_t col, double value) = 0;
+    virtual void Integer(std::uint16_t row, std::uint16_t col, std::uint16_t xf, std::int32_t value) = 0;
+    virtual void Double(std::uint16_t row, std::uint16_t col, std::uint16_t xf, double value) = 0;
     // `wide` tells whether the text was stored 16-bit; otherwise every code unit is below 256.
-    virtual void Text(std::uint16_t row, std::uint16_t col, const std::u16string& text, bool wide) = 0;
+    virtual void Text(std::uint16_t row, std::uint16_t col, std::uint16_t xf, const std::u16string& text,
+                      bool wide) = 0;
     // Shared string `index` of the table the sheet was read with (valid); by default its Text.
-    virtual void SharedText(std::uint16_t row, std::uint16_t col, std::uint32_t index, const std::u16string& text,
-                            bool wide);
+    virtual void SharedText(std::uint16_t row, std::uint16_t col, std::uint16_t xf, std::uint32_t index,
+                            const std::u16string& text, bool wide);
+    // A cell pointing at shared string `index`, which the table does not hold (a damaged file);
+    // by default ignored.
+    virtual void MissingText(std::uint16_t row, std::uint16_t col, std::uint16_t xf, std::uint32_t index);
+    // A boolean (0, 1) or an error code, stored as such or as a formula's result; by default its
+    // Integer.
+    virtual void Logical(std::uint16_t row, std::uint16_t col, std::uint16_t xf, std::uint8_t value, bool isError);
+    // A cell with a format and no value; by default ignored.
+    virtual void Blank(std::uint16_t row, std::uint16_t col, std::uint16_t xf);
 };
 
 class ORDERVIEW_API Worksheet {
@@ -34,9 +45,7 @@ public:
     public:
         Index();
         std::size_t Read(const char* stream) override;
-        std::size_t Write(char* stream) override;
-        std::size_t DataSize() override;
-        std::size_t RecordSize() override;
+        void Serialize() override;
         std::uint32_t firstRow = 0, lastRowPlus1 = 0, defColWidthPosition = 0;
         std::vector<std::uint32_t> dbCellPositions;
     };
@@ -46,9 +55,7 @@ public:
     public:
         Dimensions();
         std::size_t Read(const char* stream) override;
-        std::size_t Write(char* stream) override;
-        std::size_t DataSize() override;
-        std::size_t RecordSize() override;
+        void Serialize() override;
         std::uint32_t firstRow = 0, lastRowPlus1 = 0;
         std::uint16_t firstCol = 0, lastColPlus1 = 0;
     };
@@ -58,9 +65,7 @@ public:
     public:
         Window2();
         std::size_t Read(const char* stream) override;
-        std::size_t Write(char* stream) override;
-        std::size_t DataSize() override;
-        std::size_t RecordSize() override;
+        void Serialize() override;
         std::uint16_t options = 0x00B6, topRow = 0, leftCol = 0, gridColor = 64;
         std::uint16_t zoomPageBreak = 0, zoomNormal = 0;
     };
@@ -74,9 +79,7 @@ public:
             public:
                 Row();
                 std::size_t Read(const char* stream) override;
-                std::size_t Write(char* stream) override;
-                std::size_t DataSize() override;
-                std::size_t RecordSize() override;
+                void Serialize() override;
                 std::uint16_t row = 0, firstCol = 0, lastColPlus1 = 0, height = 0x00FF;
                 std::uint16_t options = 0x0100, xf = 0x000F;
             };
@@ -86,9 +89,7 @@ public:
             public:
                 DBCell();
                 std::size_t Read(const char* stream) override;
-                std::size_t Write(char* stream) override;
-                std::size_t DataSize() override;
-                std::size_t RecordSize() override;
+                void Serialize() override;
                 std::uint32_t firstRowOffset = 0;
                 std::vector<std::uint16_t> cellOffsets;
             };
@@ -101,18 +102,23 @@ public:
                 public:
                     Blank();
                     std::size_t Read(const char* stream) override;
-                    std::size_t Write(char* stream) override;
-                    std::size_t DataSize() override;
-                    std::size_t RecordSize() override;
+                    void Serialize() override;
+                    static constexpr std::uint16_t kDataSize = 6;
+                    static void Append(std::vector<std::uint8_t>& out, std::uint16_t row, std::uint16_t col,
+                                       std::uint16_t xf);
                     std::uint16_t row = 0, col = 0, xf = 0x0F;
                 };
                 class ORDERVIEW_API BoolErr : public Record {
                 public:
                     BoolErr();
                     std::size_t Read(const char* stream) override;
-                    std::size_t Write(char* stream) override;
-                    std::size_t DataSize() override;
-                    std::size_t RecordSize() override;
+                    void Serialize() override;
+                    static constexpr std::uint16_t kDataSize = 8;
+                    // Writes the data (kDataSize bytes) at `p`; Serialize and Append both use it.
+                    static void Put(std::uint8_t* p, std::uint16_t row, std::uint16_t col, std::uint16_t xf,
+                                    std::uint8_t value, std::uint8_t isError);
+                    static void Append(std::vector<std::uint8_t>& out, std::uint16_t row, std::uint16_t col,
+                                       std::uint16_t xf, std::uint8_t value, std::uint8_t isError);
                     std::uint16_t row = 0, col = 0, xf = 0x0F;
                     std::uint8_t value = 0, isError = 0;
                 };
@@ -120,9 +126,11 @@ public:
                 public:
                     LabelSST();
                     std::size_t Read(const char* stream) override;
-                    std::size_t Write(char* stream) override;
-                    std::size_t DataSize() override;
-                    std::size_t RecordSize() override;
+                    void Serialize() override;
+                    static constexpr std::uint16_t kDataSize = 10;
+                    // Writes the data (kDataSize bytes) at `p`; Serialize and Append both use it.
+                    static void Put(std::uint8_t* p, std::uint16_t row, std::uint16_t col, std::uint16_t xf,
+                                    std::uint32_t index);
                     static void Append(std::vector<std::uint8_t>& out, std::uint16_t row, std::uint16_t col,
                                        std::uint16_t xf, std::uint32_t index);
                     std::uint16_t row = 0, col = 0, xf = 0x0F;
@@ -132,9 +140,7 @@ public:
                 public:
                     MulBlank();
                     std::size_t Read(const char* stream) override;
-                    std::size_t Write(char* stream) override;
-                    std::size_t DataSize() override;
-                    std::size_t RecordSize() override;
+                    void Serialize() override;
                     std::uint16_t row = 0, firstCol = 0;
                     std::vector<std::uint16_t> xfs;
                 };
@@ -142,9 +148,7 @@ public:
                 public:
                     MulRK();
                     std::size_t Read(const char* stream) override;
-                    std::size_t Write(char* stream) override;
-                    std::size_t DataSize() override;
-                    std::size_t RecordSize() override;
+                    void Serialize() override;
                     struct Item {
                         std::uint16_t xf;
                         std::uint32_t rk;
@@ -156,9 +160,11 @@ public:
                 public:
                     Number();
                     std::size_t Read(const char* stream) override;
-                    std::size_t Write(char* stream) override;
-                    std::size_t DataSize() override;
-                    std::size_t RecordSize() override;
+                    void Serialize() override;
+                    static constexpr std::uint16_t kDataSize = 14;
+                    // Writes the data (kDataSize bytes) at `p`; Serialize and Append both use it.
+                    static void Put(std::uint8_t* p, std::uint16_t row, std::uint16_t col, std::uint16_t xf,
+                                    double value);
                     static void Append(std::vector<std::uint8_t>& out, std::uint16_t row, std::uint16_t col,
                                        std::uint16_t xf, double value);
                     std::uint16_t row = 0, col = 0, xf = 0x0F;
@@ -168,9 +174,11 @@ public:
                 public:
                     RK();
                     std::size_t Read(const char* stream) override;
-                    std::size_t Write(char* stream) override;
-                    std::size_t DataSize() override;
-                    std::size_t RecordSize() override;
+                    void Serialize() override;
+                    static constexpr std::uint16_t kDataSize = 10;
+                    // Writes the data (kDataSize bytes) at `p`; Serialize and Append both use it.
+                    static void Put(std::uint8_t* p, std::uint16_t row, std::uint16_t col, std::uint16_t xf,
+                                    std::uint32_t rk);
                     static void Append(std::vector<std::uint8_t>& out, std::uint16_t row, std::uint16_t col,
                                        std::uint16_t xf, std::uint32_t rk);
                     // The number an RK value stands for; `integral` when it is a whole number
@@ -185,9 +193,7 @@ public:
                 public:
                     Formula();
                     std::size_t Read(const char* stream) override;
-                    std::size_t Write(char* stream) override;
-                    std::size_t DataSize() override;
-                    std::size_t RecordSize() override;
+                    void Serialize() override;
                     // The cached result: a number, or (marked by 0xFFFF in its last two bytes)
                     // a string in the following String record (0), a boolean (1), an error (2)
                     // or an empty string (3).
@@ -206,9 +212,7 @@ public:
                     public:
                         String();
                         std::size_t Read(const char* stream) override;
-                        std::size_t Write(char* stream) override;
-                        std::size_t DataSize() override;
-                        std::size_t RecordSize() override;
+                        void Serialize() override;
                         std::u16string text;
                         bool wide = false;
                     };
@@ -221,12 +225,14 @@ public:
             DBCell dbCell;
 
             std::size_t RecordSize();
-            std::size_t Write(char* stream);
+            // Writes the block into `stream` of `capacity` bytes; returns the bytes written, or 0
+            // when they do not fit.
+            std::size_t Write(char* stream, std::size_t capacity);
         };
 
         std::vector<RowBlock> rowBlocks;
         std::size_t RecordSize();
-        std::size_t Write(char* stream);
+        std::size_t Write(char* stream, std::size_t capacity);
     };
 
     Worksheet();
@@ -235,7 +241,9 @@ public:
     // 0 when the substream is damaged.
     std::size_t Read(const char* stream, std::size_t size, CellSink* sink,
                      const std::vector<std::u16string>* strings = nullptr, const std::vector<bool>* wideStrings = nullptr);
-    std::size_t Write(char* stream);
+    // Writes the sheet into `stream` of `capacity` bytes; returns the bytes written, or 0 when
+    // they do not fit.
+    std::size_t Write(char* stream, std::size_t capacity);
     std::size_t RecordSize();
     // Fills the Index and the DBCell offsets for a sheet whose BOF is at `streamPosition`.
     void AdjustDBCellPositions(std::size_t streamPosition);
@@ -246,6 +254,14 @@ public:
     CellTable cellTable;
     Window2 window2;
     Eof eof;
+    // Records the sheet does not parse, kept as read and written back in their order: `head`
+    // between the Index and the Dimensions (they stood before the cell table), `tail` after the
+    // cell table, its first `window2At` before the Window2.
+    std::vector<Record> head;
+    std::vector<Record> tail;
+    std::size_t window2At = 0;
+    // The Row records read (height, options, format), by row number.
+    std::map<std::uint16_t, CellTable::RowBlock::Row> rowFormats;
 };
 
 }  // namespace xls
