@@ -1,5 +1,6 @@
 // Binary workbook export of a list control.
 #include <algorithm>
+#include <cstdint>
 #include <cstring>
 #include <vector>
 
@@ -50,6 +51,8 @@ bool g_DataExportWorkbook(CListCtrl& list, const CString& sheetName)
         }
     }
 
+    std::vector<std::uint8_t> image;
+    if (!book.SaveToMemory(image)) return false;
     orderview::ReplacingFile file(path);
-    return file.IsOpen() && book.SaveAs(file.TempPath().c_str()) && file.Commit();
+    return file.Write(image.data(), image.size()) && file.Commit();
 }

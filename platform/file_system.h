@@ -32,9 +32,6 @@ public:
     ReplacingFile& operator=(const ReplacingFile&) = delete;
 
     bool IsOpen() const { return file_ != nullptr; }
-    // The native path of the temporary file (empty when not open), for writers that open files
-    // by name; what they leave there is what Commit puts in place.
-    const std::string& TempPath() const { return temp_; }
     // Open, and no write has failed.
     bool IsGood() const { return file_ != nullptr && !failed_; }
     // False once any write failed; later writes are dropped.

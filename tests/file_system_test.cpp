@@ -72,16 +72,19 @@ TEST(ReplacingFile, UncommittedOrFailedLeavesTheTargetAsItWas)
     EXPECT_TRUE(Names(folder.File("sys")).empty());
 }
 
-TEST(ReplacingFile, TempPathIsBesideTheTarget)
+TEST(ReplacingFile, WritesBesideTheTarget)
 {
     ovtest::TempFolder folder;
     ReplacingFile file(CString(folder.MainPath() + "\\sys\\b.ini"));
     ASSERT_TRUE(file.IsOpen());
-    EXPECT_EQ(std::filesystem::path(file.TempPath()).parent_path(), std::filesystem::path(folder.File("sys")));
-    // What another writer leaves under the temporary name is what Commit puts in place.
-    ASSERT_TRUE(orderview::ReplaceFileAtomically(CString(file.TempPath()), "by name"));
+    ASSERT_TRUE(file.Write("in place"));
+    // Until Commit the bytes live under a temporary name in the target's own folder.
+    const auto names = Names(folder.File("sys"));
+    ASSERT_EQ(names.size(), 1u);
+    EXPECT_EQ(names[0].rfind("b.ini.tmp", 0), 0u) << names[0];
     ASSERT_TRUE(file.Commit());
-    EXPECT_EQ(folder.Read("sys/b.ini"), "by name");
+    EXPECT_EQ(folder.Read("sys/b.ini"), "in place");
+    EXPECT_EQ(Names(folder.File("sys")), (std::vector<std::string>{"b.ini"}));
 }
 
 }  // namespace
