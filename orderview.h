@@ -4,6 +4,7 @@
 
 #include "order_data/cstring.h"
 #include "host/default_host.h"
+#include "host/record_file.h"
 #include "platform/file_system.h"
 #include "platform/list_control.h"
 #include "order_data/host_api.h"

@@ -16,11 +16,12 @@ CString Where(const std::string& file, int line, const char* message)
 
 }  // namespace
 
-std::vector<CsvRecord> ParseCsv(const std::string& text, const std::string& file, std::vector<CString>& errors)
+std::vector<CsvRecord> ParseCsv(const std::string& text, const std::string& file, std::vector<CString>& errors,
+                                int firstLine)
 {
     std::vector<CsvRecord> records;
     size_t pos = 0;
-    int line = 1;
+    int line = firstLine;
     if (text.compare(0, 3, "\xEF\xBB\xBF") == 0) pos = 3;  // spreadsheet programs write a UTF-8 mark
     while (pos < text.size()) {
         // Skip blank and comment lines.

@@ -19,7 +19,9 @@ struct CsvRecord {
 // quote inside stands for one), CRLF or LF line breaks (also inside quotes). Blank lines and
 // lines starting with '#' are skipped. A malformed record is reported to `errors` as
 // "<file>:<line>: <message>" and left out; the rest is still read.
-std::vector<CsvRecord> ParseCsv(const std::string& text, const std::string& file, std::vector<CString>& errors);
+// `firstLine` is the line number of the text's first line in its file.
+std::vector<CsvRecord> ParseCsv(const std::string& text, const std::string& file, std::vector<CString>& errors,
+                                int firstLine = 1);
 
 // A CSV file with a header row, addressed by column name.
 class CsvTable {

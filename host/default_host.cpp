@@ -4,8 +4,8 @@
 #include <cstdlib>
 
 #include "host/csv_reader.h"
+#include "host/record_file.h"
 #include "platform/file_system.h"
-#include "order_data/order_fields.h"
 #include "platform/profile_file.h"
 #include "order_data/value_parse.h"
 
@@ -82,7 +82,9 @@ std::vector<CString> SplitList(const CString& text, char separator)
 
 }  // namespace
 
-DefaultHost::DefaultHost(const CString& mainPath)
+DefaultHost::DefaultHost(const CString& mainPath) : DefaultHost(mainPath, Tables::All) {}
+
+DefaultHost::DefaultHost(const CString& mainPath, Tables tables) : loadRecords_(tables == Tables::All)
 {
     csMainPath = mainPath;
     bReload();
@@ -272,60 +274,26 @@ void DefaultHost::LoadAccounts()
     }
 }
 
-// Reads a table of records, one field per column by its name. `extra` names a column that is
-// not a field; `keep` takes each record that read without a bad value, with its row reader.
-template <class Record, class IsField, class SetField, class Keep>
-void LoadRecordTable(const CString& path, const char* file, const char* extra, IsField isField, SetField setField,
-                     Keep keep, std::vector<CString>& diagnostics)
-{
-    CsvTable csv;
-    std::vector<std::string> required;
-    if (extra) required.push_back(extra);
-    if (!csv.Load(path, file, required, diagnostics)) return;
-    for (const auto& name : csv.header()) {
-        if ((!extra || name != extra) && !isField(name)) {
-            CString message;
-            message.Format("%s:%d: unknown %s field %s", file, 1, extra ? "order" : "deal", name.c_str());
-            diagnostics.push_back(message);
-        }
-    }
-    for (const auto& row : csv.rows()) {
-        RowReader r(csv, row, file, diagnostics);
-        Record record;
-        bool ok = true;
-        for (const auto& name : csv.header()) {
-            if (extra && name == extra) continue;
-            if (setField(record, name, r.Text(name.c_str())) == detail::SetFieldResult::BadValue) {
-                r.Report("bad value '" + r.Text(name.c_str()) + "' in column " + name);
-                ok = false;
-            }
-        }
-        if (ok) keep(record, r);
-    }
-}
-
 void DefaultHost::LoadOrders()
 {
     vecTodayOrders.clear();
     vecErrorOrders.clear();
-    LoadRecordTable<CBaseOrder_OrderInfo>(
-        SysFile("orders.csv"), "orders.csv", "list", detail::IsOrderField, detail::SetOrderField,
-        [this](CBaseOrder_OrderInfo& order, RowReader& r) {
-            const std::string& list = r.Text("list");
-            if (list == "today" || list == "error")
-                (list == "today" ? vecTodayOrders : vecErrorOrders).push_back(std::move(order));
-            else
-                r.Report("list must be today or error, not '" + list + "'");
-        },
-        diagnostics_);
+    if (!loadRecords_) return;
+    RecordFile file(SysFile("orders.csv"), "orders.csv", RecordFile::Kind::Orders);
+    CBaseOrder_OrderInfo order;
+    std::string list;
+    while (file.NextOrder(order, list)) (list == "today" ? vecTodayOrders : vecErrorOrders).push_back(order);
+    diagnostics_.insert(diagnostics_.end(), file.Diagnostics().begin(), file.Diagnostics().end());
 }
 
 void DefaultHost::LoadDeals()
 {
     vecDeals.clear();
-    LoadRecordTable<CBaseOrder_DealInfo>(
-        SysFile("deals.csv"), "deals.csv", nullptr, detail::IsDealField, detail::SetDealField,
-        [this](CBaseOrder_DealInfo& deal, RowReader&) { vecDeals.push_back(std::move(deal)); }, diagnostics_);
+    if (!loadRecords_) return;
+    RecordFile file(SysFile("deals.csv"), "deals.csv", RecordFile::Kind::Deals);
+    CBaseOrder_DealInfo deal;
+    while (file.NextDeal(deal)) vecDeals.push_back(deal);
+    diagnostics_.insert(diagnostics_.end(), file.Diagnostics().begin(), file.Diagnostics().end());
 }
 
 void DefaultHost::LoadAccepted()

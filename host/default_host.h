@@ -55,6 +55,10 @@ class ORDERVIEW_API DefaultHost : public TableHost {
 public:
     // Reads the tables of `mainPath` (backslash or native form, no trailing separator).
     explicit DefaultHost(const CString& mainPath = DefaultMainPath());
+    // What a host reads: everything, or every table but the day's orders and deals (for programs
+    // that go through those themselves with RecordFile, however large the day).
+    enum class Tables { All, WithoutOrdersAndDeals };
+    DefaultHost(const CString& mainPath, Tables tables);
 
     // ORDERVIEW_HOME when set, else ".".
     static CString DefaultMainPath();
@@ -69,6 +73,7 @@ protected:
     CString LookUpLanguage(const CString& id) override;
 
 private:
+    bool loadRecords_ = true;
     void LoadLanguage();
     void LoadSettings();
     void LoadServices();

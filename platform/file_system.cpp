@@ -1,6 +1,7 @@
 #include "platform/file_system.h"
 
 #include <cstdio>
+#include <cstring>
 
 #include "platform/native.h"
 
@@ -116,6 +117,51 @@ void ReplacingFile::Discard()
     native::RemoveFile(temp_);
     temp_.clear();
     buffer_.clear();
+}
+
+LineReader::LineReader(const CString& path) : file_(native::OpenFile(ToNativePath(path), "rb")) {}
+
+LineReader::~LineReader()
+{
+    if (file_) std::fclose(file_);
+}
+
+bool LineReader::ReadLine(std::string& line)
+{
+    line.clear();
+    if (!file_) return false;
+    bool any = false;
+    for (;;) {
+        if (next_ == buffer_.size()) {
+            buffer_.resize(1 << 16);
+            const std::size_t n = std::fread(&buffer_[0], 1, buffer_.size(), file_);
+            buffer_.resize(n);
+            next_ = 0;
+            if (n == 0) return any && !std::ferror(file_);
+        }
+        any = true;
+        const char* start = buffer_.data() + next_;
+        const std::size_t left = buffer_.size() - next_;
+        const void* lf = std::memchr(start, '\n', left);
+        const std::size_t take = lf ? static_cast<std::size_t>(static_cast<const char*>(lf) - start) : left;
+        line.append(start, take);
+        next_ += take;
+        offset_ += take;
+        if (lf) {
+            ++next_;
+            ++offset_;
+            return true;
+        }
+    }
+}
+
+bool LineReader::Seek(std::uint64_t offset)
+{
+    if (!file_ || !native::SeekTo(file_, offset)) return false;
+    offset_ = offset;
+    buffer_.clear();
+    next_ = 0;
+    return true;
 }
 
 bool PathExists(const CString& path) { return native::KindOf(ToNativePath(path)) != native::PathKind::Missing; }

@@ -59,6 +59,30 @@ private:
 ORDERVIEW_API bool ReplaceFileAtomically(const CString& path, const std::string& content);
 ORDERVIEW_API bool ReplaceFileAtomically(const CString& path, const void* data, std::size_t size);
 
+// Reads a text file line by line with a byte offset for each line, so a reader can come back to
+// a line it has passed. Lines end at LF; a CR before it is kept (callers strip it).
+class ORDERVIEW_API LineReader {
+public:
+    explicit LineReader(const CString& path);
+    ~LineReader();
+    LineReader(const LineReader&) = delete;
+    LineReader& operator=(const LineReader&) = delete;
+
+    bool IsOpen() const { return file_ != nullptr; }
+    // The next line without its LF; false at the end of the file or on a read error.
+    bool ReadLine(std::string& line);
+    // The offset of the next line.
+    std::uint64_t Tell() const { return offset_; }
+    // Goes back (or forward) to an offset that Tell gave.
+    bool Seek(std::uint64_t offset);
+
+private:
+    std::FILE* file_ = nullptr;
+    std::uint64_t offset_ = 0;
+    std::string buffer_;
+    std::size_t next_ = 0;  // first unread byte of buffer_
+};
+
 // Whether anything (file or folder) exists at the path.
 ORDERVIEW_API bool PathExists(const CString& path);
 

@@ -18,6 +18,8 @@ namespace native {
 std::FILE* OpenFile(const std::string& path, const char* mode);
 // The length of an open file, or 0 when it cannot be told.
 std::uint64_t FileLength(std::FILE* file);
+// Moves to a byte offset from the start (files past 2 GiB included).
+bool SeekTo(std::FILE* file, std::uint64_t offset);
 
 // What is at a path.
 enum class PathKind { Missing, RegularFile, Other };

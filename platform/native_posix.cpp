@@ -21,6 +21,8 @@ std::uint64_t FileLength(std::FILE* file)
     return ::fstat(::fileno(file), &st) == 0 && st.st_size > 0 ? static_cast<std::uint64_t>(st.st_size) : 0;
 }
 
+bool SeekTo(std::FILE* file, std::uint64_t offset) { return ::fseeko(file, static_cast<off_t>(offset), SEEK_SET) == 0; }
+
 PathKind KindOf(const std::string& path)
 {
     struct stat st;

@@ -48,6 +48,8 @@ std::uint64_t FileLength(std::FILE* file)
     return ::GetFileSizeEx(HandleOf(file), &size) && size.QuadPart > 0 ? static_cast<std::uint64_t>(size.QuadPart) : 0;
 }
 
+bool SeekTo(std::FILE* file, std::uint64_t offset) { return ::_fseeki64(file, static_cast<__int64>(offset), SEEK_SET) == 0; }
+
 PathKind KindOf(const std::string& path)
 {
     const DWORD attributes = ::GetFileAttributesW(Wide(path).c_str());

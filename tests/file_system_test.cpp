@@ -1,6 +1,9 @@
 #include <gtest/gtest.h>
 
+#include <cstdint>
 #include <filesystem>
+#include <string>
+#include <vector>
 
 #include "platform/file_system.h"
 #include "support/temp_folder.h"
@@ -88,3 +91,30 @@ TEST(ReplacingFile, WritesBesideTheTarget)
 }
 
 }  // namespace
+
+TEST(LineReader, LinesWithOffsetsToComeBackTo)
+{
+    ovtest::TempFolder folder;
+    const std::string content = std::string("first\r\n\nwith\0nul\n", 17) + std::string(70000, 'x') + "\nlast";
+    folder.Write("sys/lines.txt", content);
+    orderview::LineReader reader(CString(folder.File("sys/lines.txt")));
+    ASSERT_TRUE(reader.IsOpen());
+    std::vector<std::string> lines;
+    std::vector<std::uint64_t> offsets;
+    std::string line;
+    for (std::uint64_t at = reader.Tell(); reader.ReadLine(line); at = reader.Tell()) {
+        lines.push_back(line);
+        offsets.push_back(at);
+    }
+    ASSERT_EQ(lines.size(), 5u);
+    EXPECT_EQ(lines[0], "first\r");
+    EXPECT_EQ(lines[1], "");
+    EXPECT_EQ(lines[2], std::string("with\0nul", 8));  // a NUL byte is text like any other
+    EXPECT_EQ(lines[3].size(), 70000u);               // longer than one buffer
+    EXPECT_EQ(lines[4], "last");
+    EXPECT_EQ(reader.Tell(), content.size());
+    ASSERT_TRUE(reader.Seek(offsets[2]));
+    ASSERT_TRUE(reader.ReadLine(line));
+    EXPECT_EQ(line, lines[2]);
+    EXPECT_FALSE(orderview::LineReader(CString(folder.File("sys/none.txt"))).IsOpen());
+}

@@ -1,5 +1,6 @@
 // orderview check: the stock order check and the order insurance check on every order of the day,
 // each verdict printed with its message; message boxes are answered by --answer.
+#include <cstdint>
 #include <cstdio>
 #include <string>
 
@@ -8,6 +9,7 @@
 #include "commands.h"
 #include "console_platform.h"
 #include "format/symbol_display.h"
+#include "host/record_file.h"
 #include "main_folder.h"
 #include "options.h"
 #include "progress.h"
@@ -67,11 +69,24 @@ int CheckCommand(int argc, char** argv)
     ConsolePlatform platform(answer == "yes");
     orderview::DefaultHost& host = folder.Host();
 
+    // The day's orders, one at a time; a first pass finds malformed records before any verdict.
+    orderview::RecordFile file(host.s_PathGetSysPath(0) + "\\orders.csv", "orders.csv",
+                               orderview::RecordFile::Kind::Orders);
+    const std::uint64_t start = file.Tell();
+    CBaseOrder_OrderInfo order;
+    std::string list;
+    size_t count = 0;
+    while (file.NextOrder(order, list)) ++count;
+    if (!MainFolder::Report(file.Diagnostics())) return 1;
+    file.Seek(start);
+
     bool refused = false;
-    Progress progress("check", host.vecTodayOrders.size());
+    Progress progress("check", count);
     size_t done = 0;
-    for (CBaseOrder_OrderInfo& order : host.vecTodayOrders) {
-        if (order.dwOrderKind == 'C' || order.dwOrderKind == 'U') continue;  // requests on an order, not orders
+    while (file.NextOrder(order, list)) {
+        progress.Step(++done);
+        // Requests on an order are not orders; the error list is another screen's.
+        if (list != "today" || order.dwOrderKind == 'C' || order.dwOrderKind == 'U') continue;
         AccountType account = AccountOf(host, order);
         const std::string who = order.csOrderNo.str() + " " + order.csAccount.str() + " " +
                                 g_cszDisplayOrderSymbol(&order, false).str();
@@ -86,7 +101,6 @@ int CheckCommand(int argc, char** argv)
         std::printf("%-40s insurance  %-8s %s\n", who.c_str(), insuranceOk ? "PASS" : "REFUSED",
                     insuranceOk ? "" : OneLine(message).c_str());
         refused = refused || !stockOk || !insuranceOk;
-        progress.Step(++done);
     }
     if (std::fflush(stdout) != 0) {
         std::fprintf(stderr, "orderview check: cannot write the verdicts\n");

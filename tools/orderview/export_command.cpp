@@ -79,6 +79,7 @@ int ExportCommand(int argc, char** argv)
     ConsolePlatform platform;
     platform.AnswerSaveDialog(CString(output), format == "txt" ? 2 : 1);
     OrderList list(folder.Host(), kind, static_cast<int>(mode), DefaultColumns(kind));
+    if (!MainFolder::Report(list.Diagnostics())) return 1;
     Progress progress("export", static_cast<size_t>(list.GetItemCount()));
     list.SetProgress(&progress);
 

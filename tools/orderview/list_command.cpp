@@ -67,6 +67,7 @@ int ListCommand(int argc, char** argv)
     MainFolder folder(options.Get("main"));
     if (!folder.Ok()) return 1;
     OrderList list(folder.Host(), kind, static_cast<int>(mode), columns);
+    if (!MainFolder::Report(list.Diagnostics())) return 1;
     Progress progress("list", static_cast<size_t>(list.GetItemCount()));
     if (!PrintTable(list, stdout, &progress)) {
         std::fprintf(stderr, "orderview list: cannot write the table\n");

@@ -7,8 +7,8 @@
 namespace ovcli {
 
 MainFolder::MainFolder(const std::string& path)
-    : host_(new orderview::DefaultHost(path.empty() ? orderview::DefaultHost::DefaultMainPath()
-                                                    : CString(path)))
+    : host_(new orderview::DefaultHost(path.empty() ? orderview::DefaultHost::DefaultMainPath() : CString(path),
+                                       orderview::DefaultHost::Tables::WithoutOrdersAndDeals))
 {
     // The default host has already printed each diagnostic to standard error.
     ok_ = host_->Diagnostics().empty();
@@ -18,5 +18,11 @@ MainFolder::MainFolder(const std::string& path)
 MainFolder::~MainFolder() { orderview::SetHostServices(nullptr); }
 
 CString MainFolder::Text(const CString& id) const { return host_->LangGetLangString(id); }
+
+bool MainFolder::Report(const std::vector<CString>& diagnostics)
+{
+    for (const CString& message : diagnostics) std::fprintf(stderr, "orderview: %s\n", message.GetString());
+    return diagnostics.empty();
+}
 
 }  // namespace ovcli

@@ -1,9 +1,11 @@
-// The main folder the program works on: the library's default host read from it, installed for
+// The main folder the program works on: the library's default host read from it (every table
+// but the day's orders and deals, which the commands read one record at a time), installed for
 // the program's lifetime, with its malformed lines reported.
 #pragma once
 
 #include <memory>
 #include <string>
+#include <vector>
 
 #include "host/default_host.h"
 
@@ -22,6 +24,8 @@ public:
     orderview::DefaultHost& Host() { return *host_; }
     // A language text.
     CString Text(const CString& id) const;
+    // Prints each "file:line: message" to standard error; true when there is none.
+    static bool Report(const std::vector<CString>& diagnostics);
 
 private:
     std::unique_ptr<orderview::DefaultHost> host_;

@@ -80,43 +80,46 @@ std::vector<CString> DefaultColumns(ListKind kind)
 }
 
 OrderList::OrderList(orderview::DefaultHost& host, ListKind kind, int mode, std::vector<CString> columns)
-    : host_(host), kind_(kind), mode_(mode), columns_(std::move(columns))
+    : host_(host), kind_(kind), mode_(mode), columns_(std::move(columns)),
+      file_(host.s_PathGetSysPath(0) + (kind == ListKind::Deal ? "\\deals.csv" : "\\orders.csv"),
+            kind == ListKind::Deal ? "deals.csv" : "orders.csv",
+            kind == ListKind::Deal ? orderview::RecordFile::Kind::Deals : orderview::RecordFile::Kind::Orders)
 {
     for (const CString& key : columns_) headings_.push_back(host_.LangGetLangString(key));
-    // The deal list, and the modes that admit every order, need no filtering pass.
+    // The deal list, and the modes that admit every order, need no row to decide.
     const bool showsAll = kind_ == ListKind::Deal ||
                           ((mode_ & 0xFF) == 255 && (kind_ == ListKind::Simple || (mode_ & 0x4ff00) == 0x4ff00));
     CBaseOrderItemGroup scratch;
-    for (size_t i = 0, n = RecordCount(); i < n; ++i) {
+    for (;;) {
+        const std::uint64_t offset = file_.Tell();
         scratch.vClear();
-        if (showsAll || Fill(i, scratch)) shown_.push_back(i);
+        if (!ReadAndFill(scratch, !showsAll)) {
+            if (file_.Tell() == offset) break;  // the end of the day
+            continue;                            // hidden by the list mode
+        }
+        shown_.push_back(offset);
     }
 }
 
-size_t OrderList::RecordCount() const
+bool OrderList::ReadAndFill(CBaseOrderItemGroup& row, bool fill) const
 {
-    return kind_ == ListKind::Deal ? host_.vecDeals.size() : host_.vecTodayOrders.size();
-}
-
-bool OrderList::Fill(size_t record, CBaseOrderItemGroup& row) const
-{
-    switch (kind_) {
-    case ListKind::Simple:
-        return g_bAddODOI2OIG_SimpleOrderListCtrl(&row, &host_.vecTodayOrders[record], mode_);
-    case ListKind::Full:
-        return g_bAddODOI2OIG_QueryOrderRet2FullOrderListCtrl(&row, &host_.vecTodayOrders[record], mode_, true,
-                                                              false, true);
-    case ListKind::Deal:
-        return g_bAddODOI2OIG_DealRet2FullOrderListCtrl(&row, &host_.vecDeals[record], 0, true, false, true);
-    }
-    return false;
+    if (kind_ == ListKind::Deal)
+        return file_.NextDeal(record_) &&
+               (!fill || g_bAddODOI2OIG_DealRet2FullOrderListCtrl(&row, &record_, 0, true, false, true));
+    std::string list;
+    // Only the day's list of orders; the error list is another screen's.
+    if (!file_.NextOrder(record_, list) || list != "today") return false;
+    if (!fill) return true;
+    if (kind_ == ListKind::Simple) return g_bAddODOI2OIG_SimpleOrderListCtrl(&row, &record_, mode_);
+    return g_bAddODOI2OIG_QueryOrderRet2FullOrderListCtrl(&row, &record_, mode_, true, false, true);
 }
 
 void OrderList::Load(int row) const
 {
     if (row == cachedRow_) return;
     row_.vClear();
-    Fill(shown_[static_cast<size_t>(row)], row_);
+    file_.Seek(shown_[static_cast<size_t>(row)]);
+    ReadAndFill(row_);
     cells_.clear();
     for (const CString& key : columns_) cells_.push_back(ItemText(row_.pGetItem(key)));
     cachedRow_ = row;

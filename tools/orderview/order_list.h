@@ -1,12 +1,15 @@
-// One order screen's list over the main folder's records: which list (simple, full or deal), its
-// mode, its columns, and its rows filled on demand with the library's row functions. Nothing is
-// kept per row but the index of each shown record, so a list streams.
+// One order screen's list over the main folder's day: which list (simple, full or deal), its
+// mode, its columns, and its rows filled on demand with the library's row functions. The records
+// are read from "orders.csv" or "deals.csv" as they are needed; nothing is kept per row but the
+// file offset of each shown record, so a list of any size streams.
 #pragma once
 
+#include <cstdint>
 #include <string>
 #include <vector>
 
 #include "host/default_host.h"
+#include "host/record_file.h"
 #include "platform/list_control.h"
 
 namespace ovcli {
@@ -25,8 +28,10 @@ std::vector<CString> DefaultColumns(ListKind kind);
 
 class OrderList : public CListCtrl {
 public:
-    // Finds the shown records; `columns` are item keys, their headings the language texts.
+    // Finds the shown records; `columns` are item keys, their headings the language texts. The
+    // day's malformed records are in Diagnostics().
     OrderList(orderview::DefaultHost& host, ListKind kind, int mode, std::vector<CString> columns);
+    const std::vector<CString>& Diagnostics() const { return file_.Diagnostics(); }
 
     // CListCtrl: headings, right alignment for numbers, rows filled when first read.
     int GetColumnCount() const override { return static_cast<int>(columns_.size()); }
@@ -40,11 +45,10 @@ public:
 
     // Reports each row as it is first read (exports read the rows in order).
     void SetProgress(Progress* progress) { progress_ = progress; }
-    // Records read, before the list mode filters them.
-    size_t RecordCount() const;
-
 private:
-    bool Fill(size_t record, CBaseOrderItemGroup& row) const;
+    // Reads the record at the file's position and, with `fill`, fills `row`; false when there is
+    // none or the list (or, with `fill`, the list mode) hides it.
+    bool ReadAndFill(CBaseOrderItemGroup& row, bool fill = true) const;
     void Load(int row) const;
 
     orderview::DefaultHost& host_;
@@ -52,7 +56,9 @@ private:
     int mode_;
     std::vector<CString> columns_;
     std::vector<CString> headings_;
-    std::vector<size_t> shown_;
+    mutable orderview::RecordFile file_;
+    mutable CBaseOrder_DealInfo record_;  // the record being shown (deals; orders use its order part)
+    std::vector<std::uint64_t> shown_;    // file offset of each shown record
     mutable int cachedRow_ = -1;
     mutable std::vector<CString> cells_;
     mutable CBaseOrderItemGroup row_;

@@ -54,6 +54,7 @@ int PrintCommand(int argc, char** argv)
     ConsolePlatform platform;
     platform.AnswerPrintDialog(CString(output));
     OrderList list(folder.Host(), kind, static_cast<int>(mode), DefaultColumns(kind));
+    if (!MainFolder::Report(list.Diagnostics())) return 1;
     const CString title = options.Has("title")
                               ? CString(options.Get("title"))
                               : CString(ListTitle(kind));

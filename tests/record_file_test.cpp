@@ -1,0 +1,98 @@
+#include <gtest/gtest.h>
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "host/record_file.h"
+#include "support/temp_folder.h"
+
+namespace {
+
+using orderview::RecordFile;
+
+class RecordFileTest : public ::testing::Test {
+protected:
+    RecordFile Open(const std::string& content, RecordFile::Kind kind)
+    {
+        folder.Write("sys/t.csv", content);
+        return RecordFile(CString(folder.File("sys/t.csv")), "t.csv", kind);
+    }
+    ovtest::TempFolder folder;
+};
+
+TEST_F(RecordFileTest, ReadsOrdersOneAtATimeAndComesBack)
+{
+    RecordFile file = Open("\xEF\xBB\xBFlist,csOrderNo,dwBS,csStatusMsg,dwOrderQty\r\n"
+                           "today,A1,B,,5\r\n"
+                           "\r\n# a comment between records\r\n"
+                           "error,A2,S,\"two\r\nlines, with a comma\",7\r\n"
+                           "today,A3,S,\"say \"\"hi\"\"\",9\n",
+                           RecordFile::Kind::Orders);
+    CBaseOrder_OrderInfo order;
+    std::string list;
+    std::vector<std::uint64_t> offsets;
+    std::vector<std::string> numbers;
+    for (std::uint64_t at = file.Tell(); file.NextOrder(order, list); at = file.Tell()) {
+        offsets.push_back(at);
+        numbers.push_back(order.csOrderNo.str() + "/" + list);
+    }
+    EXPECT_EQ(numbers, (std::vector<std::string>{"A1/today", "A2/error", "A3/today"}));
+    EXPECT_TRUE(file.Diagnostics().empty());
+    // Back to the second record: the quoted line break and comma are read again whole.
+    ASSERT_TRUE(file.Seek(offsets[1]));
+    ASSERT_TRUE(file.NextOrder(order, list));
+    EXPECT_EQ(order.csStatusMsg, "two\r\nlines, with a comma");
+    EXPECT_EQ(order.dwOrderQty, 7u);
+    ASSERT_TRUE(file.NextOrder(order, list));
+    EXPECT_EQ(order.csStatusMsg, "say \"hi\"");
+    EXPECT_EQ(order.dwBS, static_cast<std::uint32_t>('S'));
+    EXPECT_FALSE(file.NextOrder(order, list));
+}
+
+TEST_F(RecordFileTest, MalformedRecordsAreReportedAndSkipped)
+{
+    RecordFile file = Open("list,csOrderNo,dwOrderQty,bogus\n"
+                           "today,A1,1,x\n"
+                           "today,A2,-1,x\n"
+                           "later,A3,1,x\n"
+                           "today,A4\n"
+                           "today,\"unclosed,1,x\n",
+                           RecordFile::Kind::Orders);
+    CBaseOrder_OrderInfo order;
+    std::string list;
+    std::vector<std::string> read;
+    while (file.NextOrder(order, list)) read.push_back(order.csOrderNo.str());
+    EXPECT_EQ(read, (std::vector<std::string>{"A1"}));
+    const std::vector<std::string> expected = {"t.csv:1: unknown order field bogus", "t.csv:3: bad value '-1'",
+                                               "t.csv:4: list must be today or error", "t.csv:5: expected 4 fields",
+                                               "t.csv:6: quoted field is not closed"};
+    ASSERT_EQ(file.Diagnostics().size(), expected.size());
+    for (size_t i = 0; i < expected.size(); ++i)
+        EXPECT_EQ(file.Diagnostics()[i].str().rfind(expected[i], 0), 0u) << file.Diagnostics()[i].str();
+}
+
+TEST_F(RecordFileTest, DealsAndTablesThatReadNothing)
+{
+    RecordFile deals = Open("csOrderNo,dwDealTime,dbDealPrice\nA1,93000500,101.5\n", RecordFile::Kind::Deals);
+    CBaseOrder_DealInfo deal;
+    ASSERT_TRUE(deals.NextDeal(deal));
+    EXPECT_EQ(deal.dwDealTime, 93000500u);
+    EXPECT_EQ(deal.dbDealPrice, 101.5);
+    CBaseOrder_OrderInfo order;
+    std::string list;
+    EXPECT_FALSE(deals.NextOrder(order, list));  // a deal table holds no orders
+
+    RecordFile noList = Open("csOrderNo\nA1\n", RecordFile::Kind::Orders);
+    EXPECT_FALSE(noList.NextOrder(order, list));
+    ASSERT_EQ(noList.Diagnostics().size(), 1u);
+    EXPECT_EQ(noList.Diagnostics()[0], "t.csv:1: missing column list");
+
+    RecordFile missing(CString(folder.File("sys/none.csv")), "none.csv", RecordFile::Kind::Orders);
+    EXPECT_FALSE(missing.NextOrder(order, list));
+    EXPECT_TRUE(missing.Diagnostics().empty());
+    RecordFile empty = Open("", RecordFile::Kind::Deals);
+    EXPECT_FALSE(empty.NextDeal(deal));
+}
+
+}  // namespace
