@@ -17,7 +17,7 @@ namespace xls {
 class ORDERVIEW_API Cell {
 public:
     enum Kind { kUndefined = 0, kInteger = 1, kDouble = 2, kString = 3, kWString = 4 };
-    static constexpr std::uint16_t kDefaultFormat = 15;  // the default cell XF of a workbook
+    enum : std::uint16_t { kDefaultFormat = 15 };  // the default cell XF of a workbook
 
     Cell() { value_.i = 0; }
     ~Cell();
