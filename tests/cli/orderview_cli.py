@@ -54,9 +54,10 @@ def test_usage():
         result = run(*args)
         check("exit status of %s" % " ".join(args), result.returncode == status,
               "%d, expected %d" % (result.returncode, status))
-    for command in ["list", "check", "export", "print", "generate"]:
+    for command in ["list", "check", "export", "print", "generate", "xls", "cfb"]:
         result = run(command, "--help")
-        check(command + " --help", result.returncode == 0 and "usage: orderview " + command in result.stdout)
+        check(command + " --help", result.returncode == 0 and "usage: orderview " + command in result.stdout,
+              result.stdout[:100])
 
 
 def test_list():
@@ -163,6 +164,20 @@ def test_generate_and_bad_input(work):
     check("no partial export file", not os.path.exists(os.path.join(work, "never.csv")))
 
 
+def test_file_commands(work):
+    # The workbook and compound file subcommands on a workbook the program itself exported.
+    book = os.path.join(work, "deals.xls")
+    run("export", "--main", SAMPLE, "--list", "deal", "--format", "xls", "--output", book)
+    listing = run("cfb", "ls", book)
+    check("cfb ls lists the Workbook stream", listing.returncode == 0 and "\tWorkbook" in listing.stdout, listing.stdout)
+    stream = subprocess.run([PROGRAM, "cfb", "cat", book, "Workbook"], capture_output=True)
+    check("cfb cat gives the stream's bytes", stream.returncode == 0 and stream.stdout[:2] == b"\x09\x08")
+    resaved = os.path.join(work, "resaved.xls")
+    check("xls resave", run("xls", "resave", book, resaved).returncode == 0)
+    check("xls dump is the same after a resave", run("xls", "dump", book).stdout == run("xls", "dump", resaved).stdout)
+    check("xls usage", run("xls", "dump").returncode == 2 and run("cfb", "ls", os.path.join(work, "none")).returncode == 1)
+
+
 def main():
     with tempfile.TemporaryDirectory() as work:
         test_usage()
@@ -171,6 +186,7 @@ def main():
         test_export(work)
         test_print(work)
         test_generate_and_bad_input(work)
+        test_file_commands(work)
     for failure in failures:
         print("FAIL:", failure)
     print("orderview: %d failures" % len(failures))

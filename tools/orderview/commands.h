@@ -9,5 +9,7 @@ int ListCommand(int argc, char** argv);
 int ExportCommand(int argc, char** argv);
 int CheckCommand(int argc, char** argv);
 int PrintCommand(int argc, char** argv);
+int XlsCommand(int argc, char** argv);
+int CfbCommand(int argc, char** argv);
 
 }  // namespace ovcli

@@ -16,6 +16,8 @@ const char kUsage[] =
     "  export    write a list as CSV, a text table, an HTML spreadsheet or a workbook\n"
     "  generate  write a coherent synthetic main folder of any size\n"
     "  print     print a list to a PDF file\n"
+    "  xls       dump, make and resave binary workbooks\n"
+    "  cfb       list and read the streams of compound files\n"
     "\n"
     "'orderview COMMAND --help' tells more. Exit status: 0 done, 1 a check refused or a file\n"
     "could not be read or written, 2 usage.\n";
@@ -31,6 +33,8 @@ const Command kCommands[] = {
     {"export", ovcli::ExportCommand},
     {"generate", GenerateCommand},
     {"print", ovcli::PrintCommand},
+    {"xls", ovcli::XlsCommand},
+    {"cfb", ovcli::CfbCommand},
 };
 
 }  // namespace
