@@ -7,6 +7,7 @@
 #include "platform/file_system.h"
 #include "platform/platform.h"
 #include "platform/print.h"
+#include "support/environment.h"
 #include "support/temp_folder.h"
 
 namespace {
@@ -176,13 +177,13 @@ TEST(SystemPlatform, PrintsToThePathInTheEnvironment)
     ovtest::TempFolder folder;
     orderview::SystemPlatform platform;
     orderview::PrintRequest request;
-    ::unsetenv("ORDERVIEW_PRINT_TO");
+    ovtest::SetEnvironment("ORDERVIEW_PRINT_TO", nullptr);
     EXPECT_FALSE(platform.StartPrintJob(request));
-    ::setenv("ORDERVIEW_PRINT_TO", "", 1);
+    ovtest::SetEnvironment("ORDERVIEW_PRINT_TO", "");
     EXPECT_FALSE(platform.StartPrintJob(request));
-    ::setenv("ORDERVIEW_PRINT_TO", folder.File("env.pdf").c_str(), 1);
+    ovtest::SetEnvironment("ORDERVIEW_PRINT_TO", folder.File("env.pdf").c_str());
     auto job = platform.StartPrintJob(request);
-    ::unsetenv("ORDERVIEW_PRINT_TO");
+    ovtest::SetEnvironment("ORDERVIEW_PRINT_TO", nullptr);
     ASSERT_TRUE(job);
     EXPECT_EQ(job->GetPaper().dWidth, 595);
     EXPECT_EQ(job->GetPaper().dHeight, 842);
