@@ -308,7 +308,8 @@ void Book::UpdateWorksheets()
     if (workbook_.window1.activeSheet >= sheets_.size()) workbook_.window1.activeSheet = 0;
     for (std::size_t s = 0; s < sheets_.size(); ++s) {
         Worksheet& ws = worksheets_[s];
-        ws.bof.type = 0x0010;
+        Workbook::BoundSheet& bound = workbook_.boundSheets[s];
+        if (bound.sheetType == 0) ws.bof.type = 0x0010;
         ws.cellTable.rowBlocks.clear();
         const bool active = s == workbook_.window1.activeSheet;
         ws.window2.options = static_cast<std::uint16_t>(active ? (ws.window2.options | 0x0600) : (ws.window2.options & ~0x0600));
@@ -389,6 +390,10 @@ void Book::UpdateWorksheets()
             lastCol = std::max(lastCol, last);
         }
         const bool empty = firstRow == SIZE_MAX;
+        if (!empty && bound.sheetType != 0) {  // a chart or macro sheet given cells becomes a worksheet
+            bound.sheetType = 0;
+            ws.bof.type = 0x0010;
+        }
         ws.dimensions.firstRow = empty ? 0 : static_cast<std::uint32_t>(firstRow);
         ws.dimensions.lastRowPlus1 = empty ? 0 : static_cast<std::uint32_t>(lastRow + 1);
         ws.dimensions.firstCol = empty ? 0 : static_cast<std::uint16_t>(firstCol);

@@ -582,9 +582,20 @@ std::size_t Worksheet::Read(const char* stream, std::size_t size, CellSink* sink
             break;
         case 0x000A: return at + 4;
         case kContinue: break;  // a part of a record that is rebuilt, or a stray one: dropped
-        case 0x0208: {  // Row: its height and format are kept
-            CellTable::RowBlock::Row row;
-            if (row.ReadFrom(stream + at, size - at) != 0) rowFormats[row.row] = row;
+        case 0x0208: {  // Row: a height, options or format other than the default are kept
+            const CellTable::RowBlock::Row plain;
+            const std::uint16_t row = c.U16();
+            c.Skip(4);  // the column range is rebuilt
+            const std::uint16_t height = c.U16();
+            c.Skip(4);
+            const std::uint16_t options = c.U16(), xf = c.U16();
+            if (c.ok() && (height != plain.height || options != plain.options || xf != plain.xf)) {
+                CellTable::RowBlock::Row& kept = rowFormats[row];
+                kept.row = row;
+                kept.height = height;
+                kept.options = options;
+                kept.xf = xf;
+            }
             break;
         }
         case 0x0203: {  // Number

@@ -260,7 +260,7 @@ public:
     std::vector<Record> head;
     std::vector<Record> tail;
     std::size_t window2At = 0;
-    // The Row records read (height, options, format), by row number.
+    // The Row records read with a height, options or format other than the default, by row number.
     std::map<std::uint16_t, CellTable::RowBlock::Row> rowFormats;
 };
 
