@@ -281,7 +281,7 @@ TEST_F(ProfileFile, InterruptedWriteLosesNothing)
         }
         // Wait for the temporary file to appear, then kill the writer mid-write.
         bool sawTemp = false;
-        for (int i = 0; i < 20000 && !sawTemp; ++i) {
+        for (int i = 0; i < 150000 && !sawTemp; ++i) {  // up to 30 s on a busy machine
             for (const auto& entry : std::filesystem::directory_iterator(folder.path() + "/sys"))
                 if (entry.path().filename().string().find(".tmp") != std::string::npos) sawTemp = true;
             if (!sawTemp) std::this_thread::sleep_for(std::chrono::microseconds(200));
