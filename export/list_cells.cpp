@@ -34,10 +34,17 @@ std::vector<CString> ColumnStyles(const CListCtrl& list)
     return styles;
 }
 
-bool IsNumberCell(const CString& style, const CString& text)
+// The text half of the number rule: a digit or a comma, and no backslash, blank or colon.
+static bool IsNumberText(const CString& text)
 {
-    return style.Find("right") > 0 && !text.IsEmpty() && text.FindOneOf("0123456789,") >= 0 &&
-           text.FindOneOf("\\ :") < 0;
+    return !text.IsEmpty() && text.FindOneOf("0123456789,") >= 0 && text.FindOneOf("\\ :") < 0;
+}
+
+bool IsNumberCell(const CString& style, const CString& text) { return style.Find("right") > 0 && IsNumberText(text); }
+
+bool IsNumberCell(int columnFormat, const CString& text)
+{
+    return (columnFormat & 3) == CListCtrl::kFormatRight && IsNumberText(text);
 }
 
 int NumberKind(const CString& text, CString& decimals)

@@ -19,6 +19,8 @@ std::vector<CString> ColumnStyles(const CListCtrl& list);
 // Whether a cell of a column with `style` is exported as a number: the column is right-aligned,
 // the text holds a digit or a comma and no backslash, blank or colon.
 bool IsNumberCell(const CString& style, const CString& text);
+// The same judged by the column's format bits instead of its style.
+bool IsNumberCell(int columnFormat, const CString& text);
 
 // The number cell kind of a number text (see ExportFile) and its decimals pattern: one '#' per
 // character after the decimal point.

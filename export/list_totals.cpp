@@ -2,6 +2,8 @@
 
 #include <string>
 
+#include "export/list_cells.h"
+
 namespace orderview {
 
 namespace {
@@ -90,12 +92,6 @@ CString Format(const Decimal& d)
 }
 
 }  // namespace
-
-bool IsNumberCell(int columnFormat, const CString& text)
-{
-    return (columnFormat & 3) == CListCtrl::kFormatRight && !text.IsEmpty() &&
-           text.FindOneOf("0123456789,") >= 0 && text.FindOneOf("\\ :") < 0;
-}
 
 std::vector<CString> ColumnTotals(const CListCtrl& list, const std::vector<int>& rows, const std::vector<int>& columns)
 {

@@ -16,8 +16,6 @@
 
 namespace orderview {
 
-bool IsNumberCell(int columnFormat, const CString& text);
-
 // One text per list column: the total, with as many decimals as the column's most precise
 // cell, thousands commas and a percent sign when its cells use them; empty for no total.
 std::vector<CString> ColumnTotals(const CListCtrl& list, const std::vector<int>& rows, const std::vector<int>& columns);
