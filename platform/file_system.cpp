@@ -17,12 +17,34 @@ std::string ToNativePath(const CString& path)
     return native;
 }
 
+FilePath::FilePath(const char* narrow) : native_(native::FromNarrow(narrow ? narrow : "")) {}
+FilePath::FilePath(const std::string& narrow) : native_(native::FromNarrow(narrow)) {}
+FilePath::FilePath(const CString& narrow) : native_(native::FromNarrow(narrow.str())) {}
+FilePath::FilePath(const wchar_t* wide) : native_(native::FromWide(wide ? wide : L"")) {}
+FilePath::FilePath(const std::wstring& wide) : native_(native::FromWide(wide)) {}
+
+FilePath FilePath::FromNative(String native)
+{
+    FilePath path;
+    path.native_ = std::move(native);
+    return path;
+}
+
+FilePath FilePath::WithSuffix(const char* suffix) const
+{
+    String native = native_;
+    for (; *suffix; ++suffix) native.push_back(static_cast<String::value_type>(*suffix));
+    return FromNative(std::move(native));
+}
+
+std::string FilePath::Narrow() const { return native::ToNarrow(native_); }
+
 // Reads the file into any contiguous byte container: sized once from the file's length, then
 // filled by large reads (a file that grows meanwhile is read to its end).
 template <class Bytes>
-static bool ReadInto(const CString& path, Bytes& content)
+static bool ReadInto(const FilePath& path, Bytes& content)
 {
-    FILE* file = native::OpenFile(ToNativePath(path), "rb");
+    FILE* file = native::OpenFile(path, "rb");
     if (!file) return false;
     Bytes data;
     const std::size_t expected = static_cast<std::size_t>(native::FileLength(file));
@@ -38,15 +60,15 @@ static bool ReadInto(const CString& path, Bytes& content)
     return ok;
 }
 
-bool ReadWholeFile(const CString& path, std::string& content) { return ReadInto(path, content); }
-bool ReadWholeFile(const CString& path, std::vector<std::uint8_t>& content) { return ReadInto(path, content); }
+bool ReadWholeFile(const FilePath& path, std::string& content) { return ReadInto(path, content); }
+bool ReadWholeFile(const FilePath& path, std::vector<std::uint8_t>& content) { return ReadInto(path, content); }
 
-bool ReplaceFileAtomically(const CString& path, const std::string& content)
+bool ReplaceFileAtomically(const FilePath& path, const std::string& content)
 {
     return ReplaceFileAtomically(path, content.data(), content.size());
 }
 
-bool ReplaceFileAtomically(const CString& path, const void* data, std::size_t size)
+bool ReplaceFileAtomically(const FilePath& path, const void* data, std::size_t size)
 {
     ReplacingFile file(path);
     return file.Write(data, size) && file.Commit();
@@ -54,14 +76,14 @@ bool ReplaceFileAtomically(const CString& path, const void* data, std::size_t si
 
 static constexpr std::size_t kWriteBuffer = 1 << 16;
 
-ReplacingFile::ReplacingFile(const CString& path) : target_(ToNativePath(path))
+ReplacingFile::ReplacingFile(const FilePath& path) : target_(path)
 {
-    if (target_.empty()) return;
+    if (target_.IsEmpty()) return;
     // Only a regular file that may be written is replaced; a folder or a device is left alone.
     const native::PathKind kind = native::KindOf(target_);
     if (kind == native::PathKind::Other || (kind == native::PathKind::RegularFile && !native::IsWritable(target_)))
         return;
-    file_ = native::CreateUniqueFile(target_ + ".tmp", temp_);
+    file_ = native::CreateUniqueFile(target_.WithSuffix(".tmp"), temp_);
 }
 
 ReplacingFile::~ReplacingFile() { Discard(); }
@@ -105,7 +127,7 @@ bool ReplacingFile::Commit()
     file_ = nullptr;
     if (ok) ok = native::ReplaceFile(temp_, target_);
     if (!ok) native::RemoveFile(temp_);
-    temp_.clear();
+    temp_ = FilePath();
     return ok;
 }
 
@@ -115,11 +137,11 @@ void ReplacingFile::Discard()
     std::fclose(file_);
     file_ = nullptr;
     native::RemoveFile(temp_);
-    temp_.clear();
+    temp_ = FilePath();
     buffer_.clear();
 }
 
-LineReader::LineReader(const CString& path) : file_(native::OpenFile(ToNativePath(path), "rb")) {}
+LineReader::LineReader(const FilePath& path) : file_(native::OpenFile(path, "rb")) {}
 
 LineReader::~LineReader()
 {
@@ -164,11 +186,11 @@ bool LineReader::Seek(std::uint64_t offset)
     return true;
 }
 
-bool PathExists(const CString& path) { return native::KindOf(ToNativePath(path)) != native::PathKind::Missing; }
+bool PathExists(const FilePath& path) { return native::KindOf(path) != native::PathKind::Missing; }
 
-bool AppendToFile(const CString& path, const std::string& content)
+bool AppendToFile(const FilePath& path, const std::string& content)
 {
-    FILE* file = native::OpenFile(ToNativePath(path), "ab");
+    FILE* file = native::OpenFile(path, "ab");
     if (!file) return false;
     const bool ok = std::fwrite(content.data(), 1, content.size(), file) == content.size();
     return (std::fclose(file) == 0) && ok;

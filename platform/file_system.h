@@ -15,9 +15,40 @@ namespace orderview {
 // The native form of a backslash path ('\' becomes '/' on POSIX systems).
 ORDERVIEW_API std::string ToNativePath(const CString& path);
 
+// A file's path as the operating system takes it: UTF-16 on Windows, bytes elsewhere. Narrow
+// paths are text in the local code page (the ANSI code page on Windows); wide paths reach the
+// system as they are on Windows and as UTF-8 elsewhere, so a name the code page cannot hold
+// still opens. '\' separates folders everywhere ('/' on POSIX systems too).
+class ORDERVIEW_API FilePath {
+public:
+#ifdef _WIN32
+    using String = std::wstring;
+#else
+    using String = std::string;
+#endif
+    FilePath() = default;
+    FilePath(const char* narrow);
+    FilePath(const std::string& narrow);
+    FilePath(const CString& narrow);
+    FilePath(const wchar_t* wide);
+    FilePath(const std::wstring& wide);
+    // A path already in the system's form.
+    static FilePath FromNative(String native);
+
+    const String& Native() const { return native_; }
+    bool IsEmpty() const { return native_.empty(); }
+    // The path with an ASCII suffix appended to its last name ("x.ini" + ".tmp").
+    FilePath WithSuffix(const char* suffix) const;
+    // The path as narrow text in the local code page (a character the code page lacks becomes '?').
+    std::string Narrow() const;
+
+private:
+    String native_;
+};
+
 // Reads a whole file; false when it cannot be opened or read.
-ORDERVIEW_API bool ReadWholeFile(const CString& path, std::string& content);
-ORDERVIEW_API bool ReadWholeFile(const CString& path, std::vector<std::uint8_t>& content);
+ORDERVIEW_API bool ReadWholeFile(const FilePath& path, std::string& content);
+ORDERVIEW_API bool ReadWholeFile(const FilePath& path, std::vector<std::uint8_t>& content);
 
 // A file written under a temporary name beside `path` and renamed over `path` by Commit, so a
 // failure half-way (a write error, a full disk) leaves whatever was at `path` untouched. Writes
@@ -26,7 +57,7 @@ ORDERVIEW_API bool ReadWholeFile(const CString& path, std::vector<std::uint8_t>&
 // temporary file. Replacing an existing file flushes the new one to disk before the rename.
 class ORDERVIEW_API ReplacingFile {
 public:
-    explicit ReplacingFile(const CString& path);
+    explicit ReplacingFile(const FilePath& path);
     ~ReplacingFile();
     ReplacingFile(const ReplacingFile&) = delete;
     ReplacingFile& operator=(const ReplacingFile&) = delete;
@@ -47,7 +78,8 @@ public:
 private:
     bool Flush();
 
-    std::string target_, temp_, buffer_;
+    FilePath target_, temp_;
+    std::string buffer_;
     std::FILE* file_ = nullptr;
     std::uint64_t size_ = 0;
     bool failed_ = false;
@@ -56,14 +88,14 @@ private:
 // Replaces the file with `content` atomically: writes a temporary file in the same folder,
 // flushes it to disk and renames it over the old one. On any failure the old file is left as
 // it was and false is returned. A missing folder is not created.
-ORDERVIEW_API bool ReplaceFileAtomically(const CString& path, const std::string& content);
-ORDERVIEW_API bool ReplaceFileAtomically(const CString& path, const void* data, std::size_t size);
+ORDERVIEW_API bool ReplaceFileAtomically(const FilePath& path, const std::string& content);
+ORDERVIEW_API bool ReplaceFileAtomically(const FilePath& path, const void* data, std::size_t size);
 
 // Reads a text file line by line with a byte offset for each line, so a reader can come back to
 // a line it has passed. Lines end at LF; a CR before it is kept (callers strip it).
 class ORDERVIEW_API LineReader {
 public:
-    explicit LineReader(const CString& path);
+    explicit LineReader(const FilePath& path);
     ~LineReader();
     LineReader(const LineReader&) = delete;
     LineReader& operator=(const LineReader&) = delete;
@@ -84,9 +116,9 @@ private:
 };
 
 // Whether anything (file or folder) exists at the path.
-ORDERVIEW_API bool PathExists(const CString& path);
+ORDERVIEW_API bool PathExists(const FilePath& path);
 
 // Appends to a file, creating it when missing; false when it cannot be written.
-ORDERVIEW_API bool AppendToFile(const CString& path, const std::string& content);
+ORDERVIEW_API bool AppendToFile(const FilePath& path, const std::string& content);
 
 }  // namespace orderview

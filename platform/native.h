@@ -1,6 +1,6 @@
 // The operating system beneath the platform seam (internal): the only place that calls POSIX or
 // Win32. native_posix.cpp and native_win32.cpp each implement it; every other file of the
-// library is standard C++. Paths are native narrow paths (the ANSI code page on Windows).
+// library is standard C++. Paths are FilePath values, already in the system's form.
 #pragma once
 
 #include <cstddef>
@@ -9,13 +9,20 @@
 #include <string>
 #include <vector>
 
+#include "platform/file_system.h"
 #include "platform/platform.h"
 
 namespace orderview {
 namespace native {
 
+// A narrow path in the local code page, and a wide one, in the system's form.
+FilePath::String FromNarrow(const std::string& narrow);
+FilePath::String FromWide(const std::wstring& wide);
+// The system's form as narrow text in the local code page.
+std::string ToNarrow(const FilePath::String& native);
+
 // Opens a file with fopen's modes ("rb", "ab", ...).
-std::FILE* OpenFile(const std::string& path, const char* mode);
+std::FILE* OpenFile(const FilePath& path, const char* mode);
 // The length of an open file, or 0 when it cannot be told.
 std::uint64_t FileLength(std::FILE* file);
 // Moves to a byte offset from the start (files past 2 GiB included).
@@ -23,25 +30,25 @@ bool SeekTo(std::FILE* file, std::uint64_t offset);
 
 // What is at a path.
 enum class PathKind { Missing, RegularFile, Other };
-PathKind KindOf(const std::string& path);
+PathKind KindOf(const FilePath& path);
 // Whether a regular file may be written.
-bool IsWritable(const std::string& path);
+bool IsWritable(const FilePath& path);
 
 // A new, empty file with a unique name that starts with `prefix`; its path goes to `path`.
 // Null when it cannot be created.
-std::FILE* CreateUniqueFile(const std::string& prefix, std::string& path);
+std::FILE* CreateUniqueFile(const FilePath& prefix, FilePath& path);
 // Writes the stream's buffers and then the file's data to the disk.
 bool FlushToDisk(std::FILE* file);
 // Gives a file made by CreateUniqueFile the permissions of a new file of the user.
 bool SetNewFilePermissions(std::FILE* file);
 // Renames `from` over `to`, replacing a file that is there, in one step.
-bool ReplaceFile(const std::string& from, const std::string& to);
-bool RemoveFile(const std::string& path);
+bool ReplaceFile(const FilePath& from, const FilePath& to);
+bool RemoveFile(const FilePath& path);
 
 // The local date and time.
 LocalTime Now();
-// Names of the regular files in `folder` (native path).
-std::vector<std::string> ListFiles(const std::string& folder);
+// Names of the regular files in `folder`, as narrow text in the local code page.
+std::vector<std::string> ListFiles(const FilePath& folder);
 
 // The system's own message box and save dialog; false when the system has none to show (the
 // caller then answers itself).

@@ -13,7 +13,45 @@
 namespace orderview {
 namespace native {
 
-std::FILE* OpenFile(const std::string& path, const char* mode) { return std::fopen(path.c_str(), mode); }
+FilePath::String FromNarrow(const std::string& narrow)
+{
+    std::string native = narrow;
+    for (char& c : native)
+        if (c == '\\') c = '/';
+    return native;
+}
+
+// wchar_t holds code points here; they become UTF-8 (a value that is no code point becomes U+FFFD).
+FilePath::String FromWide(const std::wstring& wide)
+{
+    std::string native;
+    native.reserve(wide.size());
+    for (const wchar_t w : wide) {
+        char32_t c = static_cast<char32_t>(w);
+        if (c == U'\\') c = U'/';
+        if (c > 0x10FFFF || (c >= 0xD800 && c <= 0xDFFF)) c = 0xFFFD;
+        if (c < 0x80) {
+            native.push_back(static_cast<char>(c));
+        } else if (c < 0x800) {
+            native.push_back(static_cast<char>(0xC0 | (c >> 6)));
+            native.push_back(static_cast<char>(0x80 | (c & 0x3F)));
+        } else if (c < 0x10000) {
+            native.push_back(static_cast<char>(0xE0 | (c >> 12)));
+            native.push_back(static_cast<char>(0x80 | ((c >> 6) & 0x3F)));
+            native.push_back(static_cast<char>(0x80 | (c & 0x3F)));
+        } else {
+            native.push_back(static_cast<char>(0xF0 | (c >> 18)));
+            native.push_back(static_cast<char>(0x80 | ((c >> 12) & 0x3F)));
+            native.push_back(static_cast<char>(0x80 | ((c >> 6) & 0x3F)));
+            native.push_back(static_cast<char>(0x80 | (c & 0x3F)));
+        }
+    }
+    return native;
+}
+
+std::string ToNarrow(const FilePath::String& native) { return native; }
+
+std::FILE* OpenFile(const FilePath& path, const char* mode) { return std::fopen(path.Native().c_str(), mode); }
 
 std::uint64_t FileLength(std::FILE* file)
 {
@@ -23,18 +61,18 @@ std::uint64_t FileLength(std::FILE* file)
 
 bool SeekTo(std::FILE* file, std::uint64_t offset) { return ::fseeko(file, static_cast<off_t>(offset), SEEK_SET) == 0; }
 
-PathKind KindOf(const std::string& path)
+PathKind KindOf(const FilePath& path)
 {
     struct stat st;
-    if (::stat(path.c_str(), &st) != 0) return PathKind::Missing;
+    if (::stat(path.Native().c_str(), &st) != 0) return PathKind::Missing;
     return S_ISREG(st.st_mode) ? PathKind::RegularFile : PathKind::Other;
 }
 
-bool IsWritable(const std::string& path) { return ::access(path.c_str(), W_OK) == 0; }
+bool IsWritable(const FilePath& path) { return ::access(path.Native().c_str(), W_OK) == 0; }
 
-std::FILE* CreateUniqueFile(const std::string& prefix, std::string& path)
+std::FILE* CreateUniqueFile(const FilePath& prefix, FilePath& path)
 {
-    std::string name = prefix + "XXXXXX";
+    std::string name = prefix.Native() + "XXXXXX";
     const int fd = ::mkstemp(&name[0]);
     if (fd < 0) return nullptr;
     std::FILE* file = ::fdopen(fd, "wb");
@@ -43,7 +81,7 @@ std::FILE* CreateUniqueFile(const std::string& prefix, std::string& path)
         ::unlink(name.c_str());
         return nullptr;
     }
-    path = std::move(name);
+    path = FilePath::FromNative(std::move(name));
     return file;
 }
 
@@ -57,9 +95,12 @@ bool SetNewFilePermissions(std::FILE* file)
     return ::fchmod(::fileno(file), 0666 & ~mask) == 0;
 }
 
-bool ReplaceFile(const std::string& from, const std::string& to) { return std::rename(from.c_str(), to.c_str()) == 0; }
+bool ReplaceFile(const FilePath& from, const FilePath& to)
+{
+    return std::rename(from.Native().c_str(), to.Native().c_str()) == 0;
+}
 
-bool RemoveFile(const std::string& path) { return ::unlink(path.c_str()) == 0; }
+bool RemoveFile(const FilePath& path) { return ::unlink(path.Native().c_str()) == 0; }
 
 LocalTime Now()
 {
@@ -80,14 +121,14 @@ LocalTime Now()
     return t;
 }
 
-std::vector<std::string> ListFiles(const std::string& folder)
+std::vector<std::string> ListFiles(const FilePath& folder)
 {
     std::vector<std::string> names;
-    DIR* dir = ::opendir(folder.c_str());
+    DIR* dir = ::opendir(folder.Native().c_str());
     if (!dir) return names;
     while (const dirent* entry = ::readdir(dir)) {
         const std::string name = entry->d_name;
-        if (name != "." && name != ".." && KindOf(folder + "/" + name) == PathKind::RegularFile) names.push_back(name);
+        if (name != "." && name != ".." && KindOf(FilePath::FromNative(folder.Native() + "/" + name)) == PathKind::RegularFile) names.push_back(name);
     }
     ::closedir(dir);
     return names;

@@ -1,5 +1,6 @@
-// The operating system beneath the platform seam, on Windows. Narrow paths are in the ANSI code
-// page and go to the wide functions after MultiByteToWideChar(CP_ACP).
+// The operating system beneath the platform seam, on Windows. Paths are UTF-16 and go to the
+// wide functions; narrow paths are in the ANSI code page and become UTF-16 through
+// MultiByteToWideChar(CP_ACP).
 #ifdef _WIN32
 
 #include <windows.h>
@@ -40,7 +41,14 @@ HANDLE HandleOf(std::FILE* file) { return reinterpret_cast<HANDLE>(::_get_osfhan
 
 }  // namespace
 
-std::FILE* OpenFile(const std::string& path, const char* mode) { return ::_wfopen(Wide(path).c_str(), Wide(mode).c_str()); }
+FilePath::String FromNarrow(const std::string& narrow) { return Wide(narrow); }
+FilePath::String FromWide(const std::wstring& wide) { return wide; }
+std::string ToNarrow(const FilePath::String& native) { return Narrow(native.c_str()); }
+
+std::FILE* OpenFile(const FilePath& path, const char* mode)
+{
+    return ::_wfopen(path.Native().c_str(), Wide(mode).c_str());
+}
 
 std::uint64_t FileLength(std::FILE* file)
 {
@@ -50,27 +58,27 @@ std::uint64_t FileLength(std::FILE* file)
 
 bool SeekTo(std::FILE* file, std::uint64_t offset) { return ::_fseeki64(file, static_cast<__int64>(offset), SEEK_SET) == 0; }
 
-PathKind KindOf(const std::string& path)
+PathKind KindOf(const FilePath& path)
 {
-    const DWORD attributes = ::GetFileAttributesW(Wide(path).c_str());
+    const DWORD attributes = ::GetFileAttributesW(path.Native().c_str());
     if (attributes == INVALID_FILE_ATTRIBUTES) return PathKind::Missing;
     return (attributes & (FILE_ATTRIBUTE_DIRECTORY | FILE_ATTRIBUTE_DEVICE)) ? PathKind::Other : PathKind::RegularFile;
 }
 
-bool IsWritable(const std::string& path)
+bool IsWritable(const FilePath& path)
 {
-    const DWORD attributes = ::GetFileAttributesW(Wide(path).c_str());
+    const DWORD attributes = ::GetFileAttributesW(path.Native().c_str());
     return attributes != INVALID_FILE_ATTRIBUTES && !(attributes & FILE_ATTRIBUTE_READONLY);
 }
 
-std::FILE* CreateUniqueFile(const std::string& prefix, std::string& path)
+std::FILE* CreateUniqueFile(const FilePath& prefix, FilePath& path)
 {
     static unsigned counter = 0;
     for (int attempt = 0; attempt < 100; ++attempt) {
         char suffix[32];
         std::snprintf(suffix, sizeof suffix, "%08lx%04x", ::GetCurrentProcessId(), (++counter + ::GetTickCount()) & 0xFFFF);
-        const std::string name = prefix + suffix;
-        const HANDLE handle = ::CreateFileW(Wide(name).c_str(), GENERIC_READ | GENERIC_WRITE, FILE_SHARE_READ | FILE_SHARE_DELETE, nullptr, CREATE_NEW,
+        const FilePath name = prefix.WithSuffix(suffix);
+        const HANDLE handle = ::CreateFileW(name.Native().c_str(), GENERIC_READ | GENERIC_WRITE, FILE_SHARE_READ | FILE_SHARE_DELETE, nullptr, CREATE_NEW,
                                             FILE_ATTRIBUTE_NORMAL, nullptr);
         if (handle == INVALID_HANDLE_VALUE) {
             if (::GetLastError() == ERROR_FILE_EXISTS) continue;
@@ -80,7 +88,7 @@ std::FILE* CreateUniqueFile(const std::string& prefix, std::string& path)
         std::FILE* file = fd >= 0 ? ::_fdopen(fd, "wb") : nullptr;
         if (!file) {
             if (fd >= 0) ::_close(fd); else ::CloseHandle(handle);
-            ::DeleteFileW(Wide(name).c_str());
+            ::DeleteFileW(name.Native().c_str());
             return nullptr;
         }
         path = name;
@@ -93,12 +101,12 @@ bool FlushToDisk(std::FILE* file) { return std::fflush(file) == 0 && ::FlushFile
 
 bool SetNewFilePermissions(std::FILE*) { return true; }  // a new file inherits its folder's access
 
-bool ReplaceFile(const std::string& from, const std::string& to)
+bool ReplaceFile(const FilePath& from, const FilePath& to)
 {
-    return ::MoveFileExW(Wide(from).c_str(), Wide(to).c_str(), MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH) != 0;
+    return ::MoveFileExW(from.Native().c_str(), to.Native().c_str(), MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH) != 0;
 }
 
-bool RemoveFile(const std::string& path) { return ::DeleteFileW(Wide(path).c_str()) != 0; }
+bool RemoveFile(const FilePath& path) { return ::DeleteFileW(path.Native().c_str()) != 0; }
 
 LocalTime Now()
 {
@@ -116,11 +124,11 @@ LocalTime Now()
     return t;
 }
 
-std::vector<std::string> ListFiles(const std::string& folder)
+std::vector<std::string> ListFiles(const FilePath& folder)
 {
     std::vector<std::string> names;
     WIN32_FIND_DATAW found;
-    const HANDLE search = ::FindFirstFileW(Wide(folder + "\\*").c_str(), &found);
+    const HANDLE search = ::FindFirstFileW(folder.WithSuffix("\\*").Native().c_str(), &found);
     if (search == INVALID_HANDLE_VALUE) return names;
     do {
         if (!(found.dwFileAttributes & (FILE_ATTRIBUTE_DIRECTORY | FILE_ATTRIBUTE_DEVICE)))

@@ -81,7 +81,7 @@ std::vector<CString> SystemPlatform::FindFiles(const CString& pattern)
     }();
     const CString folder = cut >= 0 ? pattern.Left(cut) : CString(".");
     const CString mask = pattern.Mid(cut + 1);
-    for (const std::string& name : native::ListFiles(ToNativePath(folder.IsEmpty() ? CString("/") : folder)))
+    for (const std::string& name : native::ListFiles(FilePath(folder.IsEmpty() ? CString("/") : folder)))
         if (MatchWildcard(mask, name.c_str())) names.emplace_back(name);
     return names;
 }
@@ -128,7 +128,7 @@ CComboBox::~CComboBox() = default;
 
 long CComboBox::GetItemData(int index) const
 {
-    return (index >= 0 && index < GetCount()) ? items_[static_cast<size_t>(index)].data : kError;
+    return (index >= 0 && index < GetCount()) ? items_[static_cast<size_t>(index)].data : static_cast<long>(kError);
 }
 
 int CComboBox::AddString(const CString& text)

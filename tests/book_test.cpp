@@ -1,5 +1,7 @@
 #include <gtest/gtest.h>
 
+#include <filesystem>
+
 #include <algorithm>
 #include <climits>
 #include <cmath>
@@ -161,6 +163,31 @@ TEST(BookFile, SaveAndLoadKeepEveryValueAndType)
     EXPECT_EQ(firstLine.substr(0, 25), "456;-536870912;536870912;");
     EXPECT_EQ(std::count(firstLine.begin(), firstLine.end(), ';'), 255);  // 256 columns in use
     EXPECT_NE(printed.str().find("'narrow \xE9';'wide \xE4\xB8\xAD';'narrow \xE9'"), std::string::npos);
+}
+
+// Wide names open as they are: a folder and a file whose names no single-byte code page holds.
+TEST(BookFile, WideNamesOutsideTheCodePage)
+{
+    ovtest::TempFolder temp;
+    const std::filesystem::path folder = std::filesystem::path(temp.path()) / std::filesystem::u8path(u8"\u6CE8\u6587 \u00D8rder");
+    ASSERT_TRUE(std::filesystem::create_directory(folder));
+    const std::wstring path = std::wstring(temp.path().begin(), temp.path().end()) + L"\\\u6CE8\u6587 \u00D8rder\\\u7D04\u5B9A \u00E9.xls";
+    {
+        Book book;
+        book.New(1);
+        book.GetWorksheet(0)->Cell(0, 0)->Set(L"\u682A");
+        ASSERT_TRUE(book.SaveAs(path.c_str()));
+    }
+    EXPECT_TRUE(std::filesystem::is_regular_file(folder / std::filesystem::u8path(u8"\u7D04\u5B9A \u00E9.xls")));
+    Book book;
+    ASSERT_TRUE(book.Load(path.c_str()));
+    EXPECT_STREQ(book.GetWorksheet(0)->Cell(0, 0)->GetWString(), L"\u682A");
+    book.GetWorksheet(0)->Cell(0, 1)->Set(7);
+    ASSERT_TRUE(book.Save());  // back into the file it came from
+    Book again;
+    ASSERT_TRUE(again.Load(path.c_str()));
+    EXPECT_EQ(again.GetWorksheet(0)->Cell(0, 1)->GetInteger(), 7);
+    EXPECT_FALSE(again.Load((path + L".missing").c_str()));
 }
 
 TEST(BookFile, FailuresKeepTheBookAsItWas)

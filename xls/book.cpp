@@ -143,7 +143,7 @@ void Book::New(int sheets)
     }
 }
 
-bool Book::Load(const wchar_t* filename) { return filename && Load(Utf16ToUtf8(ToUtf16(filename)).c_str()); }
+bool Book::Load(const wchar_t* filename) { return filename && LoadFile(orderview::FilePath(filename)); }
 
 bool Book::ReadWorkbookStream(CompoundFile& container, std::vector<std::uint8_t>& stream)
 {
@@ -153,16 +153,17 @@ bool Book::ReadWorkbookStream(CompoundFile& container, std::vector<std::uint8_t>
            container.ReadStream(L"\\" + name, stream);
 }
 
-bool Book::Load(const char* filename)
+bool Book::Load(const char* filename) { return filename && LoadFile(orderview::FilePath(filename)); }
+
+bool Book::LoadFile(const orderview::FilePath& path)
 {
-    if (!filename) return false;
     std::vector<std::uint8_t> stream;
     {
         CompoundFile container;
-        if (!container.Open(std::string(filename)) || !ReadWorkbookStream(container, stream)) return false;
+        if (!container.Open(path) || !ReadWorkbookStream(container, stream)) return false;
     }  // the container's copy of the file is released here
     if (!LoadStream(stream)) return false;
-    path_ = filename;
+    path_ = path;
     return true;
 }
 
@@ -174,7 +175,7 @@ bool Book::LoadFromMemory(const void* data, std::size_t size)
         if (!container.OpenMemory(data, size) || !ReadWorkbookStream(container, stream)) return false;
     }
     if (!LoadStream(stream)) return false;
-    path_.clear();
+    path_ = orderview::FilePath();
     return true;
 }
 
@@ -208,25 +209,25 @@ bool Book::LoadStream(const std::vector<std::uint8_t>& stream)
     return true;
 }
 
-bool Book::SaveAs(const wchar_t* filename) { return filename && SaveAs(Utf16ToUtf8(ToUtf16(filename)).c_str()); }
+bool Book::SaveAs(const wchar_t* filename) { return filename && SaveFile(orderview::FilePath(filename)); }
+bool Book::SaveAs(const char* filename) { return filename && SaveFile(orderview::FilePath(filename)); }
 
-bool Book::SaveAs(const char* filename)
+bool Book::SaveFile(const orderview::FilePath& path)
 {
-    if (!filename) return false;
     // The stream is made before the file is touched, so a failure leaves any file as it was.
     std::vector<std::uint8_t> stream;
     if (!MakeStream(stream)) return false;
     CompoundFile container;
-    if (!container.Create(std::string(filename)) || container.MakeFile(L"\\Workbook") != CompoundFile::kOk ||
+    if (!container.Create(path) || container.MakeFile(L"\\Workbook") != CompoundFile::kOk ||
         !container.WriteStream(L"\\Workbook", std::move(stream)))
         return false;
-    path_ = filename;
+    path_ = path;
     return true;
 }
 
 bool Book::Save()
 {
-    if (path_.empty()) return false;
+    if (path_.IsEmpty()) return false;
     std::vector<std::uint8_t> stream;
     if (!MakeStream(stream)) return false;
     CompoundFile container;

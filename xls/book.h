@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "order_data/export.h"
+#include "platform/file_system.h"
 #include "xls/sheet.h"
 #include "xls/workbook_records.h"
 #include "xls/worksheet_records.h"
@@ -26,6 +27,8 @@ public:
     // A new workbook in memory with `sheets` sheets named "Sheet1", "Sheet2", ...
     void New(int sheets);
     // Reads a workbook file; on failure the book keeps what it held and false is returned.
+    // Narrow names are in the local code page; wide names open as they are (on Windows, a name
+    // the code page cannot hold).
     bool Load(const char* filename);
     bool Load(const wchar_t* filename);
     // Reads a workbook file image held in memory (the book then belongs to no file until SaveAs).
@@ -82,9 +85,11 @@ private:
     // records do not come out at the sizes they were laid out with.
     bool MakeStream(std::vector<std::uint8_t>& stream);
     bool LoadStream(const std::vector<std::uint8_t>& stream);
+    bool LoadFile(const orderview::FilePath& path);
+    bool SaveFile(const orderview::FilePath& path);
     static bool ReadWorkbookStream(class CompoundFile& container, std::vector<std::uint8_t>& stream);
 
-    std::string path_;  // the container the workbook belongs to; empty before Load or SaveAs
+    orderview::FilePath path_;  // the container the workbook belongs to; empty before Load or SaveAs
     Workbook workbook_;
     std::vector<Worksheet> worksheets_;
     std::vector<std::unique_ptr<Sheet>> sheets_;

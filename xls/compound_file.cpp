@@ -12,7 +12,7 @@ namespace xls {
 using cfb::Entry;
 
 struct CompoundFile::State {
-    std::string path;
+    orderview::FilePath path;
     Mode mode = Mode::ReadOnly;
     std::vector<std::uint8_t> image;  // the file as read; dropped once the streams are in memory
     cfb::Reader reader;
@@ -41,8 +41,6 @@ std::vector<std::u16string> SplitPath(const std::u16string& path, bool& fromRoot
     return parts;
 }
 
-std::string NativeName(const std::wstring& path) { return Utf16ToUtf8(ToUtf16(path)); }
-
 }  // namespace
 
 CompoundFile::CompoundFile() = default;
@@ -52,7 +50,7 @@ bool CompoundFile::IsOpen() const { return state_ != nullptr; }
 
 void CompoundFile::Close() { state_.reset(); }
 
-bool CompoundFile::Create(const std::string& path)
+bool CompoundFile::Create(const orderview::FilePath& path)
 {
     Close();
     auto state = std::make_unique<State>();
@@ -64,21 +62,19 @@ bool CompoundFile::Create(const std::string& path)
     state->entries.push_back(root);
     state->inMemory = true;
     const std::vector<std::uint8_t> image = cfb::WriteImage(state->entries);
-    if (!orderview::ReplaceFileAtomically(path.c_str(), image.data(), image.size())) return false;
+    if (!orderview::ReplaceFileAtomically(path, image.data(), image.size())) return false;
     state_ = std::move(state);
     return true;
 }
 
-bool CompoundFile::Create(const std::wstring& path) { return Create(NativeName(path)); }
-
-bool CompoundFile::Open(const std::string& path, Mode mode)
+bool CompoundFile::Open(const orderview::FilePath& path, Mode mode)
 {
     Close();
     std::vector<std::uint8_t> image;
-    return orderview::ReadWholeFile(path.c_str(), image) && Adopt(std::move(image), path, mode);
+    return orderview::ReadWholeFile(path, image) && Adopt(std::move(image), path, mode);
 }
 
-bool CompoundFile::Adopt(std::vector<std::uint8_t>&& image, const std::string& path, Mode mode)
+bool CompoundFile::Adopt(std::vector<std::uint8_t>&& image, const orderview::FilePath& path, Mode mode)
 {
     auto state = std::make_unique<State>();
     state->image = std::move(image);
@@ -90,13 +86,11 @@ bool CompoundFile::Adopt(std::vector<std::uint8_t>&& image, const std::string& p
     return true;
 }
 
-bool CompoundFile::Open(const std::wstring& path, Mode mode) { return Open(NativeName(path), mode); }
-
 bool CompoundFile::OpenMemory(const void* data, std::size_t size)
 {
     Close();
     const auto* bytes = static_cast<const std::uint8_t*>(data);
-    return Adopt(std::vector<std::uint8_t>(bytes, bytes + size), std::string(), Mode::ReadOnly);
+    return Adopt(std::vector<std::uint8_t>(bytes, bytes + size), orderview::FilePath(), Mode::ReadOnly);
 }
 
 // The child of `node` named `name` (exact code units), or -1.
@@ -180,7 +174,7 @@ bool CompoundFile::LoadAllStreams()
 bool CompoundFile::Flush()
 {
     const std::vector<std::uint8_t> image = cfb::WriteImage(state_->entries);
-    return orderview::ReplaceFileAtomically(state_->path.c_str(), image.data(), image.size());
+    return orderview::ReplaceFileAtomically(state_->path, image.data(), image.size());
 }
 
 bool CompoundFile::ChangeDirectory(const std::wstring& path)

@@ -12,6 +12,7 @@
 #include <vector>
 
 #include "order_data/export.h"
+#include "platform/file_system.h"
 
 namespace xls {
 
@@ -39,11 +40,14 @@ public:
     CompoundFile& operator=(const CompoundFile&) = delete;
 
     // A new file holding only the root storage "Root Entry" (an existing file is replaced).
-    bool Create(const std::string& path);
-    bool Create(const std::wstring& path);
+    // Narrow paths are in the local code page; wide paths open as they are.
+    bool Create(const orderview::FilePath& path);
+    bool Create(const std::string& path) { return Create(orderview::FilePath(path)); }
+    bool Create(const std::wstring& path) { return Create(orderview::FilePath(path)); }
     // Opens an existing file; false when it is no compound file or is damaged.
-    bool Open(const std::string& path, Mode mode = Mode::ReadOnly);
-    bool Open(const std::wstring& path, Mode mode = Mode::ReadOnly);
+    bool Open(const orderview::FilePath& path, Mode mode = Mode::ReadOnly);
+    bool Open(const std::string& path, Mode mode = Mode::ReadOnly) { return Open(orderview::FilePath(path), mode); }
+    bool Open(const std::wstring& path, Mode mode = Mode::ReadOnly) { return Open(orderview::FilePath(path), mode); }
     // Opens an image held in memory, read-only (the bytes are copied).
     bool OpenMemory(const void* data, std::size_t size);
     void Close();
@@ -69,7 +73,7 @@ public:
 
 private:
     int MakeEntry(const std::wstring& path, bool stream);
-    bool Adopt(std::vector<std::uint8_t>&& image, const std::string& path, Mode mode);
+    bool Adopt(std::vector<std::uint8_t>&& image, const orderview::FilePath& path, Mode mode);
     bool LoadAllStreams();
     bool Flush();
 
