@@ -113,11 +113,14 @@ int FindSection(const std::vector<ParsedLine>& lines, const std::string& name)
     return -1;
 }
 
-// Index of the first key line named `name` in the section whose header is at `section`, or -1.
+// The line of the first key named `name` in the section; -1 when there is none. A line without
+// '=' names a key with no value: it is found first and then reads as missing.
 int FindKey(const std::vector<ParsedLine>& lines, int section, const std::string& name)
 {
     for (size_t i = static_cast<size_t>(section) + 1; i < lines.size() && lines[i].section == section; ++i)
-        if (lines[i].kind == Kind::Key && EqualNoCase(lines[i].name, name)) return static_cast<int>(i);
+        if ((lines[i].kind == Kind::Key || lines[i].kind == Kind::Bare) && EqualNoCase(lines[i].name, name)) {
+            return lines[i].kind == Kind::Key ? static_cast<int>(i) : -1;
+        }
     return -1;
 }
 
@@ -145,9 +148,8 @@ uint32_t CopyOut(const std::string& value, char* buffer, uint32_t size)
 // A double-NUL-terminated name list; when cut, the buffer still ends in two NULs.
 uint32_t CopyList(const std::vector<std::string>& names, char* buffer, uint32_t size)
 {
-    if (size < 3) {
+    if (size < 3) {  // no room for a name: the empty list
         if (size > 0) buffer[0] = '\0';
-        if (size > 1) buffer[1] = '\0';
         return 0;
     }
     std::string list;
@@ -155,10 +157,10 @@ uint32_t CopyList(const std::vector<std::string>& names, char* buffer, uint32_t 
         list += name;
         list += '\0';
     }
-    if (list.size() + 1 <= size) {
+    // A list that fills the buffer exactly counts as cut, as the system's reader counts it.
+    if (list.size() + 1 < size) {
         std::memcpy(buffer, list.data(), list.size());
-        buffer[list.size()] = '\0';
-        if (list.empty() && size > 1) buffer[1] = '\0';
+        buffer[list.size()] = '\0';  // an empty list is one NUL
         return static_cast<uint32_t>(list.size());
     }
     std::memcpy(buffer, list.data(), size - 2);
@@ -200,6 +202,9 @@ uint32_t GetPrivateProfileStringA(const char* app, const char* key, const char* 
         if (section >= 0)
             for (size_t i = static_cast<size_t>(section) + 1; i < lines.size() && lines[i].section == section; ++i)
                 if (lines[i].kind == Kind::Key) names.push_back(lines[i].name);
+        // A section that is missing or has no keys lists nothing: the default is copied as it
+        // is (a key's default loses its trailing spaces; this one keeps them).
+        if (names.empty()) return CopyOut(defaultValue ? defaultValue : "", buffer, size);
         return CopyList(names, buffer, size);
     }
     const int found = section >= 0 ? FindKey(lines, section, TrimSpaces(key)) : -1;

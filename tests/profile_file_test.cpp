@@ -80,6 +80,11 @@ TEST_F(ProfileFile, ReadsLikeTheSystem)
         {"[s]\r\nname3\r\n", "s", "name3", "def", "def", 3},
         {"[s]\r\nk=x\r\n", "s", "k", "  lead\t ", "x", 1},
         {"[s]\r\n", "s", "k", "  lead\t ", "  lead\t", 7},
+        // A line without '=' hides a later key of its name.
+        {"[s]\r\nk\r\nk=v\r\n", "s", "k", "def", "def", 3},
+        // A key list of a section that is missing or has no keys is the default, spaces kept.
+        {"[s]\r\n[t]\r\nk=v\r\n", "s", nullptr, "default  ", "default  ", 9},
+        {"[t]\r\nk=v\r\n", "s", nullptr, "def", "def", 3},
     };
     for (const auto& c : cases) {
         Put(c.file);
@@ -131,6 +136,10 @@ TEST_F(ProfileFile, TruncatedListsEndInTwoNuls)
     EXPECT_EQ(std::string(buffer, 8), std::string("alpha\0\0\0", 8));
     EXPECT_EQ(GetPrivateProfileStringA(nullptr, nullptr, "", buffer, 2, Path().c_str()), 0u);
     EXPECT_EQ(List("nosuch"), std::string("\0", 1));
+    // A list that fills the buffer exactly counts as cut.
+    Put("[ab]\r\n");
+    EXPECT_EQ(GetPrivateProfileStringA(nullptr, nullptr, "", buffer, 4, Path().c_str()), 2u);
+    EXPECT_EQ(GetPrivateProfileStringA(nullptr, nullptr, "", buffer, 5, Path().c_str()), 3u);
 }
 
 TEST_F(ProfileFile, MissingFileGivesDefault)
@@ -245,6 +254,26 @@ TEST_F(ProfileFile, JunkNeverCrashesReaders)
     EXPECT_NO_FATAL_FAILURE(List(nullptr, 64));
     EXPECT_TRUE(WritePrivateProfileStringA("s", "k2", "v", Path().c_str()));
     EXPECT_EQ(Content().substr(0, junk.size()), junk);
+}
+
+// Narrow names are in the local code page: a folder and a file named with letters the code page
+// holds (on Windows the ANSI code page; elsewhere UTF-8).
+TEST_F(ProfileFile, NonAsciiFolderAndFileNames)
+{
+    const std::string folderName = orderview::FilePath(L"\u00C4nderung \u00E9t\u00E9").Narrow();
+    const std::string fileName = orderview::FilePath(L"R\u00E9glages \u00DF.ini").Narrow();
+    ASSERT_EQ((folderName + fileName).find('?'), std::string::npos) << "the code page lacks these letters";
+    const std::filesystem::path folderOnDisk =
+        std::filesystem::path(folder.path()) / std::filesystem::u8path(u8"\u00C4nderung \u00E9t\u00E9");
+    ASSERT_TRUE(std::filesystem::create_directory(folderOnDisk));
+    const std::string ini = folder.path() + "\\" + folderName + "\\" + fileName;
+    EXPECT_TRUE(WritePrivateProfileStringA("Order", "Qty", "12", ini.c_str()));
+    EXPECT_TRUE(WritePrivateProfileStringA("Order", "Price", "99.5", ini.c_str()));
+    EXPECT_TRUE(std::filesystem::is_regular_file(folderOnDisk / std::filesystem::u8path(u8"R\u00E9glages \u00DF.ini")));
+    char buffer[32];
+    EXPECT_EQ(GetPrivateProfileStringA("order", "price", "", buffer, sizeof buffer, ini.c_str()), 4u);
+    EXPECT_STREQ(buffer, "99.5");
+    EXPECT_EQ(GetPrivateProfileIntA("Order", "Qty", 0, ini.c_str()), 12u);
 }
 
 #ifdef _WIN32
