@@ -6,6 +6,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <cstdio>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -54,6 +55,14 @@ std::vector<std::string> ListFiles(const FilePath& folder);
 // caller then answers itself).
 bool ShowMessageBox(const CString& text, const CString& caption, unsigned type, int& answer);
 bool ShowSaveDialog(const SaveFileRequest& request, CString& path, int& filterIndex);
+
+// The system's print dialog: a job on the chosen printer, or null when it is cancelled, no
+// printer is installed, or the system has no dialog.
+std::unique_ptr<IPrintJob> ShowPrintDialog(const PrintRequest& request);
+// The GDI print jobs of platform/print.h; null where the system has no GDI.
+std::unique_ptr<IPrintJob> StartDeviceContextJob(void* printerDc, const PrintRequest& request, const void* devMode);
+std::unique_ptr<IPrintJob> StartMetafileJob(const PrintRequest& request, const PrintPaper& paper,
+                                            MetafilePageSink sink);
 
 }  // namespace native
 }  // namespace orderview

@@ -138,6 +138,11 @@ std::vector<std::string> ListFiles(const FilePath& folder)
 bool ShowMessageBox(const CString&, const CString&, unsigned, int&) { return false; }
 bool ShowSaveDialog(const SaveFileRequest&, CString&, int&) { return false; }
 
+// No GDI: printing goes through the PDF job.
+std::unique_ptr<IPrintJob> ShowPrintDialog(const PrintRequest&) { return nullptr; }
+std::unique_ptr<IPrintJob> StartDeviceContextJob(void*, const PrintRequest&, const void*) { return nullptr; }
+std::unique_ptr<IPrintJob> StartMetafileJob(const PrintRequest&, const PrintPaper&, MetafilePageSink) { return nullptr; }
+
 }  // namespace native
 }  // namespace orderview
 

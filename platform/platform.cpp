@@ -68,8 +68,8 @@ int SystemPlatform::GetSaveFilterIndex(const SaveFileRequest& request, const CSt
 std::unique_ptr<IPrintJob> SystemPlatform::StartPrintJob(const PrintRequest& request)
 {
     const char* chosen = std::getenv("ORDERVIEW_PRINT_TO");
-    if (!chosen || !*chosen) return nullptr;
-    return StartPdfPrintJob(chosen, request);
+    if (chosen && *chosen) return StartPdfPrintJob(chosen, request);
+    return native::ShowPrintDialog(request);
 }
 
 std::vector<CString> SystemPlatform::FindFiles(const CString& pattern)

@@ -65,7 +65,9 @@ public:
 // the box's default button (OK, or Yes for a yes/no box), and the save dialog is cancelled.
 // Everywhere the environment variable ORDERVIEW_SAVE_AS, when set, answers the save dialog.
 // The print dialog is answered by the environment variable ORDERVIEW_PRINT_TO, the path of a
-// PDF file to print to on A4 paper (cancelled when unset or empty).
+// PDF file to print to on A4 paper, when it is set and not empty; otherwise, on Windows, the
+// system's print dialog chooses a printer (platform/print.h: the GDI job), and elsewhere the
+// dialog is cancelled.
 class ORDERVIEW_API SystemPlatform : public IPlatform {
 public:
     LocalTime GetLocalTime() override;

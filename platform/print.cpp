@@ -2,6 +2,7 @@
 
 #include <utility>
 
+#include "platform/native.h"
 #include "platform/pdf_writer.h"
 
 namespace orderview {
@@ -184,6 +185,19 @@ std::unique_ptr<IPrintJob> StartPdfPrintJob(const CString& path, const PrintRequ
     auto job = std::make_unique<PdfPrintJob>(path, request, paper);
     if (!job->IsGood()) return nullptr;
     return job;
+}
+
+std::unique_ptr<IPrintJob> StartDeviceContextPrintJob(void* printerDc, const PrintRequest& request, const void* devMode)
+{
+    if (!printerDc) return nullptr;
+    return native::StartDeviceContextJob(printerDc, request, devMode);
+}
+
+std::unique_ptr<IPrintJob> StartMetafilePrintJob(const PrintRequest& request, const PrintPaper& paper,
+                                                 MetafilePageSink sink)
+{
+    if (!(paper.dWidth > 0 && paper.dHeight > 0) || !sink) return nullptr;
+    return native::StartMetafileJob(request, paper, std::move(sink));
 }
 
 double MeasureHelvetica(const CString& text, const PrintFont& font)

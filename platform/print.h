@@ -6,8 +6,13 @@
 // The library's own printer writes a PDF 1.4 file with the standard Helvetica and
 // Helvetica-Bold fonts in WinAnsi encoding. Texts are read as UTF-8; a character WinAnsi cannot
 // show (any CJK character, for one) and a byte that is not valid UTF-8 print as '?'.
+//
+// On Windows the library also draws with GDI, on a printer or into enhanced metafiles: texts
+// go to ExtTextOutW in UTF-16 (every character kept; a byte that is not valid UTF-8 becomes
+// U+FFFD) in Arial, measured by the device itself.
 #pragma once
 
+#include <functional>
 #include <memory>
 
 #include "order_data/cstring.h"
@@ -80,5 +85,29 @@ ORDERVIEW_API std::unique_ptr<IPrintJob> StartPdfPrintJob(const CString& path, c
 // Width in points of a text in Helvetica (Helvetica-Bold when `font.bBold`) as the PDF job
 // prints it: standard glyph widths of the WinAnsi characters, '?' for the others.
 ORDERVIEW_API double MeasureHelvetica(const CString& text, const PrintFont& font);
+
+// The GDI jobs (Windows only: elsewhere they answer null). Handles are passed as void*.
+//
+// A job on a printer device context the host already has (`printerDc`, an HDC from its own print
+// dialog or CreateDC). The document starts (StartDoc) with the job, a page with its first
+// drawing; Finish ends the document (EndDoc), and an abandoned job aborts it (AbortDoc). The
+// paper is the device's physical page; the margins are half an inch, or the printer's unprintable
+// edge when wider. `devMode`, the printer's DEVMODEA, lets SetLandscape turn the paper
+// (ResetDC); without it the job keeps the device context's orientation. The host keeps the
+// device context and deletes it after the job. Null when `printerDc` is null or the document
+// cannot start (not a printer, a spooler error).
+ORDERVIEW_API std::unique_ptr<IPrintJob> StartDeviceContextPrintJob(void* printerDc, const PrintRequest& request,
+                                                                    const void* devMode = nullptr);
+
+// Receives a page of a metafile job: an HENHMETAFILE, which the receiver then owns and deletes
+// with DeleteEnhMetaFile.
+using MetafilePageSink = std::function<void(void* metafile)>;
+
+// A job that draws each page into an enhanced metafile, at the screen's resolution (its
+// LOGPIXELSX/Y; the screen is the metafiles' reference device) and with the paper as the frame:
+// for previews, and for reading back what was printed. Finish hands the pages to `sink`, first to
+// last; an abandoned or failed job deletes them. Null when `paper` has no area or `sink` is empty.
+ORDERVIEW_API std::unique_ptr<IPrintJob> StartMetafilePrintJob(const PrintRequest& request, const PrintPaper& paper,
+                                                               MetafilePageSink sink);
 
 }  // namespace orderview
