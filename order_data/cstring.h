@@ -12,7 +12,10 @@
 
 #include "order_data/export.h"
 
-#if defined(__GNUC__)
+#if defined(__MINGW32__)
+// Format uses the C99 formatter that MinGW's C++ runtime selects, not the system's older one.
+#  define ORDERVIEW_PRINTF(fmt_index, first_arg) __attribute__((format(gnu_printf, fmt_index, first_arg)))
+#elif defined(__GNUC__)
 #  define ORDERVIEW_PRINTF(fmt_index, first_arg) __attribute__((format(printf, fmt_index, first_arg)))
 #else
 #  define ORDERVIEW_PRINTF(fmt_index, first_arg)

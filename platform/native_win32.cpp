@@ -83,7 +83,8 @@ std::FILE* CreateUniqueFile(const FilePath& prefix, FilePath& path)
     static unsigned counter = 0;
     for (int attempt = 0; attempt < 100; ++attempt) {
         char suffix[32];
-        std::snprintf(suffix, sizeof suffix, "%08lx%04x", ::GetCurrentProcessId(), (++counter + ::GetTickCount()) & 0xFFFF);
+        std::snprintf(suffix, sizeof suffix, "%08lx%04x", ::GetCurrentProcessId(),
+                      static_cast<unsigned>((++counter + ::GetTickCount()) & 0xFFFF));
         const FilePath name = prefix.WithSuffix(suffix);
         const HANDLE handle = ::CreateFileW(name.Native().c_str(), GENERIC_READ | GENERIC_WRITE, FILE_SHARE_READ | FILE_SHARE_DELETE, nullptr, CREATE_NEW,
                                             FILE_ATTRIBUTE_NORMAL, nullptr);
