@@ -179,8 +179,10 @@ bool CompoundFile::LoadAllStreams()
 
 bool CompoundFile::Flush()
 {
-    const std::vector<std::uint8_t> image = cfb::WriteImage(state_->entries);
-    return orderview::ReplaceFileAtomically(state_->path.c_str(), image.data(), image.size());
+    // Written in pieces: the large streams go to the file from where they are held.
+    orderview::ReplacingFile file(state_->path.c_str());
+    return cfb::WriteImage(state_->entries, [&file](const void* data, std::size_t size) { return file.Write(data, size); }) &&
+           file.Commit();
 }
 
 bool CompoundFile::ChangeDirectory(const std::wstring& path)
@@ -225,6 +227,25 @@ bool CompoundFile::ReadStream(const std::wstring& path, std::vector<std::uint8_t
         return true;
     }
     return state_->reader.ReadStream(static_cast<std::uint32_t>(node), data);
+}
+
+bool CompoundFile::ViewStream(const std::wstring& path, const std::uint8_t*& data, std::size_t& size,
+                              std::vector<std::uint8_t>& copy) const
+{
+    if (!state_) return false;
+    const int node = Find(state_->entries, state_->current, ToUtf16(path));
+    if (node < 0 || state_->entries[static_cast<std::size_t>(node)].type != cfb::kStream) return false;
+    const auto index = static_cast<std::uint32_t>(node);
+    if (state_->inMemory) {
+        data = state_->entries[index].data.data();
+        size = state_->entries[index].data.size();
+        return true;
+    }
+    if (state_->reader.StreamInPlace(index, data, size)) return true;
+    if (!state_->reader.ReadStream(index, copy)) return false;
+    data = copy.data();
+    size = copy.size();
+    return true;
 }
 
 bool CompoundFile::WriteStream(const std::wstring& path, const void* data, std::size_t size)
