@@ -82,6 +82,32 @@ TEST_F(CompoundFileTest, StreamsOfEverySizeRoundTrip)
     }
 }
 
+// A file made with its one stream in a single write reads back as Create, MakeFile and
+// WriteStream would have left it; an unusable name writes nothing.
+TEST_F(CompoundFileTest, CreateWithOneStream)
+{
+    for (const std::size_t size : {std::size_t{0}, std::size_t{100}, std::size_t{70000}}) {
+        CompoundFile cf;
+        ASSERT_TRUE(cf.Create(Path(), L"Workbook", Pattern(size, 3)));
+        std::vector<std::uint8_t> data;
+        ASSERT_TRUE(cf.ReadStream(L"\\Workbook", data));  // the open object holds it too
+        EXPECT_EQ(data, Pattern(size, 3));
+        cf.Close();
+        ASSERT_TRUE(cf.Open(Path()));
+        ASSERT_EQ(cf.List().size(), 1u);
+        EXPECT_EQ(cf.List()[0].path, L"\\Workbook");
+        ASSERT_TRUE(cf.ReadStream(L"\\Workbook", data));
+        EXPECT_EQ(data, Pattern(size, 3)) << size;
+    }
+    const auto before = ReadFile(Path());
+    for (const wchar_t* name : {L"a\\b", L"abcdefghijklmnopqrstuvwxyz0123456"}) {
+        CompoundFile cf;
+        EXPECT_FALSE(cf.Create(Path(), name, Pattern(10, 1))) << name;
+        EXPECT_FALSE(cf.IsOpen());
+    }
+    EXPECT_EQ(ReadFile(Path()), before);
+}
+
 TEST_F(CompoundFileTest, RewritingKeepsOtherStreams)
 {
     Build({{L"\\Workbook", 5000}, {L"\\Other", 10}});

@@ -212,9 +212,7 @@ bool Book::SaveAs(const char* filename)
     std::vector<std::uint8_t> stream;
     if (!MakeStream(stream)) return false;
     CompoundFile container;
-    if (!container.Create(std::string(filename)) || container.MakeFile(L"\\Workbook") != CompoundFile::kOk ||
-        !container.WriteStream(L"\\Workbook", std::move(stream)))
-        return false;
+    if (!container.Create(std::string(filename), L"Workbook", std::move(stream))) return false;
     path_ = filename;
     return true;
 }

@@ -52,19 +52,49 @@ bool CompoundFile::IsOpen() const { return state_ != nullptr; }
 
 void CompoundFile::Close() { state_.reset(); }
 
+namespace {
+
+// Writes the image of the entries in place of the file at `path`, in one replacement.
+bool WriteEntries(const std::string& path, const std::vector<Entry>& entries)
+{
+    // Written in pieces: the large streams go to the file from where they are held.
+    orderview::ReplacingFile file(path.c_str());
+    return cfb::WriteImage(entries, [&file](const void* data, std::size_t size) { return file.Write(data, size); }) &&
+           file.Commit();
+}
+
+}  // namespace
+
 bool CompoundFile::Create(const std::string& path)
 {
+    std::vector<std::uint8_t> none;
+    return Create(path, std::wstring(), std::move(none));
+}
+
+bool CompoundFile::Create(const std::string& path, const std::wstring& stream, std::vector<std::uint8_t>&& data)
+{
     Close();
+    const std::u16string name = ToUtf16(stream);
+    if (name.size() > cfb::kMaxNameUnits || name.find(u'\\') != std::u16string::npos || data.size() > 0xFFFFFFFFu)
+        return false;
     auto state = std::make_unique<State>();
     state->path = path;
     state->mode = Mode::ReadWrite;
-    Entry root;
-    root.name = u"Root Entry";
-    root.type = cfb::kRoot;
-    state->entries.push_back(root);
+    state->entries.resize(1);
+    state->entries[0].name = u"Root Entry";
+    state->entries[0].type = cfb::kRoot;
+    if (!name.empty()) {
+        Entry entry;
+        entry.name = name;
+        entry.type = cfb::kStream;
+        entry.parent = 0;
+        entry.size = data.size();
+        entry.data = std::move(data);
+        state->entries[0].children.push_back(1);
+        state->entries.push_back(std::move(entry));
+    }
     state->inMemory = true;
-    const std::vector<std::uint8_t> image = cfb::WriteImage(state->entries);
-    if (!orderview::ReplaceFileAtomically(path.c_str(), image.data(), image.size())) return false;
+    if (!WriteEntries(path, state->entries)) return false;
     state_ = std::move(state);
     return true;
 }
@@ -177,13 +207,7 @@ bool CompoundFile::LoadAllStreams()
     return true;
 }
 
-bool CompoundFile::Flush()
-{
-    // Written in pieces: the large streams go to the file from where they are held.
-    orderview::ReplacingFile file(state_->path.c_str());
-    return cfb::WriteImage(state_->entries, [&file](const void* data, std::size_t size) { return file.Write(data, size); }) &&
-           file.Commit();
-}
+bool CompoundFile::Flush() { return WriteEntries(state_->path, state_->entries); }
 
 bool CompoundFile::ChangeDirectory(const std::wstring& path)
 {

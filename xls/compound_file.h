@@ -40,6 +40,9 @@ public:
 
     // A new file holding only the root storage "Root Entry" (an existing file is replaced).
     bool Create(const std::string& path);
+    // A new file holding the root storage and one stream of it named `stream` with `data`,
+    // written in one replacement (an empty `stream` makes only the root).
+    bool Create(const std::string& path, const std::wstring& stream, std::vector<std::uint8_t>&& data);
     bool Create(const std::wstring& path);
     // Opens an existing file; false when it is no compound file or is damaged.
     bool Open(const std::string& path, Mode mode = Mode::ReadOnly);
