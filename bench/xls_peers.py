@@ -1,15 +1,20 @@
 #!/usr/bin/python3
 """Writes and loads the spreadsheet workload (65,536 rows x 10 columns: an integer, six doubles,
 three strings from 5,000 texts) with this library and with the independent programs that do the
-same job here, and prints one table of whole-process times and peak memory, with each peer's
-time as a multiple of this library's.
+same job here, and prints one table of whole-process times (medians) and peak memory, with each
+program's time as a multiple of this library's.
 
-usage: xls_peers.py XLS_WORKLOAD [RUNS]   (run from a build: see README)
+usage: xls_peers.py XLS_WORKLOAD [RUNS]   (run from a build: see README; RUNS at least 5)
 Peers: xlwt and xlrd (/usr/bin/python3), SheetJS `xlsx` (installed here with npm on first use),
-Apache POI (Debian's libapache-poi-java). Each load reads the file this library wrote.
+Apache POI (Debian's libapache-poi-java), catdoc's `xls2csv` (reads only) and gnumeric's
+`ssconvert` (reads the file to CSV; writes a workbook from a CSV of the same cells, made once
+before the timing). Each load reads the file this library wrote. The floor is `xls_floor` beside
+XLS_WORKLOAD: one read of the file into memory and one pass over its bytes.
 """
+import csv
 import os
 import shutil
+import statistics
 import subprocess
 import sys
 import tempfile
@@ -18,25 +23,54 @@ import time
 HERE = os.path.dirname(os.path.abspath(__file__))
 PEERS = os.path.join(HERE, "peers")
 POI = ":".join("/usr/share/java/%s.jar" % j for j in ("poi", "commons-collections4", "commons-math3", "commons-codec"))
+ROWS, COLS = 65536, 10
+BYTES_PER_CELL = 48  # the Load memory budget, plus the file size
 
 
-def measure(command, runs):
-    """Best wall time over the runs, and the peak resident memory (MiB) of the process."""
-    best, peak = None, 0
+def run_once(command):
+    """Wall time, CPU time (user + system) and peak resident memory (MiB) of one run."""
+    start = time.perf_counter()
+    process = subprocess.Popen(command, stdout=subprocess.DEVNULL, stderr=subprocess.PIPE)
+    _, status, usage = os.wait4(process.pid, 0)
+    elapsed = time.perf_counter() - start
+    if status != 0:
+        raise RuntimeError("%s failed: %s" % (command, process.stderr.read().decode(errors="replace")))
+    process.stderr.close()
+    return elapsed, usage.ru_utime + usage.ru_stime, usage.ru_maxrss / 1024.0
+
+
+def measure(commands, runs):
+    """Median wall and CPU time and the largest peak memory of each command. The runs go in
+    rounds, every command once a round, so that a busy spell of the machine falls on all of them.
+    Every write makes a new file (its output, the last argument, is removed first, untimed):
+    replacing an existing file costs this library one flush to disk that the peers do not make."""
+    samples = {key: [] for key in commands}
     for _ in range(runs):
-        start = time.perf_counter()
-        process = subprocess.Popen(command, stdout=subprocess.DEVNULL, stderr=subprocess.PIPE)
-        _, status, usage = os.wait4(process.pid, 0)
-        elapsed = time.perf_counter() - start
-        if status != 0:
-            raise RuntimeError("%s failed: %s" % (command, process.stderr.read().decode(errors="replace")))
-        best = elapsed if best is None else min(best, elapsed)
-        peak = max(peak, usage.ru_maxrss / 1024.0)
-    return best, peak
+        for key, command in commands.items():
+            if key[1] == "write" and os.path.exists(command[-1]):
+                os.remove(command[-1])
+            samples[key].append(run_once(command))
+    return {key: (statistics.median(s[0] for s in runs_of), statistics.median(s[1] for s in runs_of),
+                  max(s[2] for s in runs_of)) for key, runs_of in samples.items()}
+
+
+def write_csv(path):
+    """The workload's cells as CSV, the same values xls_workload writes (ssconvert's input)."""
+    texts = ["text value %d" % (i * 7919 % 100000) for i in range(5000)]
+    with open(path, "w", newline="") as out:
+        writer = csv.writer(out)
+        for r in range(ROWS):
+            writer.writerow([r] + [repr(r * 1.5 + c / 7.0) for c in range(1, 7)] +
+                            [texts[(r * 31 + c) % 5000] for c in range(7, 10)])
+
+
+def seconds(t):
+    return "%.3f s" % t if t < 1 else "%.2f s" % t
 
 
 def main():
-    ours, runs = sys.argv[1], int(sys.argv[2]) if len(sys.argv) > 2 else 3
+    ours, runs = sys.argv[1], max(5, int(sys.argv[2]) if len(sys.argv) > 2 else 5)
+    floor = os.path.join(os.path.dirname(os.path.abspath(ours)), "xls_floor")
     work = tempfile.mkdtemp()
     try:
         if not os.path.exists(os.path.join(PEERS, "node_modules", "xlsx")):
@@ -45,6 +79,11 @@ def main():
         os.makedirs(classes)
         subprocess.run(["javac", "-cp", POI, "-d", classes, os.path.join(PEERS, "PoiWorkload.java")], check=True)
         reference = os.path.join(work, "ours.xls")
+        cells_csv = os.path.join(work, "cells.csv")
+        write_csv(cells_csv)
+        biff8 = "--export-type=Gnumeric_Excel:excel_biff8"
+        to_csv = "--export-type=Gnumeric_stf:stf_csv"
+        # (name, write command or None, load command or None)
         tools = [
             ("orderview xls", [ours, "write", reference], [ours, "load", reference]),
             ("xlwt / xlrd (Python)", ["/usr/bin/python3", os.path.join(PEERS, "xlwt_write.py"), os.path.join(work, "xlwt.xls")],
@@ -53,25 +92,48 @@ def main():
              ["node", os.path.join(PEERS, "sheetjs.js"), "load", reference]),
             ("Apache POI HSSF (Java)", ["java", "-cp", POI + ":" + classes, "PoiWorkload", "write", os.path.join(work, "poi.xls")],
              ["java", "-cp", POI + ":" + classes, "PoiWorkload", "load", reference]),
+            ("catdoc xls2csv (C)", None, ["xls2csv", reference]),
+            ("gnumeric ssconvert (C)", ["ssconvert", biff8, cells_csv, os.path.join(work, "gnumeric.xls")],
+             ["ssconvert", to_csv, reference, os.path.join(work, "gnumeric.csv")]),
         ]
-        results = []
-        for name, write, load in tools:
-            results.append((name, measure(write, runs), measure(load, runs)))
+        commands = {}  # writes first in each round: the loads read the file orderview wrote
+        for name, write, _ in tools:
+            if write:
+                commands[(name, "write")] = write
+        for name, _, load in tools:
+            if load:
+                commands[(name, "load")] = load
+        commands[("floor", "load")] = [floor, reference]
+        measured = measure(commands, runs)
+        results = [(name, measured.get((name, "write")), measured.get((name, "load"))) for name, _, _ in tools]
+        floor_time, floor_cpu, floor_peak = measured[("floor", "load")]
         base_write, base_load = results[0][1][0], results[0][2][0]
         size = os.path.getsize(reference) / 2 ** 20
-        print("Workload: 65,536 x 10 cells; file %.1f MiB; best of %d runs; ratio = peer time / orderview time" % (size, runs))
+        print("Workload: %d x %d cells; file %.1f MiB; wall time, median of %d runs taken in rounds; "
+              "ratio = program time / orderview time"
+              % (ROWS, COLS, size, runs))
         print()
         print("| program | SaveAs | peak memory | Load | peak memory | SaveAs ratio | Load ratio |")
         print("|---|---|---|---|---|---|---|")
-        for name, (wt, wm), (lt, lm) in results:
-            print("| %s | %.2f s | %.0f MiB | %.2f s | %.0f MiB | %.1fx | %.1fx |" % (name, wt, wm, lt, lm, wt / base_write, lt / base_load))
-        fastest_write = min(r[1][0] for r in results[1:])
-        fastest_load = min(r[2][0] for r in results[1:])
-        cells = 65536 * 10
+
+        def cells(m, base):
+            return ("%s | %.0f MiB" % (seconds(m[0]), m[2]), "%.1fx" % (m[0] / base)) if m else ("- | -", "-")
+        for name, w, l in results:
+            wc, wr = cells(w, base_write)
+            lc, lr = cells(l, base_load)
+            print("| %s | %s | %s | %s | %s |" % (name, wc, lc, wr, lr))
+        print("| floor: read the file, touch every byte (xls_floor) | - | - | %s | %.0f MiB | - | %.2fx |"
+              % (seconds(floor_time), floor_peak, floor_time / base_load))
+        writers = [(r[1][0], r[0]) for r in results[1:] if r[1]]
+        loaders = [(r[2][0], r[0]) for r in results[1:] if r[2]]
+        fastest_write, fastest_load = min(writers), min(loaders)
+        budget = BYTES_PER_CELL * ROWS * COLS / 2 ** 20 + size
         print()
-        print("orderview against the fastest peer: SaveAs %.1fx faster, Load %.1fx faster; Load peak %.0f MiB "
-              "(budget 64 B/cell + file = %.0f MiB)" % (fastest_write / base_write, fastest_load / base_load,
-                                                       results[0][2][1], (64 * cells) / 2 ** 20 + size))
+        print("SaveAs: %.1fx faster than the fastest peer (%s; target 10x)" % (fastest_write[0] / base_write, fastest_write[1]))
+        print("Load: %.1fx faster than the fastest peer (%s; target 10x); %.2fx the floor (target 2.5x; "
+              "CPU time %.0f ms against %.0f ms, %.2fx)" % (fastest_load[0] / base_load, fastest_load[1], base_load / floor_time,
+                                                         results[0][2][1] * 1000, floor_cpu * 1000, results[0][2][1] / floor_cpu))
+        print("Load peak memory: %.1f MiB; budget %d B/cell + file = %.1f MiB" % (results[0][2][2], BYTES_PER_CELL, budget))
     finally:
         shutil.rmtree(work)
 

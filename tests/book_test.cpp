@@ -7,7 +7,9 @@
 #include <cmath>
 #include <fstream>
 #include <iterator>
+#include <memory>
 #include <sstream>
+#include <vector>
 
 #include "support/temp_folder.h"
 #include "xls/book.h"
@@ -59,6 +61,37 @@ TEST(CellValue, GettersFollowTheType)
     EXPECT_EQ(moved.Type(), Cell::kUndefined);
     EXPECT_STREQ(moved.GetString(), "");
     EXPECT_EQ(sizeof(Cell), 16u);
+}
+
+// Copies share one block of text: each must still read its own value after the other changes,
+// is erased or is destroyed, and a cell may take its text from its own.
+TEST(CellValue, CopiesKeepTheirTextWhateverHappensToTheOthers)
+{
+    auto original = std::make_unique<Cell>();
+    original->Set("shared text");
+    Cell copy = *original;
+    Cell assigned;
+    assigned.Set(L"wide before");
+    assigned = copy;
+    std::vector<Cell> row(3, copy);
+    original->Set(L"changed");
+    EXPECT_STREQ(copy.GetString(), "shared text");
+    original.reset();
+    row[1].EraseContents();
+    row[2].SetString(row[2].GetString() + 7);
+    EXPECT_STREQ(row[2].GetString(), "text");
+    for (const Cell* cell : {&copy, &assigned, &row[0]}) {
+        EXPECT_EQ(cell->Type(), Cell::kString);
+        EXPECT_STREQ(cell->GetString(), "shared text");
+    }
+    Cell wide;
+    wide.Set(L"wide text");
+    Cell wideCopy = wide;
+    wide = wide;
+    wide.SetWString(wide.GetWString() + 5);
+    EXPECT_STREQ(wide.GetWString(), L"text");
+    EXPECT_STREQ(wideCopy.GetWString(), L"wide text");
+    EXPECT_EQ(wideCopy.GetStringLength(), 9u);
 }
 
 TEST(SheetGrid, LimitsAndGrowth)

@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cstring>
 #include <fstream>
 #include <sstream>
@@ -79,6 +80,32 @@ TEST_F(CompoundFileTest, StreamsOfEverySizeRoundTrip)
         EXPECT_TRUE(cf.StreamSize(s.first, size));
         EXPECT_EQ(size, s.second);
     }
+}
+
+// A file made with its one stream in a single write reads back as Create, MakeFile and
+// WriteStream would have left it; an unusable name writes nothing.
+TEST_F(CompoundFileTest, CreateWithOneStream)
+{
+    for (const std::size_t size : {std::size_t{0}, std::size_t{100}, std::size_t{70000}}) {
+        CompoundFile cf;
+        ASSERT_TRUE(cf.Create(Path(), L"Workbook", Pattern(size, 3)));
+        std::vector<std::uint8_t> data;
+        ASSERT_TRUE(cf.ReadStream(L"\\Workbook", data));  // the open object holds it too
+        EXPECT_EQ(data, Pattern(size, 3));
+        cf.Close();
+        ASSERT_TRUE(cf.Open(Path()));
+        ASSERT_EQ(cf.List().size(), 1u);
+        EXPECT_EQ(cf.List()[0].path, L"\\Workbook");
+        ASSERT_TRUE(cf.ReadStream(L"\\Workbook", data));
+        EXPECT_EQ(data, Pattern(size, 3)) << size;
+    }
+    const auto before = ReadFile(Path());
+    for (const wchar_t* name : {L"a\\b", L"abcdefghijklmnopqrstuvwxyz0123456"}) {
+        CompoundFile cf;
+        EXPECT_FALSE(cf.Create(Path(), name, Pattern(10, 1))) << name;
+        EXPECT_FALSE(cf.IsOpen());
+    }
+    EXPECT_EQ(ReadFile(Path()), before);
 }
 
 TEST_F(CompoundFileTest, RewritingKeepsOtherStreams)
@@ -287,6 +314,38 @@ TEST_F(DamagedImage, BlocksPastTheEndReadAsNothing)
     const auto expected = Pattern(5000, 2);
     EXPECT_TRUE(std::equal(large.begin(), large.begin() + 4000, expected.begin()));
     EXPECT_TRUE(std::all_of(large.begin() + 4500, large.end(), [](std::uint8_t b) { return b == 0; }));
+}
+
+// A stream read in place must hold what ReadStream copies, wherever its sectors lie.
+TEST_F(DamagedImage, ViewsHoldWhatReadsCopy)
+{
+    const int large = Find(image, "large");
+    ASSERT_GE(large, 0);
+    const std::uint32_t start = xls::cfb::Get32(DirEntry(image, large) + 116);
+    auto reordered = image;  // the second and third sectors of "large" swapped, and the chain with them
+    std::swap_ranges(Sector(reordered, start + 1), Sector(reordered, start + 2), Sector(reordered, start + 2));
+    xls::cfb::Put32(Sector(reordered, 0) + 4 * start, start + 2);
+    xls::cfb::Put32(Sector(reordered, 0) + 4 * (start + 2), start + 1);
+    xls::cfb::Put32(Sector(reordered, 0) + 4 * (start + 1), start + 3);
+    auto truncated = image;
+    truncated.resize(truncated.size() - 700);
+    for (const auto* bytes : {&image, &reordered, &truncated}) {
+        CompoundFile cf;
+        ASSERT_TRUE(cf.OpenMemory(bytes->data(), bytes->size()));
+        for (const wchar_t* name : {L"\\small", L"\\large"}) {
+            std::vector<std::uint8_t> read, copy;
+            ASSERT_TRUE(cf.ReadStream(name, read));
+            const std::uint8_t* data = nullptr;
+            std::size_t size = 0;
+            ASSERT_TRUE(cf.ViewStream(name, data, size, copy));
+            EXPECT_EQ(std::vector<std::uint8_t>(data, data + size), read) << name;
+        }
+    }
+    std::vector<std::uint8_t> read;
+    CompoundFile cf;
+    ASSERT_TRUE(cf.OpenMemory(reordered.data(), reordered.size()));
+    ASSERT_TRUE(cf.ReadStream(L"\\large", read));
+    EXPECT_EQ(read, Pattern(5000, 2));
 }
 
 }  // namespace

@@ -1,5 +1,6 @@
 #include "xls/book.h"
 
+#include <algorithm>
 #include <cstring>
 #include <string_view>
 #include <unordered_map>
@@ -46,23 +47,27 @@ bool ValidName(const std::u16string& name)
 }
 
 // Puts the cell values of a sheet substream into a sheet's grid. Shared strings are converted
-// once, the first time a cell uses them.
+// once, the first time a cell uses them, and their cells share that one copy of the text.
 class GridSink : public CellSink {
 public:
     GridSink(Sheet& sheet, std::size_t sharedStrings) : sheet_(sheet), shared_(sharedStrings) {}
     void SharedText(std::uint16_t row, std::uint16_t col, std::uint16_t xf, std::uint32_t index,
                     const std::u16string& text, bool wide) override
     {
-        Cell* cell = At(row, col, xf);
+        Cell* cell = sheet_.Cell(row, col);
         if (!cell) return;
-        Converted& converted = shared_[index];
-        if (!converted.done) {
-            if (wide) converted.wide = FromUtf16(text);
-            else converted.narrow.assign(text.begin(), text.end());  // each code unit is below 256
-            converted.done = true;
+        Cell& converted = shared_[index];
+        if (converted.Type() == Cell::kUndefined) {
+            if (wide) {
+                const std::wstring w = FromUtf16(text);
+                converted.SetWString(w.data(), w.size());
+            } else {
+                narrow_.assign(text.begin(), text.end());  // each code unit is below 256
+                converted.SetString(narrow_.data(), narrow_.size());
+            }
         }
-        if (wide) cell->SetWString(converted.wide.data(), converted.wide.size());
-        else cell->SetString(converted.narrow.data(), converted.narrow.size());
+        *cell = converted;
+        cell->SetFormat(xf);
     }
     // The cell stays, with empty text, and is counted.
     void MissingText(std::uint16_t row, std::uint16_t col, std::uint16_t xf, std::uint32_t) override
@@ -99,11 +104,6 @@ public:
     }
 
 private:
-    struct Converted {
-        bool done = false;
-        std::string narrow;
-        std::wstring wide;
-    };
     Cell* At(std::uint16_t row, std::uint16_t col, std::uint16_t xf)
     {
         Cell* cell = sheet_.Cell(row, col);
@@ -112,7 +112,7 @@ private:
     }
 
     Sheet& sheet_;
-    std::vector<Converted> shared_;
+    std::vector<Cell> shared_;  // each shared string's text as a cell, once a cell used it
     std::string narrow_;
     std::size_t missing_ = 0;
 };
@@ -145,56 +145,51 @@ void Book::New(int sheets)
 
 bool Book::Load(const wchar_t* filename) { return filename && LoadFile(orderview::FilePath(filename)); }
 
-bool Book::ReadWorkbookStream(CompoundFile& container, std::vector<std::uint8_t>& stream)
+bool Book::LoadContainer(const CompoundFile& container)
 {
     // The stream is "Workbook" in any letter case; some writers use the older name "Book".
     std::wstring name;
-    return (container.FindStreamNoCase(L"Workbook", name) || container.FindStreamNoCase(L"Book", name)) &&
-           container.ReadStream(L"\\" + name, stream);
+    if (!container.FindStreamNoCase(L"Workbook", name) && !container.FindStreamNoCase(L"Book", name)) return false;
+    const std::uint8_t* stream = nullptr;
+    std::size_t size = 0;
+    std::vector<std::uint8_t> copy;
+    return container.ViewStream(L"\\" + name, stream, size, copy) && LoadStream(stream, size);
 }
 
 bool Book::Load(const char* filename) { return filename && LoadFile(orderview::FilePath(filename)); }
 
 bool Book::LoadFile(const orderview::FilePath& path)
 {
-    std::vector<std::uint8_t> stream;
-    {
-        CompoundFile container;
-        if (!container.Open(path) || !ReadWorkbookStream(container, stream)) return false;
-    }  // the container's copy of the file is released here
-    if (!LoadStream(stream)) return false;
+    CompoundFile container;
+    if (!container.Open(path) || !LoadContainer(container)) return false;
     path_ = path;
     return true;
 }
 
 bool Book::LoadFromMemory(const void* data, std::size_t size)
 {
-    std::vector<std::uint8_t> stream;
-    {
-        CompoundFile container;
-        if (!container.OpenMemory(data, size) || !ReadWorkbookStream(container, stream)) return false;
-    }
-    if (!LoadStream(stream)) return false;
+    CompoundFile container;
+    if (!container.OpenMemory(data, size) || !LoadContainer(container)) return false;
     path_ = orderview::FilePath();
     return true;
 }
 
-bool Book::LoadStream(const std::vector<std::uint8_t>& stream)
+bool Book::LoadStream(const std::uint8_t* stream, std::size_t size)
 {
-    const char* base = reinterpret_cast<const char*>(stream.data());
+    const char* base = reinterpret_cast<const char*>(stream);
     Workbook workbook;
-    if (workbook.Read(base, stream.size()) == 0) return false;
+    if (workbook.Read(base, size) == 0) return false;
     std::vector<Worksheet> worksheets(workbook.boundSheets.size());
     std::vector<std::unique_ptr<Sheet>> sheets;
     std::size_t missing = 0;
     for (std::size_t i = 0; i < workbook.boundSheets.size(); ++i) {
         const std::size_t position = workbook.boundSheets[i].streamPosition;
-        if (position >= stream.size()) return false;
+        if (position >= size) return false;
         sheets.push_back(std::make_unique<Sheet>(this, i));
         GridSink sink(*sheets.back(), workbook.sst.strings.size());
         // Only worksheets hold cells; the records of chart and macro sheets are kept as they are.
         const bool worksheet = workbook.boundSheets[i].sheetType == 0;
-        if (worksheets[i].Read(base + position, stream.size() - position, worksheet ? &sink : nullptr,
+        if (worksheets[i].Read(base + position, size - position, worksheet ? &sink : nullptr,
                                &workbook.sst.strings,
                                &workbook.sst.wide) == 0)
             return false;
@@ -218,9 +213,7 @@ bool Book::SaveFile(const orderview::FilePath& path)
     std::vector<std::uint8_t> stream;
     if (!MakeStream(stream)) return false;
     CompoundFile container;
-    if (!container.Create(path) || container.MakeFile(L"\\Workbook") != CompoundFile::kOk ||
-        !container.WriteStream(L"\\Workbook", std::move(stream)))
-        return false;
+    if (!container.Create(path, L"Workbook", std::move(stream))) return false;
     path_ = path;
     return true;
 }
@@ -320,6 +313,18 @@ void Book::UpdateWorksheets()
         // Rows with cells, and rows read with a Row record of their own (height, format) even
         // when they hold no cell.
         const auto& grid = sheets_[s]->Rows();
+        // Room for every block up front (at most one per 32 rows that hold cells or a format), so
+        // that blocks are never copied as the list grows.
+        auto blocksOf = [](const auto& rows) {
+            std::size_t blocks = 0, previous = SIZE_MAX;
+            for (const auto& row : rows)
+                if (row.first / kRowsPerBlock != previous) {
+                    ++blocks;
+                    previous = row.first / kRowsPerBlock;
+                }
+            return blocks;
+        };
+        ws.cellTable.rowBlocks.reserve(blocksOf(grid) + blocksOf(ws.rowFormats));
         auto cellRow = grid.begin();
         auto formatRow = ws.rowFormats.begin();
         static const Sheet::Row kNoCells;

@@ -84,10 +84,11 @@ private:
     // The "Workbook" stream of the book as it stands; false (and `stream` untouched) when the
     // records do not come out at the sizes they were laid out with.
     bool MakeStream(std::vector<std::uint8_t>& stream);
-    bool LoadStream(const std::vector<std::uint8_t>& stream);
+    bool LoadStream(const std::uint8_t* stream, std::size_t size);
+    // Loads the container's workbook stream, read in place where it can be.
+    bool LoadContainer(const class CompoundFile& container);
     bool LoadFile(const orderview::FilePath& path);
     bool SaveFile(const orderview::FilePath& path);
-    static bool ReadWorkbookStream(class CompoundFile& container, std::vector<std::uint8_t>& stream);
 
     orderview::FilePath path_;  // the container the workbook belongs to; empty before Load or SaveAs
     Workbook workbook_;

@@ -1,18 +1,62 @@
 #include "xls/cell.h"
 
+#include <atomic>
 #include <climits>
 #include <cmath>
 #include <cstring>
 #include <cwchar>
+#include <new>
 
 namespace xls {
+
+namespace {
+
+// A string cell's text is one heap block shared by the cell and its copies: this header, then
+// the characters and a terminator. The text of a block never changes; a new value makes a new
+// block. Loading a workbook thus keeps one block per distinct shared string, not one per cell.
+struct alignas(8) TextHeader {
+    std::atomic<std::uint32_t> holders{1};
+};
+
+template <class Char>
+Char* NewText(const Char* text, std::size_t length)
+{
+    void* block = ::operator new(sizeof(TextHeader) + (length + 1) * sizeof(Char));
+    new (block) TextHeader();
+    Char* chars = reinterpret_cast<Char*>(static_cast<char*>(block) + sizeof(TextHeader));
+    if (length) std::memcpy(chars, text, length * sizeof(Char));
+    chars[length] = Char();
+    return chars;
+}
+
+TextHeader* HeaderOf(void* chars) { return reinterpret_cast<TextHeader*>(static_cast<char*>(chars) - sizeof(TextHeader)); }
+
+// Counts one more holder of the text; false when the count is full (the caller copies instead).
+bool Share(void* chars)
+{
+    constexpr std::uint32_t kMostHolders = 0x80000000u;  // far below wrapping, even with racing copies
+    std::atomic<std::uint32_t>& holders = HeaderOf(chars)->holders;
+    if (holders.fetch_add(1, std::memory_order_relaxed) < kMostHolders) return true;
+    holders.fetch_sub(1, std::memory_order_relaxed);
+    return false;
+}
+
+void Drop(void* chars)
+{
+    TextHeader* header = HeaderOf(chars);
+    if (header->holders.fetch_sub(1, std::memory_order_acq_rel) != 1) return;
+    header->~TextHeader();
+    ::operator delete(header);
+}
+
+}  // namespace
 
 Cell::~Cell() { Release(); }
 
 void Cell::Release()
 {
-    if (type_ == kString) delete[] value_.s;
-    if (type_ == kWString) delete[] value_.w;
+    if (type_ == kString) Drop(value_.s);
+    if (type_ == kWString) Drop(value_.w);
     type_ = kUndefined;
     logical_ = kNotLogical;
     length_ = 0;
@@ -22,15 +66,16 @@ void Cell::Release()
 void Cell::CopyFrom(const Cell& other)
 {
     xf_ = other.xf_;
-    if (other.type_ == kString)
-        SetString(other.value_.s, other.length_);
-    else if (other.type_ == kWString)
-        SetWString(other.value_.w, other.length_);
-    else {
-        type_ = other.type_;
-        value_ = other.value_;
-        length_ = 0;
-        logical_ = other.logical_;
+    type_ = other.type_;
+    value_ = other.value_;
+    logical_ = other.logical_;
+    length_ = 0;
+    if (type_ == kString) {
+        length_ = other.length_;
+        if (!Share(value_.s)) value_.s = NewText(other.value_.s, length_);
+    } else if (type_ == kWString) {
+        length_ = other.length_;
+        if (!Share(value_.w)) value_.w = NewText(other.value_.w, length_);
     }
 }
 
@@ -127,9 +172,7 @@ void Cell::SetString(const char* text) { SetString(text, text ? std::strlen(text
 void Cell::SetString(const char* text, std::size_t length)
 {
     if (length > UINT32_MAX - 1) length = UINT32_MAX - 1;
-    char* copy = new char[length + 1];
-    if (length) std::memcpy(copy, text, length);
-    copy[length] = '\0';
+    char* copy = NewText(text, length);  // before Release: `text` may be this cell's own
     Release();
     type_ = kString;
     value_.s = copy;
@@ -141,9 +184,7 @@ void Cell::SetWString(const wchar_t* text) { SetWString(text, text ? std::wcslen
 void Cell::SetWString(const wchar_t* text, std::size_t length)
 {
     if (length > UINT32_MAX - 1) length = UINT32_MAX - 1;
-    wchar_t* copy = new wchar_t[length + 1];
-    if (length) std::memcpy(copy, text, length * sizeof(wchar_t));
-    copy[length] = L'\0';
+    wchar_t* copy = NewText(text, length);
     Release();
     type_ = kWString;
     value_.w = copy;

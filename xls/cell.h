@@ -3,7 +3,8 @@
 // Narrow strings are 8-bit code units as a workbook stores them (no encoding conversion);
 // wide strings are wchar_t text. Each cell keeps its format (the index of an XF record of the
 // workbook) through any change of value; a loaded boolean or error value reads as an integer
-// and stays a boolean or error until it is set. A cell takes 16 bytes; its text lives on the heap.
+// and stays a boolean or error until it is set. A cell takes 16 bytes; its text lives on the heap,
+// one block shared by the cell and its copies (copying a string cell copies no text).
 #pragma once
 
 #include <cstddef>

@@ -248,5 +248,22 @@ bool Reader::ReadStream(std::uint32_t index, std::vector<std::uint8_t>& out) con
     return true;
 }
 
+bool Reader::StreamInPlace(std::uint32_t index, const std::uint8_t*& data, std::size_t& size) const
+{
+    if (index >= entries_.size() || entries_[index].type != kStream) return false;
+    const Entry& entry = entries_[index];
+    if (entry.size == 0 || entry.size < miniCutoff_ || entry.size > size_) return false;
+    const std::size_t needed = static_cast<std::size_t>((entry.size + sectorSize_ - 1) / sectorSize_);
+    std::vector<std::uint32_t> sectors;
+    if (!Chain(entry.start, fat_, needed, sectors)) return false;
+    for (std::size_t i = 1; i < needed; ++i)
+        if (sectors[i] != sectors[0] + i) return false;
+    const std::size_t offset = (static_cast<std::size_t>(sectors[0]) + 1) * sectorSize_;
+    if (offset > size_ || entry.size > size_ - offset) return false;
+    data = data_ + offset;
+    size = static_cast<std::size_t>(entry.size);
+    return true;
+}
+
 }  // namespace cfb
 }  // namespace xls

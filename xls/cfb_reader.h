@@ -21,6 +21,10 @@ public:
     std::vector<Entry>& entries() { return entries_; }
     // The whole content of a stream entry; false when its chain cannot hold its size.
     bool ReadStream(std::uint32_t index, std::vector<std::uint8_t>& out) const;
+    // The bytes of a stream entry where they lie in the image, when its sectors follow one
+    // another whole within the file (as writers lay out a large stream); false otherwise, and
+    // then ReadStream copies it.
+    bool StreamInPlace(std::uint32_t index, const std::uint8_t*& data, std::size_t& size) const;
 
 private:
     bool ReadHeader();

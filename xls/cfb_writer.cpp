@@ -51,7 +51,18 @@ void PutEntry(std::uint8_t* p, const Entry& entry, const Links& links, std::uint
 
 }  // namespace
 
-std::vector<std::uint8_t> WriteImage(const std::vector<Entry>& input)
+std::vector<std::uint8_t> WriteImage(const std::vector<Entry>& entries)
+{
+    std::vector<std::uint8_t> image;
+    WriteImage(entries, [&image](const void* data, std::size_t size) {
+        const auto* bytes = static_cast<const std::uint8_t*>(data);
+        image.insert(image.end(), bytes, bytes + size);
+        return true;
+    });
+    return image;
+}
+
+bool WriteImage(const std::vector<Entry>& input, const std::function<bool(const void*, std::size_t)>& put)
 {
     // Compact: keep used entries in their order, renumbered (the root stays 0).
     std::vector<std::uint32_t> renumber(input.size(), kNoStream);
@@ -96,8 +107,9 @@ std::vector<std::uint8_t> WriteImage(const std::vector<Entry>& input)
         if (fatSectors * kPerSector >= dataSectors + fatSectors + difatSectors) break;
         ++fatSectors;
     }
-    const std::size_t totalSectors = fatSectors + difatSectors + dataSectors;
-    std::vector<std::uint8_t> image((totalSectors + 1) * kSector, 0);
+    // Everything before the large streams is laid out here; the large streams follow it.
+    const std::size_t headSectors = fatSectors + difatSectors + dataSectors - bigSectors;
+    std::vector<std::uint8_t> image((headSectors + 1) * kSector, 0);
     auto sector = [&](std::size_t n) { return image.data() + (n + 1) * kSector; };
 
     std::vector<std::uint32_t> fat(fatSectors * kPerSector, kFree);
@@ -116,8 +128,9 @@ std::vector<std::uint8_t> WriteImage(const std::vector<Entry>& input)
     const std::uint32_t firstMiniFat = chain(fat, next, miniFatSectors);
     const std::uint32_t firstMiniStream = chain(fat, next, miniStreamSectors);
 
-    // Streams: place data and record start sectors.
+    // Streams: place small ones' data, record start sectors.
     std::vector<std::uint32_t> starts(count, kEndOfChain);
+    std::vector<const Entry*> big;
     std::size_t miniNext = 0;
     for (std::size_t k = 0; k < count; ++k) {
         const Entry& entry = input[order[k]];
@@ -128,9 +141,8 @@ std::vector<std::uint8_t> WriteImage(const std::vector<Entry>& input)
             // The mini stream lies in consecutive sectors, so its bytes are contiguous here.
             std::memcpy(sector(firstMiniStream) + at, entry.data.data(), entry.data.size());
         } else {
-            const std::size_t first = next;
             starts[k] = chain(fat, next, Ceil(entry.data.size(), kSector));
-            std::memcpy(sector(first), entry.data.data(), entry.data.size());
+            big.push_back(&entry);
         }
     }
 
@@ -175,7 +187,13 @@ std::vector<std::uint8_t> WriteImage(const std::vector<Entry>& input)
         Put32(p + 4 * kDifatPerSector,
               d + 1 < difatSectors ? static_cast<std::uint32_t>(firstDifat + d + 1) : kEndOfChain);
     }
-    return image;
+    if (!put(image.data(), image.size())) return false;
+    static const std::uint8_t kPadding[kSector] = {};
+    for (const Entry* entry : big) {
+        const std::size_t tail = entry->data.size() % kSector;
+        if (!put(entry->data.data(), entry->data.size()) || (tail && !put(kPadding, kSector - tail))) return false;
+    }
+    return true;
 }
 
 }  // namespace cfb

@@ -1,7 +1,9 @@
 // Writes a directory with its streams as a version 3 compound file image (internal).
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <vector>
 
 #include "xls/cfb_format.h"
@@ -14,6 +16,9 @@ namespace cfb {
 // stream and the large streams, each chain in consecutive sectors. Unused entries are dropped.
 // Sibling links are rebuilt as balanced red-black trees.
 std::vector<std::uint8_t> WriteImage(const std::vector<Entry>& entries);
+// The same image handed to `put` in pieces, the large streams straight from their entries (no
+// copy of the whole image is made); false as soon as `put` fails.
+bool WriteImage(const std::vector<Entry>& entries, const std::function<bool(const void*, std::size_t)>& put);
 
 }  // namespace cfb
 }  // namespace xls

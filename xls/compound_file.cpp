@@ -50,19 +50,49 @@ bool CompoundFile::IsOpen() const { return state_ != nullptr; }
 
 void CompoundFile::Close() { state_.reset(); }
 
+namespace {
+
+// Writes the image of the entries in place of the file at `path`, in one replacement.
+bool WriteEntries(const orderview::FilePath& path, const std::vector<Entry>& entries)
+{
+    // Written in pieces: the large streams go to the file from where they are held.
+    orderview::ReplacingFile file(path);
+    return cfb::WriteImage(entries, [&file](const void* data, std::size_t size) { return file.Write(data, size); }) &&
+           file.Commit();
+}
+
+}  // namespace
+
 bool CompoundFile::Create(const orderview::FilePath& path)
 {
+    std::vector<std::uint8_t> none;
+    return Create(path, std::wstring(), std::move(none));
+}
+
+bool CompoundFile::Create(const orderview::FilePath& path, const std::wstring& stream, std::vector<std::uint8_t>&& data)
+{
     Close();
+    const std::u16string name = ToUtf16(stream);
+    if (name.size() > cfb::kMaxNameUnits || name.find(u'\\') != std::u16string::npos || data.size() > 0xFFFFFFFFu)
+        return false;
     auto state = std::make_unique<State>();
     state->path = path;
     state->mode = Mode::ReadWrite;
-    Entry root;
-    root.name = u"Root Entry";
-    root.type = cfb::kRoot;
-    state->entries.push_back(root);
+    state->entries.resize(1);
+    state->entries[0].name = u"Root Entry";
+    state->entries[0].type = cfb::kRoot;
+    if (!name.empty()) {
+        Entry entry;
+        entry.name = name;
+        entry.type = cfb::kStream;
+        entry.parent = 0;
+        entry.size = data.size();
+        entry.data = std::move(data);
+        state->entries[0].children.push_back(1);
+        state->entries.push_back(std::move(entry));
+    }
     state->inMemory = true;
-    const std::vector<std::uint8_t> image = cfb::WriteImage(state->entries);
-    if (!orderview::ReplaceFileAtomically(path, image.data(), image.size())) return false;
+    if (!WriteEntries(path, state->entries)) return false;
     state_ = std::move(state);
     return true;
 }
@@ -171,11 +201,7 @@ bool CompoundFile::LoadAllStreams()
     return true;
 }
 
-bool CompoundFile::Flush()
-{
-    const std::vector<std::uint8_t> image = cfb::WriteImage(state_->entries);
-    return orderview::ReplaceFileAtomically(state_->path, image.data(), image.size());
-}
+bool CompoundFile::Flush() { return WriteEntries(state_->path, state_->entries); }
 
 bool CompoundFile::ChangeDirectory(const std::wstring& path)
 {
@@ -219,6 +245,25 @@ bool CompoundFile::ReadStream(const std::wstring& path, std::vector<std::uint8_t
         return true;
     }
     return state_->reader.ReadStream(static_cast<std::uint32_t>(node), data);
+}
+
+bool CompoundFile::ViewStream(const std::wstring& path, const std::uint8_t*& data, std::size_t& size,
+                              std::vector<std::uint8_t>& copy) const
+{
+    if (!state_) return false;
+    const int node = Find(state_->entries, state_->current, ToUtf16(path));
+    if (node < 0 || state_->entries[static_cast<std::size_t>(node)].type != cfb::kStream) return false;
+    const auto index = static_cast<std::uint32_t>(node);
+    if (state_->inMemory) {
+        data = state_->entries[index].data.data();
+        size = state_->entries[index].data.size();
+        return true;
+    }
+    if (state_->reader.StreamInPlace(index, data, size)) return true;
+    if (!state_->reader.ReadStream(index, copy)) return false;
+    data = copy.data();
+    size = copy.size();
+    return true;
 }
 
 bool CompoundFile::WriteStream(const std::wstring& path, const void* data, std::size_t size)

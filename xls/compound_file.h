@@ -44,6 +44,9 @@ public:
     bool Create(const orderview::FilePath& path);
     bool Create(const std::string& path) { return Create(orderview::FilePath(path)); }
     bool Create(const std::wstring& path) { return Create(orderview::FilePath(path)); }
+    // A new file holding the root storage and one stream of it named `stream` with `data`,
+    // written in one replacement (an empty `stream` makes only the root).
+    bool Create(const orderview::FilePath& path, const std::wstring& stream, std::vector<std::uint8_t>&& data);
     // Opens an existing file; false when it is no compound file or is damaged.
     bool Open(const orderview::FilePath& path, Mode mode = Mode::ReadOnly);
     bool Open(const std::string& path, Mode mode = Mode::ReadOnly) { return Open(orderview::FilePath(path), mode); }
@@ -63,6 +66,11 @@ public:
     bool StreamSize(const std::wstring& path, std::uint64_t& size) const;
     // The whole stream; false when it is missing or its data is damaged.
     bool ReadStream(const std::wstring& path, std::vector<std::uint8_t>& data) const;
+    // The whole stream without a copy where its bytes lie in order in the file: `data` and `size`
+    // then point into the file image, valid while this object stays open and unchanged.
+    // Otherwise the stream is read into `copy` and they point there.
+    bool ViewStream(const std::wstring& path, const std::uint8_t*& data, std::size_t& size,
+                    std::vector<std::uint8_t>& copy) const;
     // Replaces the whole content of an existing stream.
     bool WriteStream(const std::wstring& path, const void* data, std::size_t size);
     bool WriteStream(const std::wstring& path, std::vector<std::uint8_t>&& data);
