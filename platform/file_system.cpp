@@ -7,16 +7,6 @@
 
 namespace orderview {
 
-std::string ToNativePath(const CString& path)
-{
-    std::string native = path.str();
-#ifndef _WIN32
-    for (char& c : native)
-        if (c == '\\') c = '/';
-#endif
-    return native;
-}
-
 FilePath::FilePath(const char* narrow) : native_(native::FromNarrow(narrow ? narrow : "")) {}
 FilePath::FilePath(const std::string& narrow) : native_(native::FromNarrow(narrow)) {}
 FilePath::FilePath(const CString& narrow) : native_(native::FromNarrow(narrow.str())) {}

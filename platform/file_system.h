@@ -12,9 +12,6 @@
 
 namespace orderview {
 
-// The native form of a backslash path ('\' becomes '/' on POSIX systems).
-ORDERVIEW_API std::string ToNativePath(const CString& path);
-
 // A file's path as the operating system takes it: UTF-16 on Windows, bytes elsewhere. Narrow
 // paths are text in the local code page (the ANSI code page on Windows); wide paths reach the
 // system as they are on Windows and as UTF-8 elsewhere, so a name the code page cannot hold

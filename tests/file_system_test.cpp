@@ -20,6 +20,25 @@ std::vector<std::string> Names(const std::string& folder)
     return names;
 }
 
+// Paths reach the system in its own form: on POSIX systems '/' between folders and wide names as
+// UTF-8; on Windows UTF-16, narrow names through the ANSI code page.
+TEST(FilePath, NarrowAndWideNamesInTheSystemsForm)
+{
+    using orderview::FilePath;
+#ifdef _WIN32
+    EXPECT_EQ(FilePath(L"C:\\d\\\u6CE8.xls").Native(), L"C:\\d\\\u6CE8.xls");
+    EXPECT_EQ(FilePath("C:\\d\\a.ini").Native(), L"C:\\d\\a.ini");
+#else
+    EXPECT_EQ(FilePath("main\\sys\\a.ini").Native(), "main/sys/a.ini");
+    EXPECT_EQ(FilePath(L"d\\\u00E9\u6CE8\U0001F600").Native(), "d/\xC3\xA9\xE6\xB3\xA8\xF0\x9F\x98\x80");
+    EXPECT_EQ(FilePath(std::wstring(1, static_cast<wchar_t>(0xD800))).Native(), "\xEF\xBF\xBD");  // no code point
+#endif
+    EXPECT_EQ(FilePath("a.ini").WithSuffix(".tmp").Narrow(), "a.ini.tmp");
+    EXPECT_EQ(FilePath(L"b.xls").WithSuffix(".tmp").Narrow(), "b.xls.tmp");
+    EXPECT_TRUE(FilePath(static_cast<const char*>(nullptr)).IsEmpty());
+    EXPECT_TRUE(FilePath(static_cast<const wchar_t*>(nullptr)).IsEmpty());
+}
+
 TEST(ReplacingFile, CommitReplacesTheWholeFile)
 {
     ovtest::TempFolder folder;
