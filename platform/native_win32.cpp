@@ -339,17 +339,7 @@ public:
 
     bool Turn(bool landscape) override
     {
-        if (landscape != paper_.bLandscape) {
-            // A quarter turn moves each margin to the next edge.
-            const PrintPaper p = paper_;
-            paper_.dWidth = p.dHeight;
-            paper_.dHeight = p.dWidth;
-            paper_.dMarginLeft = p.dMarginTop;
-            paper_.dMarginTop = p.dMarginRight;
-            paper_.dMarginRight = p.dMarginBottom;
-            paper_.dMarginBottom = p.dMarginLeft;
-            paper_.bLandscape = landscape;
-        }
+        paper_ = TurnedPaper(paper_, landscape);
         return true;
     }
 

@@ -18,6 +18,20 @@ PrintPaper A4Paper()
     return paper;
 }
 
+PrintPaper TurnedPaper(const PrintPaper& paper, bool landscape)
+{
+    if (landscape == paper.bLandscape) return paper;
+    PrintPaper turned = paper;
+    turned.dWidth = paper.dHeight;
+    turned.dHeight = paper.dWidth;
+    turned.dMarginLeft = paper.dMarginTop;
+    turned.dMarginTop = paper.dMarginRight;
+    turned.dMarginRight = paper.dMarginBottom;
+    turned.dMarginBottom = paper.dMarginLeft;
+    turned.bLandscape = landscape;
+    return turned;
+}
+
 namespace {
 
 // Height of Helvetica's capitals over the font size: centres the capitals in a box.
@@ -40,17 +54,7 @@ public:
     bool SetLandscape(bool landscape) override
     {
         if (drawn_) return false;
-        if (landscape != paper_.bLandscape) {
-            // Turning the sheet a quarter turn moves each margin to the next edge.
-            const PrintPaper p = paper_;
-            paper_.dWidth = p.dHeight;
-            paper_.dHeight = p.dWidth;
-            paper_.dMarginLeft = p.dMarginTop;
-            paper_.dMarginTop = p.dMarginRight;
-            paper_.dMarginRight = p.dMarginBottom;
-            paper_.dMarginBottom = p.dMarginLeft;
-            paper_.bLandscape = landscape;
-        }
+        paper_ = TurnedPaper(paper_, landscape);
         return true;
     }
 

@@ -75,6 +75,10 @@ public:
 // A4 portrait with half-inch margins.
 ORDERVIEW_API PrintPaper A4Paper();
 
+// The paper in the given orientation: a quarter turn swaps width and height and moves each
+// margin to the next edge; the paper as it is when already so.
+ORDERVIEW_API PrintPaper TurnedPaper(const PrintPaper& paper, bool landscape);
+
 // A job that writes a PDF file to `path` on `paper` (A4 when omitted). Null when the file cannot
 // be created (a missing folder, an unwritable path). The file appears only when Finish succeeds;
 // an existing file at the path is replaced then, and kept as it was on any failure.
