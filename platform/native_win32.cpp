@@ -25,12 +25,15 @@ namespace native {
 
 namespace {
 
-std::wstring Wide(const std::string& text)
+// Text in a code page (the ANSI one unless told) as UTF-16; empty when it cannot be converted.
+std::wstring Wide(const std::string& text, UINT codePage = CP_ACP)
 {
-    if (text.empty()) return std::wstring();
-    const int n = ::MultiByteToWideChar(CP_ACP, 0, text.data(), static_cast<int>(text.size()), nullptr, 0);
-    std::wstring wide(static_cast<size_t>(n > 0 ? n : 0), L'\0');
-    if (n > 0) ::MultiByteToWideChar(CP_ACP, 0, text.data(), static_cast<int>(text.size()), &wide[0], n);
+    if (text.empty() || text.size() > 0x7FFFFFFF) return std::wstring();
+    const int size = static_cast<int>(text.size());
+    const int n = ::MultiByteToWideChar(codePage, 0, text.data(), size, nullptr, 0);
+    if (n <= 0) return std::wstring();
+    std::wstring wide(static_cast<size_t>(n), L'\0');
+    ::MultiByteToWideChar(codePage, 0, text.data(), size, &wide[0], n);
     return wide;
 }
 
@@ -183,17 +186,7 @@ bool ShowSaveDialog(const SaveFileRequest& request, CString& path, int& filterIn
 // gives it the device context of each page: a printer's document, or one metafile a page.
 namespace {
 
-std::wstring WideFromUtf8(const CString& text)
-{
-    const std::string& bytes = text.str();
-    if (bytes.empty() || bytes.size() > 0x7FFFFFFF) return std::wstring();
-    const int size = static_cast<int>(bytes.size());
-    const int n = ::MultiByteToWideChar(CP_UTF8, 0, bytes.data(), size, nullptr, 0);
-    if (n <= 0) return std::wstring();
-    std::wstring wide(static_cast<size_t>(n), L'\0');
-    ::MultiByteToWideChar(CP_UTF8, 0, bytes.data(), size, &wide[0], n);
-    return wide;
-}
+std::wstring WideFromUtf8(const CString& text) { return Wide(text.str(), CP_UTF8); }
 
 // Device units per inch and where the device's (0, 0) lies from the paper's corner.
 struct DeviceScale {
