@@ -108,6 +108,34 @@ TEST_F(CompoundFileTest, CreateWithOneStream)
     EXPECT_EQ(ReadFile(Path()), before);
 }
 
+// A stream made in pieces while the file is written is the same file as one held whole; a maker
+// that fails, or makes more or fewer bytes than it said, leaves the old file as it was.
+TEST_F(CompoundFileTest, WriteSingleStreamMakesTheStreamWhileWriting)
+{
+    const std::string held = folder.File("held.cfb");
+    for (const std::size_t size : {std::size_t{1}, std::size_t{4095}, std::size_t{4096}, std::size_t{70001}}) {
+        const auto data = Pattern(size, 5);
+        const auto inPieces = [&data](const auto& put) {
+            for (std::size_t at = 0; at < data.size(); at += 1000)
+                if (!put(data.data() + at, std::min<std::size_t>(1000, data.size() - at))) return false;
+            return true;
+        };
+        ASSERT_TRUE(CompoundFile::WriteSingleStream(Path(), L"Workbook", size, inPieces));
+        CompoundFile cf;
+        ASSERT_TRUE(cf.Create(held, L"Workbook", std::vector<std::uint8_t>(data)));
+        EXPECT_EQ(ReadFile(Path()), ReadFile(held)) << size;
+    }
+    const auto before = ReadFile(Path());
+    const auto data = Pattern(5000, 1);
+    const std::vector<std::pair<std::size_t, bool>> wrong = {{4999, true}, {5001, true}, {5000, false}};
+    for (const auto& [stated, succeeds] : wrong) {
+        EXPECT_FALSE(CompoundFile::WriteSingleStream(Path(), L"Workbook", stated, [&](const auto& put) {
+            return put(data.data(), data.size()) && succeeds;
+        })) << stated;
+        EXPECT_EQ(ReadFile(Path()), before) << stated;
+    }
+}
+
 TEST_F(CompoundFileTest, RewritingKeepsOtherStreams)
 {
     Build({{L"\\Workbook", 5000}, {L"\\Other", 10}});

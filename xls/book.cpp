@@ -2,9 +2,8 @@
 
 #include <algorithm>
 #include <cstring>
-#include <string_view>
-#include <unordered_map>
 
+#include "xls/cell_table_writer.h"
 #include "xls/cfb_writer.h"
 #include "xls/compound_file.h"
 #include "xls/utf16.h"
@@ -12,14 +11,6 @@
 namespace xls {
 
 namespace {
-
-using RowBlock = Worksheet::CellTable::RowBlock;
-using CellBlock = RowBlock::CellBlock;
-
-constexpr std::size_t kRowsPerBlock = 32;
-
-// A cell goes into the file when it has a value, or a format of its own (a formatted blank).
-bool Written(const Cell& cell) { return cell.Type() != Cell::kUndefined || cell.GetFormat() != Cell::kDefaultFormat; }
 
 std::u16string FromNarrow(const char* name)
 {
@@ -207,13 +198,20 @@ bool Book::LoadStream(const std::uint8_t* stream, std::size_t size)
 bool Book::SaveAs(const wchar_t* filename) { return filename && SaveFile(orderview::FilePath(filename)); }
 bool Book::SaveAs(const char* filename) { return filename && SaveFile(orderview::FilePath(filename)); }
 
+struct Book::SavePlan {
+    explicit SavePlan(Workbook::SharedStringTable& table) : strings(table) {}
+    SharedStringIndex strings;
+    std::vector<CellTableWriter> tables;  // one per sheet
+};
+
 bool Book::SaveFile(const orderview::FilePath& path)
 {
-    // The stream is made before the file is touched, so a failure leaves any file as it was.
-    std::vector<std::uint8_t> stream;
-    if (!MakeStream(stream)) return false;
-    CompoundFile container;
-    if (!container.Create(path, L"Workbook", std::move(stream))) return false;
+    // The stream is laid out before the file is touched and made as the file is written; any
+    // failure leaves the file that was there as it was.
+    SavePlan plan(workbook_.sst);
+    const std::size_t size = PlanSave(plan);
+    if (!CompoundFile::WriteSingleStream(path, L"Workbook", size, [&](const auto& put) { return WriteStream(plan, put); }))
+        return false;
     path_ = path;
     return true;
 }
@@ -252,54 +250,25 @@ bool Book::SaveToMemory(std::vector<std::uint8_t>& image)
 
 bool Book::MakeStream(std::vector<std::uint8_t>& stream)
 {
-    UpdateWorksheets();
-    AdjustStreamPositions();
-    std::size_t total = workbook_.RecordSize();
-    for (Worksheet& ws : worksheets_) total += ws.RecordSize();
-    std::vector<std::uint8_t> buffer(total);
-    // Every record is checked against the room left before its bytes go in: a layout that
-    // disagrees with the sizes above fails here instead of writing past the buffer.
-    biff::Output out(reinterpret_cast<char*>(buffer.data()), buffer.size());
-    out.Took(workbook_.Write(out.next(), out.room()));
-    for (Worksheet& ws : worksheets_) out.Took(ws.Write(out.next(), out.room()));
-    // The records were only needed to write the stream.
-    for (Worksheet& ws : worksheets_) ws.cellTable.rowBlocks.clear();
-    workbook_.sst = Workbook::SharedStringTable();
-    if (!out.ok() || out.written() != total) return false;
+    SavePlan plan(workbook_.sst);
+    std::vector<std::uint8_t> buffer;
+    buffer.reserve(PlanSave(plan));
+    if (!WriteStream(plan, [&buffer](const void* data, std::size_t size) {
+            const auto* bytes = static_cast<const std::uint8_t*>(data);
+            buffer.insert(buffer.end(), bytes, bytes + size);
+            return true;
+        }))
+        return false;
     stream = std::move(buffer);
     return true;
 }
 
-void Book::UpdateWorksheets()
+std::size_t Book::PlanSave(SavePlan& plan)
 {
-    Workbook::SharedStringTable& sst = workbook_.sst;
-    sst = Workbook::SharedStringTable();
-    // Keys are views of the cells' own text, which outlives this function.
-    std::unordered_map<std::string_view, std::uint32_t> narrowIndex;
-    std::unordered_map<std::wstring_view, std::uint32_t> wideIndex;
-    std::uint32_t total = 0;
-    auto narrowString = [&](const Cell& cell) {
-        const std::string_view key(cell.GetString(), cell.GetStringLength());
-        const auto found = narrowIndex.emplace(key, static_cast<std::uint32_t>(sst.strings.size()));
-        if (found.second) {
-            std::u16string text(key.size(), u'\0');
-            for (std::size_t i = 0; i < key.size(); ++i) text[i] = static_cast<unsigned char>(key[i]);
-            sst.strings.push_back(std::move(text));
-            sst.wide.push_back(false);
-        }
-        return found.first->second;
-    };
-    auto wideString = [&](const Cell& cell) {
-        const std::wstring_view key(cell.GetWString(), cell.GetStringLength());
-        const auto found = wideIndex.emplace(key, static_cast<std::uint32_t>(sst.strings.size()));
-        if (found.second) {
-            sst.strings.push_back(ToUtf16(std::wstring(key)));
-            sst.wide.push_back(true);
-        }
-        return found.first->second;
-    };
-
     if (workbook_.window1.activeSheet >= sheets_.size()) workbook_.window1.activeSheet = 0;
+    plan.tables.clear();
+    plan.tables.reserve(sheets_.size());
+    std::uint32_t texts = 0;
     for (std::size_t s = 0; s < sheets_.size(); ++s) {
         Worksheet& ws = worksheets_[s];
         Workbook::BoundSheet& bound = workbook_.boundSheets[s];
@@ -307,119 +276,52 @@ void Book::UpdateWorksheets()
         ws.cellTable.rowBlocks.clear();
         const bool active = s == workbook_.window1.activeSheet;
         ws.window2.options = static_cast<std::uint16_t>(active ? (ws.window2.options | 0x0600) : (ws.window2.options & ~0x0600));
-        std::size_t firstRow = SIZE_MAX, lastRow = 0, firstCol = SIZE_MAX, lastCol = 0;
-        RowBlock* block = nullptr;
-        std::size_t blockStart = SIZE_MAX;
-        // Rows with cells, and rows read with a Row record of their own (height, format) even
-        // when they hold no cell.
-        const auto& grid = sheets_[s]->Rows();
-        // Room for every block up front (at most one per 32 rows that hold cells or a format), so
-        // that blocks are never copied as the list grows.
-        auto blocksOf = [](const auto& rows) {
-            std::size_t blocks = 0, previous = SIZE_MAX;
-            for (const auto& row : rows)
-                if (row.first / kRowsPerBlock != previous) {
-                    ++blocks;
-                    previous = row.first / kRowsPerBlock;
-                }
-            return blocks;
-        };
-        ws.cellTable.rowBlocks.reserve(blocksOf(grid) + blocksOf(ws.rowFormats));
-        auto cellRow = grid.begin();
-        auto formatRow = ws.rowFormats.begin();
-        static const Sheet::Row kNoCells;
-        while (cellRow != grid.end() || formatRow != ws.rowFormats.end()) {
-            const bool fromGrid = formatRow == ws.rowFormats.end() ||
-                                  (cellRow != grid.end() && cellRow->first <= formatRow->first);
-            const std::size_t r = fromGrid ? cellRow->first : formatRow->first;
-            const Sheet::Row& cells = fromGrid ? cellRow->second : kNoCells;
-            const bool formatted = formatRow != ws.rowFormats.end() && formatRow->first == r;
-            if (fromGrid) ++cellRow;
-            if (formatted) ++formatRow;
-            std::size_t first = SIZE_MAX, last = 0;
-            for (std::size_t c = 0; c < cells.size(); ++c)
-                if (Written(cells[c])) {
-                    if (first == SIZE_MAX) first = c;
-                    last = c;
-                }
-            if (first == SIZE_MAX && !formatted) continue;  // nothing to write for this row
-            if (!block || r / kRowsPerBlock != blockStart) {
-                ws.cellTable.rowBlocks.emplace_back();
-                block = &ws.cellTable.rowBlocks.back();
-                blockStart = r / kRowsPerBlock;
-                block->cells.reserve(kRowsPerBlock * 18 * sheets_[s]->GetTotalCols());
-            }
-            const auto format = ws.rowFormats.find(static_cast<std::uint16_t>(r));
-            RowBlock::Row row = format != ws.rowFormats.end() ? format->second : RowBlock::Row();
-            row.row = static_cast<std::uint16_t>(r);
-            block->firstCellOfRow.push_back(block->cells.size());
-            if (first == SIZE_MAX) {  // a row of its own format and height only
-                row.firstCol = row.lastColPlus1 = 0;
-                block->rows.push_back(row);
-                continue;
-            }
-            row.firstCol = static_cast<std::uint16_t>(first);
-            row.lastColPlus1 = static_cast<std::uint16_t>(last + 1);
-            block->rows.push_back(row);
-            for (std::size_t c = first; c <= last; ++c) {
-                const Cell& cell = cells[c];
-                const auto row16 = static_cast<std::uint16_t>(r), col16 = static_cast<std::uint16_t>(c);
-                const std::uint16_t xf = cell.GetFormat();
-                std::uint32_t rk = 0;
-                switch (cell.Type()) {
-                case Cell::kInteger:
-                    if (cell.IsBoolean() || cell.IsError())
-                        CellBlock::BoolErr::Append(block->cells, row16, col16, xf,
-                                                   static_cast<std::uint8_t>(cell.GetInteger()), cell.IsError() ? 1 : 0);
-                    else if (CellBlock::RK::EncodeInteger(cell.GetInteger(), rk))
-                        CellBlock::RK::Append(block->cells, row16, col16, xf, rk);
-                    else
-                        CellBlock::Number::Append(block->cells, row16, col16, xf, cell.GetInteger());
-                    break;
-                case Cell::kDouble: CellBlock::Number::Append(block->cells, row16, col16, xf, cell.GetDouble()); break;
-                case Cell::kString:
-                    CellBlock::LabelSST::Append(block->cells, row16, col16, xf, narrowString(cell));
-                    ++total;
-                    break;
-                case Cell::kWString:
-                    CellBlock::LabelSST::Append(block->cells, row16, col16, xf, wideString(cell));
-                    ++total;
-                    break;
-                default:
-                    if (xf != Cell::kDefaultFormat) CellBlock::Blank::Append(block->cells, row16, col16, xf);
-                    break;
-                }
-            }
-            if (firstRow == SIZE_MAX) firstRow = r;
-            lastRow = r;
-            firstCol = std::min(firstCol, first);
-            lastCol = std::max(lastCol, last);
-        }
-        const bool empty = firstRow == SIZE_MAX;
+        plan.tables.emplace_back(sheets_[s]->Rows(), ws.rowFormats);
+        CellTableWriter& table = plan.tables.back();
+        texts += static_cast<std::uint32_t>(table.Plan(plan.strings));
+        const bool empty = table.Empty();
         if (!empty && bound.sheetType != 0) {  // a chart or macro sheet given cells becomes a worksheet
             bound.sheetType = 0;
             ws.bof.type = 0x0010;
         }
-        ws.dimensions.firstRow = empty ? 0 : static_cast<std::uint32_t>(firstRow);
-        ws.dimensions.lastRowPlus1 = empty ? 0 : static_cast<std::uint32_t>(lastRow + 1);
-        ws.dimensions.firstCol = empty ? 0 : static_cast<std::uint16_t>(firstCol);
-        ws.dimensions.lastColPlus1 = empty ? 0 : static_cast<std::uint16_t>(lastCol + 1);
+        ws.dimensions.firstRow = empty ? 0 : static_cast<std::uint32_t>(table.FirstRow());
+        ws.dimensions.lastRowPlus1 = empty ? 0 : static_cast<std::uint32_t>(table.LastRow() + 1);
+        ws.dimensions.firstCol = empty ? 0 : static_cast<std::uint16_t>(table.FirstCol());
+        ws.dimensions.lastColPlus1 = empty ? 0 : static_cast<std::uint16_t>(table.LastCol() + 1);
         ws.index.firstRow = ws.dimensions.firstRow;
         ws.index.lastRowPlus1 = ws.dimensions.lastRowPlus1;
     }
-    sst.totalStrings = total;
-}
-
-void Book::AdjustStreamPositions()
-{
-    // The ExtSST's size depends on the string count only, so it is laid out first.
+    workbook_.sst.totalStrings = texts;
+    // Stream positions. The ExtSST's size depends on the string count only, so it is laid out first.
     workbook_.AdjustExtSSTPositions(workbook_.SharedStringTableOffset());
     std::size_t position = workbook_.RecordSize();
     for (std::size_t i = 0; i < worksheets_.size(); ++i) {
         workbook_.boundSheets[i].streamPosition = static_cast<std::uint32_t>(position);
-        worksheets_[i].AdjustDBCellPositions(position);
-        position += worksheets_[i].RecordSize();
+        worksheets_[i].AdjustDBCellPositions(position, plan.tables[i].Blocks());
+        position += worksheets_[i].HeadSize() + plan.tables[i].Size() + worksheets_[i].TailSize();
     }
+    return position;
+}
+
+bool Book::WriteStream(SavePlan& plan, const std::function<bool(const void*, std::size_t)>& put)
+{
+    // Every record is checked against the size it was laid out with before its bytes go out: a
+    // layout that disagrees fails here instead of writing wrong positions.
+    std::vector<char> bytes;
+    auto part = [&](std::size_t size, auto&& write) {
+        bytes.resize(size);
+        return write(bytes.data(), size) == size && put(bytes.data(), size);
+    };
+    bool ok = part(workbook_.RecordSize(), [&](char* p, std::size_t n) { return workbook_.Write(p, n); });
+    for (std::size_t i = 0; ok && i < worksheets_.size(); ++i) {
+        Worksheet& ws = worksheets_[i];
+        ok = part(ws.HeadSize(), [&](char* p, std::size_t n) { return ws.WriteHead(p, n); }) &&
+             plan.tables[i].Write(plan.strings, put) &&
+             part(ws.TailSize(), [&](char* p, std::size_t n) { return ws.WriteTail(p, n); });
+    }
+    // The shared strings were only needed to write the stream.
+    workbook_.sst = Workbook::SharedStringTable();
+    return ok;
 }
 
 Sheet* Book::GetWorksheet(std::size_t index) { return index < sheets_.size() ? sheets_[index].get() : nullptr; }

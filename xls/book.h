@@ -4,6 +4,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <string>
 #include <vector>
@@ -79,8 +80,11 @@ private:
     int FindSheet(const std::u16string& name) const;
     bool Rename(std::size_t index, const std::u16string& name);
     bool Delete(std::size_t index);
-    void UpdateWorksheets();
-    void AdjustStreamPositions();
+    // A save in two steps: PlanSave lays the stream out (shared strings, row blocks, stream
+    // positions) and returns its size; WriteStream then hands its bytes to `put` in pieces.
+    struct SavePlan;
+    std::size_t PlanSave(SavePlan& plan);
+    bool WriteStream(SavePlan& plan, const std::function<bool(const void*, std::size_t)>& put);
     // The "Workbook" stream of the book as it stands; false (and `stream` untouched) when the
     // records do not come out at the sizes they were laid out with.
     bool MakeStream(std::vector<std::uint8_t>& stream);

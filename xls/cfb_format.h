@@ -4,6 +4,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -49,6 +50,9 @@ struct Entry {
     std::vector<std::uint32_t> children;
     // Content of a stream once it is held in memory (for writing).
     std::vector<std::uint8_t> data;
+    // For writing instead of `data`: makes the stream's `size` bytes, handing them to `put` in
+    // pieces as the file is written; false when `put` fails or it cannot make them.
+    std::function<bool(const std::function<bool(const void*, std::size_t)>& put)> produce;
 };
 
 // Directory order: shorter names first, then code unit by code unit as unsigned values.

@@ -13,6 +13,19 @@ constexpr std::size_t kDifatPerSector = kPerSector - 1;
 
 std::size_t Ceil(std::uint64_t value, std::size_t unit) { return static_cast<std::size_t>((value + unit - 1) / unit); }
 
+// The size of a stream entry's content, held or made while writing.
+std::uint64_t ContentSize(const Entry& entry) { return entry.produce ? entry.size : entry.data.size(); }
+
+// Makes a stream's content with its producer, checking that it comes out at the stated size.
+bool Produce(const Entry& entry, const std::function<bool(const void*, std::size_t)>& put)
+{
+    std::uint64_t made = 0;
+    return entry.produce([&](const void* data, std::size_t size) {
+        made += size;
+        return made <= entry.size && put(data, size);
+    }) && made == entry.size;
+}
+
 struct Links {
     std::uint32_t left = kNoStream, right = kNoStream, child = kNoStream;
     std::uint8_t color = 1;
@@ -91,10 +104,10 @@ bool WriteImage(const std::vector<Entry>& input, const std::function<bool(const 
     for (std::size_t k = 0; k < count; ++k) {
         const Entry& entry = input[order[k]];
         if (entry.type != kStream) continue;
-        if (entry.data.size() < kMiniCutoff)
-            miniSectors += Ceil(entry.data.size(), kMiniSectorSize);
+        if (ContentSize(entry) < kMiniCutoff)
+            miniSectors += Ceil(ContentSize(entry), kMiniSectorSize);
         else
-            bigSectors += Ceil(entry.data.size(), kSector);
+            bigSectors += Ceil(ContentSize(entry), kSector);
     }
     const std::size_t dirSectors = Ceil(count * kDirEntrySize, kSector);
     const std::size_t miniFatSectors = Ceil(miniSectors, kPerSector);
@@ -134,14 +147,22 @@ bool WriteImage(const std::vector<Entry>& input, const std::function<bool(const 
     std::size_t miniNext = 0;
     for (std::size_t k = 0; k < count; ++k) {
         const Entry& entry = input[order[k]];
-        if (entry.type != kStream || entry.data.empty()) continue;
-        if (entry.data.size() < kMiniCutoff) {
-            const std::size_t at = miniNext * kMiniSectorSize;
-            starts[k] = chain(miniFat, miniNext, Ceil(entry.data.size(), kMiniSectorSize));
+        const std::uint64_t size = ContentSize(entry);
+        if (entry.type != kStream || size == 0) continue;
+        if (size < kMiniCutoff) {
+            std::uint8_t* at = sector(firstMiniStream) + miniNext * kMiniSectorSize;
+            starts[k] = chain(miniFat, miniNext, Ceil(size, kMiniSectorSize));
             // The mini stream lies in consecutive sectors, so its bytes are contiguous here.
-            std::memcpy(sector(firstMiniStream) + at, entry.data.data(), entry.data.size());
+            if (!entry.produce)
+                std::memcpy(at, entry.data.data(), entry.data.size());
+            else if (!Produce(entry, [&at](const void* data, std::size_t n) {
+                         std::memcpy(at, data, n);
+                         at += n;
+                         return true;
+                     }))
+                return false;
         } else {
-            starts[k] = chain(fat, next, Ceil(entry.data.size(), kSector));
+            starts[k] = chain(fat, next, Ceil(size, kSector));
             big.push_back(&entry);
         }
     }
@@ -150,7 +171,7 @@ bool WriteImage(const std::vector<Entry>& input, const std::function<bool(const 
     for (std::size_t k = 0; k < count; ++k) {
         const Entry& entry = input[order[k]];
         std::uint32_t start = starts[k];
-        std::uint64_t size = entry.type == kStream ? entry.data.size() : 0;
+        std::uint64_t size = entry.type == kStream ? ContentSize(entry) : 0;
         if (k == 0) {
             start = miniStreamBytes ? firstMiniStream : kEndOfChain;
             size = miniStreamBytes;
@@ -190,8 +211,9 @@ bool WriteImage(const std::vector<Entry>& input, const std::function<bool(const 
     if (!put(image.data(), image.size())) return false;
     static const std::uint8_t kPadding[kSector] = {};
     for (const Entry* entry : big) {
-        const std::size_t tail = entry->data.size() % kSector;
-        if (!put(entry->data.data(), entry->data.size()) || (tail && !put(kPadding, kSector - tail))) return false;
+        const std::size_t tail = ContentSize(*entry) % kSector;
+        const bool written = entry->produce ? Produce(*entry, put) : put(entry->data.data(), entry->data.size());
+        if (!written || (tail && !put(kPadding, kSector - tail))) return false;
     }
     return true;
 }

@@ -69,32 +69,55 @@ bool CompoundFile::Create(const orderview::FilePath& path)
     return Create(path, std::wstring(), std::move(none));
 }
 
-bool CompoundFile::Create(const orderview::FilePath& path, const std::wstring& stream, std::vector<std::uint8_t>&& data)
+namespace {
+
+// The entries of a file holding the root and, unless `stream` is empty, one stream of it; false
+// for a name a compound file cannot hold.
+bool SingleStreamEntries(const std::wstring& stream, std::vector<Entry>& entries)
 {
-    Close();
     const std::u16string name = ToUtf16(stream);
-    if (name.size() > cfb::kMaxNameUnits || name.find(u'\\') != std::u16string::npos || data.size() > 0xFFFFFFFFu)
-        return false;
-    auto state = std::make_unique<State>();
-    state->path = path;
-    state->mode = Mode::ReadWrite;
-    state->entries.resize(1);
-    state->entries[0].name = u"Root Entry";
-    state->entries[0].type = cfb::kRoot;
+    if (name.size() > cfb::kMaxNameUnits || name.find(u'\\') != std::u16string::npos) return false;
+    entries.resize(1);
+    entries[0].name = u"Root Entry";
+    entries[0].type = cfb::kRoot;
     if (!name.empty()) {
         Entry entry;
         entry.name = name;
         entry.type = cfb::kStream;
         entry.parent = 0;
-        entry.size = data.size();
-        entry.data = std::move(data);
-        state->entries[0].children.push_back(1);
-        state->entries.push_back(std::move(entry));
+        entries[0].children.push_back(1);
+        entries.push_back(std::move(entry));
+    }
+    return true;
+}
+
+}  // namespace
+
+bool CompoundFile::Create(const orderview::FilePath& path, const std::wstring& stream, std::vector<std::uint8_t>&& data)
+{
+    Close();
+    auto state = std::make_unique<State>();
+    if (data.size() > 0xFFFFFFFFu || !SingleStreamEntries(stream, state->entries)) return false;
+    state->path = path;
+    state->mode = Mode::ReadWrite;
+    if (state->entries.size() > 1) {
+        state->entries[1].size = data.size();
+        state->entries[1].data = std::move(data);
     }
     state->inMemory = true;
     if (!WriteEntries(path, state->entries)) return false;
     state_ = std::move(state);
     return true;
+}
+
+bool CompoundFile::WriteSingleStream(const orderview::FilePath& path, const std::wstring& stream, std::uint64_t size,
+                                     const StreamWriter& write)
+{
+    std::vector<Entry> entries;
+    if (stream.empty() || size > 0xFFFFFFFFu || !SingleStreamEntries(stream, entries)) return false;
+    entries[1].size = size;
+    entries[1].produce = write;
+    return WriteEntries(path, entries);
 }
 
 bool CompoundFile::Open(const orderview::FilePath& path, Mode mode)

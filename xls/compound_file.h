@@ -7,6 +7,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <string>
 #include <vector>
@@ -47,6 +48,14 @@ public:
     // A new file holding the root storage and one stream of it named `stream` with `data`,
     // written in one replacement (an empty `stream` makes only the root).
     bool Create(const orderview::FilePath& path, const std::wstring& stream, std::vector<std::uint8_t>&& data);
+    // Makes a stream's bytes, handing them to `put` in pieces; false when `put` fails.
+    using StreamWriter = std::function<bool(const std::function<bool(const void*, std::size_t)>& put)>;
+    // Writes a new file at `path` holding the root storage and one stream `stream` of `size`
+    // bytes that `write` makes as the file is written, so that the stream is never held whole
+    // in memory. False, with any file at `path` left as it was, when anything fails (also when
+    // `write` makes another number of bytes).
+    static bool WriteSingleStream(const orderview::FilePath& path, const std::wstring& stream, std::uint64_t size,
+                                  const StreamWriter& write);
     // Opens an existing file; false when it is no compound file or is damaged.
     bool Open(const orderview::FilePath& path, Mode mode = Mode::ReadOnly);
     bool Open(const std::string& path, Mode mode = Mode::ReadOnly) { return Open(orderview::FilePath(path), mode); }

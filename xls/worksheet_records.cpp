@@ -426,6 +426,30 @@ void CellBlock::Formula::String::Serialize()
 }
 
 // --- Row blocks ---
+std::size_t RowBlock::SizeOf(std::size_t rowCount, std::size_t cellBytes)
+{
+    static const std::size_t kRowSize = Row().RecordSize();
+    DBCell dbCell;
+    dbCell.cellOffsets.resize(rowCount);
+    return rowCount * kRowSize + cellBytes + dbCell.RecordSize();
+}
+
+void RowBlock::SetDBCellOffsets()
+{
+    std::size_t rowsSize = 0;
+    for (Row& row : rows) rowsSize += row.RecordSize();
+    dbCell.firstRowOffset = static_cast<std::uint32_t>(rowsSize + cells.size());
+    dbCell.cellOffsets.clear();
+    // From the block's first Row record: the first row's cells from the start of the second Row
+    // record; each later row's from the previous row's first cell.
+    std::size_t previous = rows.empty() ? 0 : rows.front().RecordSize();
+    for (std::size_t offset : firstCellOfRow) {
+        const std::size_t position = rowsSize + offset;
+        dbCell.cellOffsets.push_back(static_cast<std::uint16_t>(position - previous));
+        previous = position;
+    }
+}
+
 std::size_t RowBlock::RecordSize()
 {
     std::size_t size = cells.size() + dbCell.RecordSize();
@@ -459,23 +483,35 @@ std::size_t Worksheet::CellTable::Write(char* stream, std::size_t capacity)
 // --- Worksheet ---
 Worksheet::Worksheet() { bof.type = 0x0010; }
 
-std::size_t Worksheet::RecordSize()
+std::size_t Worksheet::HeadSize()
 {
-    std::size_t size = bof.RecordSize() + index.RecordSize() + dimensions.RecordSize() + cellTable.RecordSize() +
-                       window2.RecordSize() + eof.RecordSize();
+    std::size_t size = bof.RecordSize() + index.RecordSize() + dimensions.RecordSize();
     for (Record& r : head) size += r.RecordSize();
+    return size;
+}
+
+std::size_t Worksheet::TailSize()
+{
+    std::size_t size = window2.RecordSize() + eof.RecordSize();
     for (Record& r : tail) size += r.RecordSize();
     return size;
 }
 
-std::size_t Worksheet::Write(char* stream, std::size_t capacity)
+std::size_t Worksheet::RecordSize() { return HeadSize() + cellTable.RecordSize() + TailSize(); }
+
+std::size_t Worksheet::WriteHead(char* stream, std::size_t capacity)
 {
     biff::Output out(stream, capacity);
     out.Put(bof);
     out.Put(index);
     for (Record& r : head) out.Put(r);
     out.Put(dimensions);
-    if (!cellTable.rowBlocks.empty()) out.Took(cellTable.Write(out.next(), out.room()));
+    return out.result();
+}
+
+std::size_t Worksheet::WriteTail(char* stream, std::size_t capacity)
+{
+    biff::Output out(stream, capacity);
     for (std::size_t i = 0; i < tail.size() && i < window2At; ++i) out.Put(tail[i]);
     out.Put(window2);
     for (std::size_t i = window2At; i < tail.size(); ++i) out.Put(tail[i]);
@@ -483,9 +519,28 @@ std::size_t Worksheet::Write(char* stream, std::size_t capacity)
     return out.result();
 }
 
+std::size_t Worksheet::Write(char* stream, std::size_t capacity)
+{
+    biff::Output out(stream, capacity);
+    out.Took(WriteHead(out.next(), out.room()));
+    if (!cellTable.rowBlocks.empty()) out.Took(cellTable.Write(out.next(), out.room()));
+    out.Took(WriteTail(out.next(), out.room()));
+    return out.result();
+}
+
 void Worksheet::AdjustDBCellPositions(std::size_t streamPosition)
 {
-    index.dbCellPositions.assign(cellTable.rowBlocks.size(), 0);  // the Index's size counts them
+    std::vector<BlockSize> blocks;
+    for (RowBlock& block : cellTable.rowBlocks) {
+        block.SetDBCellOffsets();
+        blocks.push_back({block.rows.size(), block.cells.size()});
+    }
+    AdjustDBCellPositions(streamPosition, blocks);
+}
+
+void Worksheet::AdjustDBCellPositions(std::size_t streamPosition, const std::vector<BlockSize>& blocks)
+{
+    index.dbCellPositions.assign(blocks.size(), 0);  // the Index's size counts them
     std::size_t at = streamPosition + bof.RecordSize() + index.RecordSize();
     index.defColWidthPosition = 0;
     for (Record& r : head) {
@@ -494,25 +549,11 @@ void Worksheet::AdjustDBCellPositions(std::size_t streamPosition)
         at += r.RecordSize();
     }
     at += dimensions.RecordSize();
-    index.dbCellPositions.clear();
-    for (RowBlock& block : cellTable.rowBlocks) {
-        const std::size_t firstRow = at;
-        std::size_t rowsSize = 0;
-        for (RowBlock::Row& row : block.rows) rowsSize += row.RecordSize();
-        const std::size_t cellsStart = firstRow + rowsSize;
-        const std::size_t dbCellAt = cellsStart + block.cells.size();
-        block.dbCell.firstRowOffset = static_cast<std::uint32_t>(dbCellAt - firstRow);
-        block.dbCell.cellOffsets.clear();
-        // The first row's cells from the start of the second Row record; each later row's from
-        // the previous row's first cell.
-        std::size_t previous = firstRow + (block.rows.empty() ? 0 : block.rows.front().RecordSize());
-        for (std::size_t offset : block.firstCellOfRow) {
-            const std::size_t position = cellsStart + offset;
-            block.dbCell.cellOffsets.push_back(static_cast<std::uint16_t>(position - previous));
-            previous = position;
-        }
-        index.dbCellPositions.push_back(static_cast<std::uint32_t>(dbCellAt));
-        at = dbCellAt + block.dbCell.RecordSize();
+    static const std::size_t kRowSize = RowBlock::Row().RecordSize();
+    for (std::size_t i = 0; i < blocks.size(); ++i) {
+        const std::size_t size = RowBlock::SizeOf(blocks[i].rowCount, blocks[i].cellBytes);
+        index.dbCellPositions[i] = static_cast<std::uint32_t>(at + blocks[i].rowCount * kRowSize + blocks[i].cellBytes);
+        at += size;
     }
 }
 

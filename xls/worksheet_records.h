@@ -224,6 +224,11 @@ public:
             std::vector<std::size_t> firstCellOfRow;  // offset in `cells` of each row's first record
             DBCell dbCell;
 
+            // The stream size of a block of `rowCount` Row records and `cellBytes` of cell records.
+            static std::size_t SizeOf(std::size_t rowCount, std::size_t cellBytes);
+            // Fills the DBCell from the rows and cells: the offset back to the first Row record
+            // and the offsets between the rows' first cells.
+            void SetDBCellOffsets();
             std::size_t RecordSize();
             // Writes the block into `stream` of `capacity` bytes; returns the bytes written, or 0
             // when they do not fit.
@@ -247,6 +252,20 @@ public:
     std::size_t RecordSize();
     // Fills the Index and the DBCell offsets for a sheet whose BOF is at `streamPosition`.
     void AdjustDBCellPositions(std::size_t streamPosition);
+
+    // The sheet in three parts, for a writer that makes the row blocks one at a time: the
+    // records before the cell table (BOF to Dimensions) and after it (to EOF). Write and
+    // RecordSize are head + cell table + tail.
+    struct BlockSize {
+        std::size_t rowCount, cellBytes;
+    };
+    // Fills the Index for a sheet whose BOF is at `streamPosition` and whose cell table has
+    // row blocks of these sizes.
+    void AdjustDBCellPositions(std::size_t streamPosition, const std::vector<BlockSize>& blocks);
+    std::size_t HeadSize();
+    std::size_t TailSize();
+    std::size_t WriteHead(char* stream, std::size_t capacity);
+    std::size_t WriteTail(char* stream, std::size_t capacity);
 
     BOF bof;
     Index index;
