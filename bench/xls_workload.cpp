@@ -45,7 +45,7 @@ int Load(const char* file)
     double sum = 0;
     std::size_t cells = 0;
     for (const auto& row : book.GetWorksheet(0)->Rows())
-        for (const xls::Cell& cell : row.second) {
+        for (const xls::Cell& cell : row.cells) {
             sum += cell.GetDouble() + static_cast<double>(cell.GetStringLength());
             ++cells;
         }

@@ -53,6 +53,16 @@ static bool ReadInto(const FilePath& path, Bytes& content)
 bool ReadWholeFile(const FilePath& path, std::string& content) { return ReadInto(path, content); }
 bool ReadWholeFile(const FilePath& path, std::vector<std::uint8_t>& content) { return ReadInto(path, content); }
 
+MappedFile::MappedFile(const FilePath& path)
+{
+    if (!native::MapFile(path, data_, size_, handle_)) data_ = nullptr;
+}
+
+MappedFile::~MappedFile()
+{
+    if (data_) native::UnmapFile(data_, size_, handle_);
+}
+
 bool ReplaceFileAtomically(const FilePath& path, const std::string& content)
 {
     return ReplaceFileAtomically(path, content.data(), content.size());

@@ -47,6 +47,28 @@ private:
 ORDERVIEW_API bool ReadWholeFile(const FilePath& path, std::string& content);
 ORDERVIEW_API bool ReadWholeFile(const FilePath& path, std::vector<std::uint8_t>& content);
 
+// A whole file's bytes mapped read-only into memory while the object lives, so that a reader
+// parses them where they are instead of copying them. IsOpen is false when the file cannot be
+// opened or mapped, or is empty; the caller then reads it with ReadWholeFile. While mapped the
+// file cannot be cut short on Windows; on POSIX systems a file cut short by another process
+// while it is mapped ends this one (SIGBUS), so map a file only to read it at once, and let go.
+class ORDERVIEW_API MappedFile {
+public:
+    explicit MappedFile(const FilePath& path);
+    ~MappedFile();
+    MappedFile(const MappedFile&) = delete;
+    MappedFile& operator=(const MappedFile&) = delete;
+
+    bool IsOpen() const { return data_ != nullptr; }
+    const std::uint8_t* Data() const { return data_; }
+    std::size_t Size() const { return size_; }
+
+private:
+    const std::uint8_t* data_ = nullptr;
+    std::size_t size_ = 0;
+    void* handle_ = nullptr;
+};
+
 // A file written under a temporary name beside `path` and renamed over `path` by Commit, so a
 // failure half-way (a write error, a full disk) leaves whatever was at `path` untouched. Writes
 // are buffered. The file cannot be opened when `path` is in a missing folder or names something

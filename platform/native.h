@@ -29,6 +29,11 @@ std::uint64_t FileLength(std::FILE* file);
 // Moves to a byte offset from the start (files past 2 GiB included).
 bool SeekTo(std::FILE* file, std::uint64_t offset);
 
+// Maps a whole regular file read-only; `data` and `size` describe the bytes and `handle` what
+// UnmapFile needs. False when the file cannot be opened or mapped, or is empty.
+bool MapFile(const FilePath& path, const std::uint8_t*& data, std::size_t& size, void*& handle);
+void UnmapFile(const std::uint8_t* data, std::size_t size, void* handle);
+
 // What is at a path.
 enum class PathKind { Missing, RegularFile, Other };
 PathKind KindOf(const FilePath& path);

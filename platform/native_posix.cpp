@@ -4,6 +4,8 @@
 #include "platform/native.h"
 
 #include <dirent.h>
+#include <fcntl.h>
+#include <sys/mman.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -60,6 +62,33 @@ std::uint64_t FileLength(std::FILE* file)
 }
 
 bool SeekTo(std::FILE* file, std::uint64_t offset) { return ::fseeko(file, static_cast<off_t>(offset), SEEK_SET) == 0; }
+
+bool MapFile(const FilePath& path, const std::uint8_t*& data, std::size_t& size, void*& handle)
+{
+    const int fd = ::open(path.Native().c_str(), O_RDONLY | O_CLOEXEC);
+    if (fd < 0) return false;
+    struct stat st;
+    void* view = MAP_FAILED;
+    if (::fstat(fd, &st) == 0 && S_ISREG(st.st_mode) && st.st_size > 0 &&
+        static_cast<std::uint64_t>(st.st_size) <= SIZE_MAX) {
+        size = static_cast<std::size_t>(st.st_size);
+        int flags = MAP_PRIVATE;
+#ifdef MAP_POPULATE
+        flags |= MAP_POPULATE;  // the whole file is read anyway: map its pages in one call
+#endif
+        view = ::mmap(nullptr, size, PROT_READ, flags, fd, 0);
+    }
+    ::close(fd);  // the mapping keeps the file
+    if (view == MAP_FAILED) return false;
+    data = static_cast<const std::uint8_t*>(view);
+    handle = nullptr;
+    return true;
+}
+
+void UnmapFile(const std::uint8_t* data, std::size_t size, void*)
+{
+    ::munmap(const_cast<std::uint8_t*>(data), size);
+}
 
 PathKind KindOf(const FilePath& path)
 {

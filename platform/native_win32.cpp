@@ -68,6 +68,30 @@ std::uint64_t FileLength(std::FILE* file)
 
 bool SeekTo(std::FILE* file, std::uint64_t offset) { return ::_fseeki64(file, static_cast<__int64>(offset), SEEK_SET) == 0; }
 
+bool MapFile(const FilePath& path, const std::uint8_t*& data, std::size_t& size, void*& handle)
+{
+    // Shared as fopen shares a file it reads; once mapped, the file cannot be cut short.
+    const HANDLE file = ::CreateFileW(path.Native().c_str(), GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr,
+                                      OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL | FILE_FLAG_SEQUENTIAL_SCAN, nullptr);
+    if (file == INVALID_HANDLE_VALUE) return false;
+    LARGE_INTEGER length;
+    HANDLE mapping = nullptr;
+    if (::GetFileType(file) == FILE_TYPE_DISK && ::GetFileSizeEx(file, &length) && length.QuadPart > 0 &&
+        static_cast<std::uint64_t>(length.QuadPart) <= SIZE_MAX)
+        mapping = ::CreateFileMappingW(file, nullptr, PAGE_READONLY, 0, 0, nullptr);
+    ::CloseHandle(file);  // the mapping keeps the file
+    if (!mapping) return false;
+    const void* view = ::MapViewOfFile(mapping, FILE_MAP_READ, 0, 0, 0);
+    ::CloseHandle(mapping);  // and the view keeps the mapping
+    if (!view) return false;
+    data = static_cast<const std::uint8_t*>(view);
+    size = static_cast<std::size_t>(length.QuadPart);
+    handle = nullptr;
+    return true;
+}
+
+void UnmapFile(const std::uint8_t* data, std::size_t, void*) { ::UnmapViewOfFile(data); }
+
 PathKind KindOf(const FilePath& path)
 {
     const DWORD attributes = ::GetFileAttributesW(path.Native().c_str());

@@ -67,6 +67,30 @@ TEST(ReplacingFile, CommitReplacesTheWholeFile)
     EXPECT_EQ(Names(folder.path()), (std::vector<std::string>{"Log", "a.txt", "sys"}));
 }
 
+// A mapped file shows its bytes; what cannot be mapped says so, and a file let go of can be
+// replaced again (on Windows a file stays locked while a view of it is open).
+TEST(MappedFile, ShowsTheBytesAndLetsGo)
+{
+    ovtest::TempFolder folder;
+    std::string content(70000, '\0');
+    for (std::size_t i = 0; i < content.size(); ++i) content[i] = static_cast<char>(i * 7 + i / 300);
+    folder.Write("data.bin", content);
+    folder.Write("empty.bin", "");
+    {
+        const orderview::MappedFile mapped(CString(folder.File("data.bin")));
+        ASSERT_TRUE(mapped.IsOpen());
+        ASSERT_EQ(mapped.Size(), content.size());
+        EXPECT_EQ(std::string(reinterpret_cast<const char*>(mapped.Data()), mapped.Size()), content);
+    }
+    for (const char* name : {"empty.bin", "missing.bin", ""}) {
+        const orderview::MappedFile mapped(CString(folder.File(name)));
+        EXPECT_FALSE(mapped.IsOpen()) << name;
+        EXPECT_EQ(mapped.Data(), nullptr) << name;
+    }
+    ASSERT_TRUE(orderview::ReplaceFileAtomically(CString(folder.File("data.bin")), "new"));
+    EXPECT_EQ(folder.Read("data.bin"), "new");
+}
+
 TEST(ReplacingFile, UncommittedOrFailedLeavesTheTargetAsItWas)
 {
     ovtest::TempFolder folder;

@@ -151,8 +151,12 @@ bool Book::Load(const char* filename) { return filename && LoadFile(orderview::F
 
 bool Book::LoadFile(const orderview::FilePath& path)
 {
+    // The file is parsed where it is mapped; a file that cannot be mapped is read.
+    const orderview::MappedFile mapped(path);
     CompoundFile container;
-    if (!container.Open(path) || !LoadContainer(container)) return false;
+    if (!(mapped.IsOpen() ? container.OpenView(mapped.Data(), mapped.Size()) : container.Open(path)) ||
+        !LoadContainer(container))
+        return false;
     path_ = path;
     return true;
 }
@@ -160,7 +164,7 @@ bool Book::LoadFile(const orderview::FilePath& path)
 bool Book::LoadFromMemory(const void* data, std::size_t size)
 {
     CompoundFile container;
-    if (!container.OpenMemory(data, size) || !LoadContainer(container)) return false;
+    if (!container.OpenView(data, size) || !LoadContainer(container)) return false;
     path_ = orderview::FilePath();
     return true;
 }

@@ -54,8 +54,7 @@ std::size_t PutCell(const Cell& cell, std::uint16_t row, std::uint16_t col, std:
 
 }  // namespace
 
-CellTableWriter::CellTableWriter(const std::map<std::size_t, Sheet::Row>& grid,
-                                 const std::map<std::uint16_t, RowRecord>& formats)
+CellTableWriter::CellTableWriter(Sheet::RowRange grid, const std::map<std::uint16_t, RowRecord>& formats)
     : grid_(grid), formats_(formats)
 {
 }
@@ -67,8 +66,8 @@ void CellTableWriter::ForEachRow(Each&& each) const
     auto formatRow = formats_.begin();
     while (cellRow != grid_.end() || formatRow != formats_.end()) {
         const bool fromGrid =
-            formatRow == formats_.end() || (cellRow != grid_.end() && cellRow->first <= formatRow->first);
-        TableRow row{fromGrid ? cellRow->first : formatRow->first, fromGrid ? &cellRow->second : nullptr, nullptr,
+            formatRow == formats_.end() || (cellRow != grid_.end() && (*cellRow).number <= formatRow->first);
+        TableRow row{fromGrid ? (*cellRow).number : formatRow->first, fromGrid ? &(*cellRow).cells : nullptr, nullptr,
                      SIZE_MAX, 0};
         if (formatRow != formats_.end() && formatRow->first == row.number) row.format = &(formatRow++)->second;
         if (fromGrid) ++cellRow;

@@ -21,7 +21,7 @@ public:
 
     // Rows come from the grid (those with cells) and from `formats` (rows read with a Row
     // record of their own: height, format), both by row number.
-    CellTableWriter(const std::map<std::size_t, Sheet::Row>& grid, const std::map<std::uint16_t, RowRecord>& formats);
+    CellTableWriter(Sheet::RowRange grid, const std::map<std::uint16_t, RowRecord>& formats);
 
     // Lays out the row blocks; each text gets its shared string index. Returns the number of
     // string cells.
@@ -52,7 +52,7 @@ private:
     template <class Each>
     void ForEachRow(Each&& each) const;
 
-    const std::map<std::size_t, Sheet::Row>& grid_;
+    Sheet::RowRange grid_;
     const std::map<std::uint16_t, RowRecord>& formats_;
     std::vector<Worksheet::BlockSize> blocks_;
     std::size_t size_ = 0;

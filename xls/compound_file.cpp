@@ -14,7 +14,7 @@ using cfb::Entry;
 struct CompoundFile::State {
     orderview::FilePath path;
     Mode mode = Mode::ReadOnly;
-    std::vector<std::uint8_t> image;  // the file as read; dropped once the streams are in memory
+    std::vector<std::uint8_t> image;  // the file as read (empty for a view); dropped once the streams are in memory
     cfb::Reader reader;
     std::vector<Entry> entries;
     bool inMemory = false;  // every stream's data is held in its entry
@@ -135,6 +135,16 @@ bool CompoundFile::Adopt(std::vector<std::uint8_t>&& image, const orderview::Fil
     state->entries = state->reader.entries();
     state->path = path;
     state->mode = mode;
+    state_ = std::move(state);
+    return true;
+}
+
+bool CompoundFile::OpenView(const void* data, std::size_t size)
+{
+    Close();
+    auto state = std::make_unique<State>();
+    if (!state->reader.Parse(static_cast<const std::uint8_t*>(data), size)) return false;
+    state->entries = state->reader.entries();
     state_ = std::move(state);
     return true;
 }

@@ -62,6 +62,9 @@ public:
     bool Open(const std::wstring& path, Mode mode = Mode::ReadOnly) { return Open(orderview::FilePath(path), mode); }
     // Opens an image held in memory, read-only (the bytes are copied).
     bool OpenMemory(const void* data, std::size_t size);
+    // Opens an image held in memory, read-only and in place: the bytes are not copied, and must
+    // stay as they are while the file is open.
+    bool OpenView(const void* data, std::size_t size);
     void Close();
     bool IsOpen() const;
 

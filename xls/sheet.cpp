@@ -25,24 +25,13 @@ bool Sheet::GetSheetName(wchar_t* name) { return book_->GetSheetName(index_, nam
 bool Sheet::Rename(const char* name) { return book_->RenameWorksheet(index_, name); }
 bool Sheet::Rename(const wchar_t* name) { return book_->RenameWorksheet(index_, name); }
 
-Sheet::Row& Sheet::RowAt(std::size_t row)
-{
-    if (row != lastRow_ || !lastRowCells_) {
-        // Rows mostly come in ascending order: a new last row is appended without a search.
-        const auto it = (grid_.empty() || row > grid_.rbegin()->first) ? grid_.emplace_hint(grid_.end(), row, Row())
-                                                                       : grid_.try_emplace(row).first;
-        lastRowCells_ = &it->second;
-        lastRow_ = row;
-    }
-    return *lastRowCells_;
-}
-
 xls::Cell* Sheet::Cell(std::size_t row, std::size_t col)
 {
     if (row >= kMaxRows || col >= kMaxCols) return nullptr;
     if (col >= cols_) cols_ = col + 1;
     if (row >= rows_) rows_ = row + 1;
-    Row& cells = RowAt(row);
+    if (row >= grid_.size()) grid_.resize(row + 1);
+    Row& cells = grid_[row];
     if (col >= cells.size()) cells.resize(cols_);  // a row widens to the sheet's column count
     return &cells[col];
 }
@@ -50,8 +39,7 @@ xls::Cell* Sheet::Cell(std::size_t row, std::size_t col)
 bool Sheet::EraseCell(std::size_t row, std::size_t col)
 {
     if (row >= rows_ || col >= cols_) return false;
-    const auto it = grid_.find(row);
-    if (it != grid_.end() && col < it->second.size()) it->second[col].EraseContents();
+    if (row < grid_.size() && col < grid_[row].size()) grid_[row][col].EraseContents();
     return true;
 }
 
@@ -66,12 +54,13 @@ void Sheet::Print(std::ostream& out, char delimiter, char qualifier)
         out << qualifier;
     };
     char number[32];
+    static const Row kNoCells;
     for (std::size_t r = 0; r < rows_; ++r) {
-        const auto it = grid_.find(r);
+        const Row& cells = r < grid_.size() ? grid_[r] : kNoCells;
         for (std::size_t c = 0; c < cols_; ++c) {
             if (c) out << delimiter;
-            if (it == grid_.end() || c >= it->second.size()) continue;
-            const xls::Cell& cell = it->second[c];
+            if (c >= cells.size()) continue;
+            const xls::Cell& cell = cells[c];
             switch (cell.Type()) {
             case xls::Cell::kInteger: out << cell.GetInteger(); break;
             case xls::Cell::kDouble:

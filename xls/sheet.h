@@ -2,7 +2,6 @@
 #pragma once
 
 #include <cstddef>
-#include <map>
 #include <ostream>
 #include <string>
 #include <vector>
@@ -39,22 +38,54 @@ public:
     // Makes the cell undefined; false outside the used range.
     bool EraseCell(std::size_t row, std::size_t col);
 
-    // The rows that hold cells, by row number (internal to the workbook writer and reader).
+    // The rows that hold cells, in row order, each with its number (internal to the workbook
+    // writer and reader).
     using Row = std::vector<xls::Cell>;
-    const std::map<std::size_t, Row>& Rows() const { return grid_; }
+    struct NumberedRow {
+        std::size_t number;
+        const Row& cells;
+    };
+    class RowRange {
+    public:
+        class Iterator {
+        public:
+            Iterator(const std::vector<Row>& grid, std::size_t at) : grid_(&grid), at_(at) { Skip(); }
+            NumberedRow operator*() const { return {at_, (*grid_)[at_]}; }
+            Iterator& operator++()
+            {
+                ++at_;
+                Skip();
+                return *this;
+            }
+            bool operator==(const Iterator& other) const { return at_ == other.at_; }
+            bool operator!=(const Iterator& other) const { return at_ != other.at_; }
+
+        private:
+            void Skip()
+            {
+                while (at_ < grid_->size() && (*grid_)[at_].empty()) ++at_;
+            }
+            const std::vector<Row>* grid_;
+            std::size_t at_;
+        };
+        explicit RowRange(const std::vector<Row>& grid) : grid_(grid) {}
+        Iterator begin() const { return Iterator(grid_, 0); }
+        Iterator end() const { return Iterator(grid_, grid_.size()); }
+
+    private:
+        const std::vector<Row>& grid_;
+    };
+    RowRange Rows() const { return RowRange(grid_); }
     std::size_t Index() const { return index_; }
     void SetIndex(std::size_t index) { index_ = index; }
 
 private:
-    Row& RowAt(std::size_t row);
-
     Book* book_;
     std::size_t index_;
     std::size_t rows_ = 0, cols_ = 0;
-    // Only rows that were touched are kept; a row is as wide as its last touched column.
-    std::map<std::size_t, Row> grid_;
-    std::size_t lastRow_ = static_cast<std::size_t>(-1);
-    Row* lastRowCells_ = nullptr;
+    // Indexed by row number, up to the last touched row. An untouched row holds no cells; a
+    // touched one is as wide as the sheet was when its last cell was touched.
+    std::vector<Row> grid_;
     std::string ansiName_;
     std::wstring wideName_;
 };

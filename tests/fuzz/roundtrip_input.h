@@ -46,12 +46,12 @@ inline bool SameCell(const xls::Cell& a, const xls::Cell& b)
 inline std::string CellsOf(xls::Sheet& from, xls::Sheet& to, const char* direction)
 {
     for (const auto& row : from.Rows())
-        for (std::size_t c = 0; c < row.second.size(); ++c) {
-            const xls::Cell& cell = row.second[c];
+        for (std::size_t c = 0; c < row.cells.size(); ++c) {
+            const xls::Cell& cell = row.cells[c];
             if (cell.Type() == xls::Cell::kUndefined) continue;
-            const xls::Cell* other = to.Cell(row.first, c);
+            const xls::Cell* other = to.Cell(row.number, c);
             if (!other || !SameCell(cell, *other))
-                return std::string(direction) + " cell " + std::to_string(row.first) + "," + std::to_string(c);
+                return std::string(direction) + " cell " + std::to_string(row.number) + "," + std::to_string(c);
         }
     return std::string();
 }

@@ -16,7 +16,7 @@ inline void FeedWorkbook(const std::uint8_t* data, std::size_t size)
         xls::Sheet* sheet = book.GetWorksheet(s);
         sheet->GetUnicodeSheetName();
         for (const auto& row : sheet->Rows())
-            for (const xls::Cell& cell : row.second) sum += cell.GetDouble() + static_cast<double>(cell.GetStringLength());
+            for (const xls::Cell& cell : row.cells) sum += cell.GetDouble() + static_cast<double>(cell.GetStringLength());
     }
     static volatile double sink;
     sink = sum;

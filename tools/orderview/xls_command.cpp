@@ -41,8 +41,8 @@ int Dump(const char* file)
         xls::Sheet* sheet = book.GetWorksheet(s);
         json cells = json::array();
         for (const auto& row : sheet->Rows()) {
-            for (std::size_t c = 0; c < row.second.size(); ++c) {
-                const xls::Cell& cell = row.second[c];
+            for (std::size_t c = 0; c < row.cells.size(); ++c) {
+                const xls::Cell& cell = row.cells[c];
                 json value;
                 std::string kind;
                 switch (cell.Type()) {
@@ -52,7 +52,7 @@ int Dump(const char* file)
                 case xls::Cell::kWString: kind = "wtext"; value = xls::Utf16ToUtf8(xls::ToUtf16(cell.GetWString())); break;
                 default: continue;
                 }
-                cells.push_back({row.first, c, kind, value});
+                cells.push_back({row.number, c, kind, value});
             }
         }
         out["sheets"].push_back({{"name", xls::Utf16ToUtf8(xls::ToUtf16(sheet->GetUnicodeSheetName()))}, {"cells", cells}});
