@@ -320,7 +320,7 @@ bool Book::WriteStream(SavePlan& plan, const std::function<bool(const void*, std
     for (std::size_t i = 0; ok && i < worksheets_.size(); ++i) {
         Worksheet& ws = worksheets_[i];
         ok = part(ws.HeadSize(), [&](char* p, std::size_t n) { return ws.WriteHead(p, n); }) &&
-             plan.tables[i].Write(plan.strings, put) &&
+             plan.tables[i].Write(put) &&
              part(ws.TailSize(), [&](char* p, std::size_t n) { return ws.WriteTail(p, n); });
     }
     // The shared strings were only needed to write the stream.

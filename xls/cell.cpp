@@ -14,9 +14,12 @@ namespace {
 // A string cell's text is one heap block shared by the cell and its copies: this header, then
 // the characters and a terminator. The text of a block never changes; a new value makes a new
 // block. Loading a workbook thus keeps one block per distinct shared string, not one per cell.
-struct alignas(8) TextHeader {
+// The header is kept to 4 bytes, so that a short text (up to 19 narrow characters) takes the
+// smallest heap block.
+struct TextHeader {
     std::atomic<std::uint32_t> holders{1};
 };
+static_assert(sizeof(TextHeader) % alignof(wchar_t) == 0, "the characters follow the header aligned");
 
 template <class Char>
 Char* NewText(const Char* text, std::size_t length)

@@ -84,9 +84,10 @@ void CellTableWriter::ForEachRow(Each&& each) const
 std::size_t CellTableWriter::Plan(SharedStringIndex& strings)
 {
     blocks_.clear();
+    texts_.clear();
     firstRow_ = SIZE_MAX;
     lastRow_ = firstCol_ = lastCol_ = 0;
-    std::size_t texts = 0, block = SIZE_MAX;
+    std::size_t block = SIZE_MAX;
     ForEachRow([&](const TableRow& row) {
         if (row.number / kRowsPerBlock != block) {
             block = row.number / kRowsPerBlock;
@@ -98,10 +99,7 @@ std::size_t CellTableWriter::Plan(SharedStringIndex& strings)
         for (std::size_t c = row.first; c <= row.last; ++c) {
             const Cell& cell = (*row.cells)[c];
             size.cellBytes += PutCell(cell, 0, 0, 0, nullptr);
-            if (IsText(cell)) {
-                strings.Add(cell);
-                ++texts;
-            }
+            if (IsText(cell)) texts_.push_back(strings.Add(cell));
         }
         if (firstRow_ == SIZE_MAX) firstRow_ = row.number;
         lastRow_ = row.number;
@@ -111,14 +109,14 @@ std::size_t CellTableWriter::Plan(SharedStringIndex& strings)
     size_ = 0;
     for (const Worksheet::BlockSize& b : blocks_) size_ += RowBlock::SizeOf(b.rowCount, b.cellBytes);
     if (Empty()) firstCol_ = 0;
-    return texts;
+    return texts_.size();
 }
 
-bool CellTableWriter::Write(const SharedStringIndex& strings, const Put& put)
+bool CellTableWriter::Write(const Put& put)
 {
     RowBlock block;  // reused: one block's records at a time
     std::vector<char> bytes;
-    std::size_t next = 0, current = SIZE_MAX;
+    std::size_t next = 0, current = SIZE_MAX, text = 0;
     bool ok = true;
     auto flush = [&]() {
         if (current == SIZE_MAX || !ok) return;
@@ -148,8 +146,13 @@ bool CellTableWriter::Write(const SharedStringIndex& strings, const Put& put)
             record.lastColPlus1 = static_cast<std::uint16_t>(row.last + 1);
             for (std::size_t c = row.first; c <= row.last; ++c) {
                 const Cell& cell = (*row.cells)[c];
-                PutCell(cell, record.row, static_cast<std::uint16_t>(c), IsText(cell) ? strings.Find(cell) : 0,
-                        &block.cells);
+                std::uint32_t sst = 0;
+                if (IsText(cell)) {
+                    ok = ok && text < texts_.size();
+                    if (!ok) return;
+                    sst = texts_[text++];
+                }
+                PutCell(cell, record.row, static_cast<std::uint16_t>(c), sst, &block.cells);
             }
         }
         block.rows.push_back(std::move(record));

@@ -4,6 +4,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <deque>
 #include <functional>
 #include <map>
 #include <vector>
@@ -38,7 +39,7 @@ public:
 
     // Writes the planned blocks to `put`; false when `put` fails or a block comes out at
     // another size than planned (the positions in the stream would be wrong).
-    bool Write(const SharedStringIndex& strings, const Put& put);
+    bool Write(const Put& put);
 
 private:
     // One row of the table: its number, its cells (may be none) and its own Row record.
@@ -55,6 +56,9 @@ private:
     Sheet::RowRange grid_;
     const std::map<std::uint16_t, RowRecord>& formats_;
     std::vector<Worksheet::BlockSize> blocks_;
+    // The shared string index of each string cell, in table order (a deque: it grows without
+    // moving what it holds).
+    std::deque<std::uint32_t> texts_;
     std::size_t size_ = 0;
     std::size_t firstRow_ = SIZE_MAX, lastRow_ = 0, firstCol_ = SIZE_MAX, lastCol_ = 0;
 };

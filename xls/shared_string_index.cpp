@@ -16,7 +16,7 @@ std::uint32_t SharedStringIndex::Add(const Cell& cell)
     const auto next = static_cast<std::uint32_t>(table_.strings.size());
     if (cell.Type() == Cell::kWString) {
         const std::wstring_view key(cell.GetWString(), cell.GetStringLength());
-        const auto found = wide_.emplace(key, next);
+        const auto found = wide_.try_emplace(key, next);
         if (found.second) {
             table_.strings.push_back(ToUtf16(std::wstring(key)));
             table_.wide.push_back(true);
@@ -24,7 +24,7 @@ std::uint32_t SharedStringIndex::Add(const Cell& cell)
         return found.first->second;
     }
     const std::string_view key(cell.GetString(), cell.GetStringLength());
-    const auto found = narrow_.emplace(key, next);
+    const auto found = narrow_.try_emplace(key, next);
     if (found.second) {
         std::u16string text(key.size(), u'\0');
         for (std::size_t i = 0; i < key.size(); ++i) text[i] = static_cast<unsigned char>(key[i]);
@@ -32,16 +32,6 @@ std::uint32_t SharedStringIndex::Add(const Cell& cell)
         table_.wide.push_back(false);
     }
     return found.first->second;
-}
-
-std::uint32_t SharedStringIndex::Find(const Cell& cell) const
-{
-    if (cell.Type() == Cell::kWString) {
-        const auto found = wide_.find(std::wstring_view(cell.GetWString(), cell.GetStringLength()));
-        return found != wide_.end() ? found->second : 0;
-    }
-    const auto found = narrow_.find(std::string_view(cell.GetString(), cell.GetStringLength()));
-    return found != narrow_.end() ? found->second : 0;
 }
 
 }  // namespace xls

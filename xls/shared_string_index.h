@@ -18,8 +18,6 @@ public:
     // The index of a string cell's text, added to the table the first time it is seen. The
     // cell's text must outlive this object (the index keeps views of it).
     std::uint32_t Add(const Cell& cell);
-    // The index Add gave the cell's text.
-    std::uint32_t Find(const Cell& cell) const;
 
 private:
     Workbook::SharedStringTable& table_;

@@ -30,7 +30,12 @@ xls::Cell* Sheet::Cell(std::size_t row, std::size_t col)
     if (row >= kMaxRows || col >= kMaxCols) return nullptr;
     if (col >= cols_) cols_ = col + 1;
     if (row >= rows_) rows_ = row + 1;
-    if (row >= grid_.size()) grid_.resize(row + 1);
+    if (row >= grid_.size()) {
+        // A sheet past a thousand rows gets room for all 65536 at once: the rows are never moved
+        // again, and the memory of rows never reached is never touched.
+        if (row >= 1024 && grid_.capacity() < kMaxRows) grid_.reserve(kMaxRows);
+        grid_.resize(row + 1);
+    }
     Row& cells = grid_[row];
     if (col >= cells.size()) cells.resize(cols_);  // a row widens to the sheet's column count
     return &cells[col];
