@@ -203,7 +203,10 @@ bool Book::SaveAs(const wchar_t* filename) { return filename && SaveFile(ordervi
 bool Book::SaveAs(const char* filename) { return filename && SaveFile(orderview::FilePath(filename)); }
 
 struct Book::SavePlan {
-    explicit SavePlan(Workbook::SharedStringTable& table) : strings(table) {}
+    explicit SavePlan(Workbook::SharedStringTable& sst) : table(sst), strings(sst) {}
+    // The shared strings are needed only while the stream is made.
+    ~SavePlan() { table = Workbook::SharedStringTable(); }
+    Workbook::SharedStringTable& table;
     SharedStringIndex strings;
     std::vector<CellTableWriter> tables;  // one per sheet
 };
@@ -323,8 +326,6 @@ bool Book::WriteStream(SavePlan& plan, const std::function<bool(const void*, std
              plan.tables[i].Write(put) &&
              part(ws.TailSize(), [&](char* p, std::size_t n) { return ws.WriteTail(p, n); });
     }
-    // The shared strings were only needed to write the stream.
-    workbook_.sst = Workbook::SharedStringTable();
     return ok;
 }
 
