@@ -287,6 +287,49 @@ TEST(BookMemory, SaveToMemoryIsTheFileSaveAsWrites)
     EXPECT_EQ(loaded.GetWorksheet(0)->Cell(0, 0)->GetDouble(), 2.5);
 }
 
+// The records that describe a sheet's layout agree with its cells: the used range in the
+// Dimensions, and Index entries that point at each row block's DBCell, which points back at the
+// block's first Row record. Readers find rows through them.
+TEST(BookMemory, LayoutRecordsDescribeTheCells)
+{
+    Book book;
+    book.New(2);
+    xls::Sheet* sheet = book.GetWorksheet(1);
+    for (std::size_t r = 3; r <= 40; ++r)
+        for (std::size_t c = 2; c <= 4; ++c) sheet->Cell(r, c)->Set(static_cast<int>(r * 10 + c));
+    sheet->Cell(20, 3)->Set("text");
+    book.GetWorksheet(0)->Cell(0, 0)->Set(1.5);
+    std::vector<std::uint8_t> image;
+    ASSERT_TRUE(book.SaveToMemory(image));
+    xls::CompoundFile container;
+    std::vector<std::uint8_t> bytes;
+    ASSERT_TRUE(container.OpenMemory(image.data(), image.size()));
+    ASSERT_TRUE(container.ReadStream(L"\\Workbook", bytes));
+    const char* stream = reinterpret_cast<const char*>(bytes.data());
+    xls::Workbook globals;
+    ASSERT_GT(globals.Read(stream, bytes.size()), 0u);
+    ASSERT_EQ(globals.boundSheets.size(), 2u);
+    const std::size_t at = globals.boundSheets[1].streamPosition;
+    ASSERT_LT(at, bytes.size());
+    xls::Worksheet ws;
+    ASSERT_GT(ws.Read(stream + at, bytes.size() - at, nullptr), 0u);
+    EXPECT_EQ(ws.dimensions.firstRow, 3u);
+    EXPECT_EQ(ws.dimensions.lastRowPlus1, 41u);
+    EXPECT_EQ(ws.dimensions.firstCol, 2u);
+    EXPECT_EQ(ws.dimensions.lastColPlus1, 5u);
+    EXPECT_EQ(ws.index.firstRow, 3u);
+    EXPECT_EQ(ws.index.lastRowPlus1, 41u);
+    ASSERT_EQ(ws.index.dbCellPositions.size(), 2u);  // rows 3-31 and 32-40
+    auto u16 = [&](std::size_t p) { return static_cast<unsigned>(bytes[p] | bytes[p + 1] << 8); };
+    for (const std::uint32_t dbCell : ws.index.dbCellPositions) {
+        ASSERT_LT(dbCell + 8u, bytes.size());
+        EXPECT_EQ(u16(dbCell), 0x00D7u);  // DBCell
+        const std::uint32_t back = u16(dbCell + 4) | u16(dbCell + 6) << 16;
+        ASSERT_LE(back, dbCell);
+        EXPECT_EQ(u16(dbCell - back), 0x0208u);  // the block's first Row record
+    }
+}
+
 }  // namespace
 
 namespace {

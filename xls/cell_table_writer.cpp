@@ -85,8 +85,8 @@ std::size_t CellTableWriter::Plan(SharedStringIndex& strings)
 {
     blocks_.clear();
     texts_.clear();
-    firstRow_ = SIZE_MAX;
-    lastRow_ = firstCol_ = lastCol_ = 0;
+    firstRow_ = firstCol_ = SIZE_MAX;
+    lastRow_ = lastCol_ = 0;
     std::size_t block = SIZE_MAX;
     ForEachRow([&](const TableRow& row) {
         if (row.number / kRowsPerBlock != block) {
