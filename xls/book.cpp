@@ -258,11 +258,13 @@ bool Book::SaveToMemory(std::vector<std::uint8_t>& image)
 bool Book::MakeStream(std::vector<std::uint8_t>& stream)
 {
     SavePlan plan(workbook_.sst);
+    const std::size_t size = PlanSave(plan);
+    if (size > 0xFFFFFFFFu) return false;  // stream positions are 32-bit
     std::vector<std::uint8_t> buffer;
-    buffer.reserve(PlanSave(plan));
-    if (!WriteStream(plan, [&buffer](const void* data, std::size_t size) {
+    buffer.reserve(size);
+    if (!WriteStream(plan, [&buffer](const void* data, std::size_t n) {
             const auto* bytes = static_cast<const std::uint8_t*>(data);
-            buffer.insert(buffer.end(), bytes, bytes + size);
+            buffer.insert(buffer.end(), bytes, bytes + n);
             return true;
         }))
         return false;
