@@ -426,12 +426,17 @@ void CellBlock::Formula::String::Serialize()
 }
 
 // --- Row blocks ---
-std::size_t RowBlock::SizeOf(std::size_t rowCount, std::size_t cellBytes)
+std::size_t RowBlock::DBCellOffset(std::size_t rowCount, std::size_t cellBytes)
 {
     static const std::size_t kRowSize = Row().RecordSize();
+    return rowCount * kRowSize + cellBytes;
+}
+
+std::size_t RowBlock::SizeOf(std::size_t rowCount, std::size_t cellBytes)
+{
     DBCell dbCell;
     dbCell.cellOffsets.resize(rowCount);
-    return rowCount * kRowSize + cellBytes + dbCell.RecordSize();
+    return DBCellOffset(rowCount, cellBytes) + dbCell.RecordSize();
 }
 
 void RowBlock::SetDBCellOffsets()
@@ -549,11 +554,10 @@ void Worksheet::AdjustDBCellPositions(std::size_t streamPosition, const std::vec
         at += r.RecordSize();
     }
     at += dimensions.RecordSize();
-    static const std::size_t kRowSize = RowBlock::Row().RecordSize();
     for (std::size_t i = 0; i < blocks.size(); ++i) {
-        const std::size_t size = RowBlock::SizeOf(blocks[i].rowCount, blocks[i].cellBytes);
-        index.dbCellPositions[i] = static_cast<std::uint32_t>(at + blocks[i].rowCount * kRowSize + blocks[i].cellBytes);
-        at += size;
+        index.dbCellPositions[i] =
+            static_cast<std::uint32_t>(at + RowBlock::DBCellOffset(blocks[i].rowCount, blocks[i].cellBytes));
+        at += RowBlock::SizeOf(blocks[i].rowCount, blocks[i].cellBytes);
     }
 }
 

@@ -224,8 +224,10 @@ public:
             std::vector<std::size_t> firstCellOfRow;  // offset in `cells` of each row's first record
             DBCell dbCell;
 
-            // The stream size of a block of `rowCount` Row records and `cellBytes` of cell records.
+            // The stream size of a block of `rowCount` Row records and `cellBytes` of cell records,
+            // and where its DBCell starts from the block's start.
             static std::size_t SizeOf(std::size_t rowCount, std::size_t cellBytes);
+            static std::size_t DBCellOffset(std::size_t rowCount, std::size_t cellBytes);
             // Fills the DBCell from the rows and cells: the offset back to the first Row record
             // and the offsets between the rows' first cells.
             void SetDBCellOffsets();
