@@ -4,7 +4,6 @@
 #include <cstring>
 
 #include "xls/cell_table_writer.h"
-#include "xls/cfb_writer.h"
 #include "xls/compound_file.h"
 #include "xls/utf16.h"
 
@@ -240,19 +239,10 @@ bool Book::Save()
 
 bool Book::SaveToMemory(std::vector<std::uint8_t>& image)
 {
-    std::vector<std::uint8_t> stream;
-    if (!MakeStream(stream)) return false;
-    std::vector<cfb::Entry> entries(2);
-    entries[0].name = u"Root Entry";
-    entries[0].type = cfb::kRoot;
-    entries[0].children.push_back(1);
-    entries[1].name = u"Workbook";
-    entries[1].type = cfb::kStream;
-    entries[1].parent = 0;
-    entries[1].size = stream.size();
-    entries[1].data = std::move(stream);
-    image = cfb::WriteImage(entries);
-    return true;
+    SavePlan plan(workbook_.sst);
+    const std::size_t size = PlanSave(plan);
+    return CompoundFile::SingleStreamImage(L"Workbook", size, [&](const auto& put) { return WriteStream(plan, put); },
+                                           image);
 }
 
 bool Book::MakeStream(std::vector<std::uint8_t>& stream)

@@ -64,15 +64,17 @@ void PutEntry(std::uint8_t* p, const Entry& entry, const Links& links, std::uint
 
 }  // namespace
 
-std::vector<std::uint8_t> WriteImage(const std::vector<Entry>& entries)
+bool WriteImage(const std::vector<Entry>& entries, std::vector<std::uint8_t>& image)
 {
-    std::vector<std::uint8_t> image;
-    WriteImage(entries, [&image](const void* data, std::size_t size) {
-        const auto* bytes = static_cast<const std::uint8_t*>(data);
-        image.insert(image.end(), bytes, bytes + size);
-        return true;
-    });
-    return image;
+    std::vector<std::uint8_t> made;
+    if (!WriteImage(entries, [&made](const void* data, std::size_t size) {
+            const auto* bytes = static_cast<const std::uint8_t*>(data);
+            made.insert(made.end(), bytes, bytes + size);
+            return true;
+        }))
+        return false;
+    image = std::move(made);
+    return true;
 }
 
 bool WriteImage(const std::vector<Entry>& input, const std::function<bool(const void*, std::size_t)>& put)

@@ -15,7 +15,8 @@ namespace cfb {
 // `data`) as a compound file: table sectors first, then the directory, the mini table, the mini
 // stream and the large streams, each chain in consecutive sectors. Unused entries are dropped.
 // Sibling links are rebuilt as balanced red-black trees.
-std::vector<std::uint8_t> WriteImage(const std::vector<Entry>& entries);
+// The image goes to `image`; false (and `image` as it was) when a stream's producer fails.
+bool WriteImage(const std::vector<Entry>& entries, std::vector<std::uint8_t>& image);
 // The same image handed to `put` in pieces, the large streams straight from their entries (no
 // copy of the whole image is made); false as soon as `put` fails.
 bool WriteImage(const std::vector<Entry>& entries, const std::function<bool(const void*, std::size_t)>& put);

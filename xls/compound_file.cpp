@@ -91,6 +91,17 @@ bool SingleStreamEntries(const std::wstring& stream, std::vector<Entry>& entries
     return true;
 }
 
+// The entries of a file holding one stream of `size` bytes made by `write`; false when the
+// name or the size cannot be stored.
+bool ProducedStreamEntries(const std::wstring& stream, std::uint64_t size, const CompoundFile::StreamWriter& write,
+                           std::vector<Entry>& entries)
+{
+    if (stream.empty() || size > 0xFFFFFFFFu || !SingleStreamEntries(stream, entries)) return false;
+    entries[1].size = size;
+    entries[1].produce = write;
+    return true;
+}
+
 }  // namespace
 
 bool CompoundFile::Create(const orderview::FilePath& path, const std::wstring& stream, std::vector<std::uint8_t>&& data)
@@ -114,10 +125,14 @@ bool CompoundFile::WriteSingleStream(const orderview::FilePath& path, const std:
                                      const StreamWriter& write)
 {
     std::vector<Entry> entries;
-    if (stream.empty() || size > 0xFFFFFFFFu || !SingleStreamEntries(stream, entries)) return false;
-    entries[1].size = size;
-    entries[1].produce = write;
-    return WriteEntries(path, entries);
+    return ProducedStreamEntries(stream, size, write, entries) && WriteEntries(path, entries);
+}
+
+bool CompoundFile::SingleStreamImage(const std::wstring& stream, std::uint64_t size, const StreamWriter& write,
+                                     std::vector<std::uint8_t>& image)
+{
+    std::vector<Entry> entries;
+    return ProducedStreamEntries(stream, size, write, entries) && cfb::WriteImage(entries, image);
 }
 
 bool CompoundFile::Open(const orderview::FilePath& path, Mode mode)

@@ -56,6 +56,9 @@ public:
     // `write` makes another number of bytes).
     static bool WriteSingleStream(const orderview::FilePath& path, const std::wstring& stream, std::uint64_t size,
                                   const StreamWriter& write);
+    // The same file made in memory: `image` is replaced only when everything succeeded.
+    static bool SingleStreamImage(const std::wstring& stream, std::uint64_t size, const StreamWriter& write,
+                                  std::vector<std::uint8_t>& image);
     // Opens an existing file; false when it is no compound file or is damaged.
     bool Open(const orderview::FilePath& path, Mode mode = Mode::ReadOnly);
     bool Open(const std::string& path, Mode mode = Mode::ReadOnly) { return Open(orderview::FilePath(path), mode); }
