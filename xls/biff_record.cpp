@@ -124,6 +124,14 @@ std::size_t Record::Read(const char* stream)
     code = biff::U16(p);
     std::size_t size = biff::U16(p + 2);
     if (4 + size > available_) return 0;
+    // Sized once: a shared string table can run to thousands of CONTINUE parts.
+    std::size_t joined = size;
+    for (std::size_t at = 4 + size; at + 4 <= available_ && biff::U16(p + at) == kContinue;) {
+        const std::size_t part = biff::U16(p + at + 2);
+        joined += part;
+        at += 4 + part;
+    }
+    data.reserve(joined);
     data.assign(p + 4, p + 4 + size);
     std::size_t at = 4 + size;
     // Join the CONTINUE records that follow, remembering each boundary.

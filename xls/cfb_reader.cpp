@@ -88,6 +88,7 @@ bool Reader::Chain(std::uint32_t start, const std::vector<std::uint32_t>& table,
                    std::vector<std::uint32_t>& out, bool lenient) const
 {
     out.clear();
+    out.reserve(needed ? std::min(needed, table.size()) : 0);
     std::vector<bool> seen(table.size(), false);
     for (std::uint32_t n = start; n != kEndOfChain && (needed == 0 || out.size() < needed); n = table[n]) {
         if (lenient && (n >= table.size() || seen[n])) break;

@@ -172,6 +172,7 @@ std::size_t Workbook::SharedStringTable::Read(const char* stream)
     Cursor c(data.data(), data.size());
     totalStrings = c.U32();
     const std::uint32_t unique = c.U32();
+    strings.reserve(std::min<std::size_t>(unique, c.left() / 3));  // each string takes 3 bytes or more
     for (std::uint32_t i = 0; i < unique; ++i) {
         if (c.left() < 3) {
             complete = false;  // the stored count runs past the data
