@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "platform/file_system.h"
+#include "platform/page_block.h"
 #include "platform/platform.h"
 
 namespace orderview {
@@ -33,6 +34,10 @@ bool SeekTo(std::FILE* file, std::uint64_t offset);
 // UnmapFile needs. False when the file cannot be opened or mapped, or is empty.
 bool MapFile(const FilePath& path, const std::uint8_t*& data, std::size_t& size, void*& handle);
 void UnmapFile(const std::uint8_t* data, std::size_t size, void* handle);
+
+// Whole blocks of pages for AllocatePageBlock (platform/page_block.h).
+void* AllocatePageBlock(std::size_t size);
+void FreePageBlock(void* block, std::size_t size);
 
 // What is at a path.
 enum class PathKind { Missing, RegularFile, Other };

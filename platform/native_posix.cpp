@@ -90,6 +90,28 @@ void UnmapFile(const std::uint8_t* data, std::size_t size, void*)
     ::munmap(const_cast<std::uint8_t*>(data), size);
 }
 
+void* AllocatePageBlock(std::size_t size)
+{
+    // Mapped one block larger and trimmed, so that the block starts on a large-page boundary.
+    if (size == 0 || size > SIZE_MAX - kPageBlockSize) return nullptr;
+    const std::size_t span = size + kPageBlockSize;
+    void* raw = ::mmap(nullptr, span, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
+    if (raw == MAP_FAILED) return nullptr;
+    const auto start = reinterpret_cast<std::uintptr_t>(raw);
+    const std::uintptr_t block = (start + kPageBlockSize - 1) & ~(std::uintptr_t(kPageBlockSize) - 1);
+    if (block > start) ::munmap(raw, block - start);
+    if (start + span > block + size) ::munmap(reinterpret_cast<void*>(block + size), start + span - (block + size));
+#ifdef MADV_HUGEPAGE
+    ::madvise(reinterpret_cast<void*>(block), size, MADV_HUGEPAGE);  // a hint: refused, it costs nothing
+#endif
+    return reinterpret_cast<void*>(block);
+}
+
+void FreePageBlock(void* block, std::size_t size)
+{
+    if (block) ::munmap(block, size);
+}
+
 PathKind KindOf(const FilePath& path)
 {
     struct stat st;

@@ -92,6 +92,17 @@ bool MapFile(const FilePath& path, const std::uint8_t*& data, std::size_t& size,
 
 void UnmapFile(const std::uint8_t* data, std::size_t, void*) { ::UnmapViewOfFile(data); }
 
+// Large pages need a privilege a trading front end does not hold: plain committed pages.
+void* AllocatePageBlock(std::size_t size)
+{
+    return size ? ::VirtualAlloc(nullptr, size, MEM_RESERVE | MEM_COMMIT, PAGE_READWRITE) : nullptr;
+}
+
+void FreePageBlock(void* block, std::size_t)
+{
+    if (block) ::VirtualFree(block, 0, MEM_RELEASE);
+}
+
 PathKind KindOf(const FilePath& path)
 {
     const DWORD attributes = ::GetFileAttributesW(path.Native().c_str());

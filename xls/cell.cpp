@@ -54,8 +54,6 @@ void Drop(void* chars)
 
 }  // namespace
 
-Cell::~Cell() { Release(); }
-
 void Cell::Release()
 {
     if (type_ == kString) Drop(value_.s);
@@ -96,7 +94,7 @@ Cell::Cell(Cell&& other) noexcept
 Cell& Cell::operator=(const Cell& other)
 {
     if (this != &other) {
-        Release();
+        if (type_ >= kString) Release();
         CopyFrom(other);
     }
     return *this;

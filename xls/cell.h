@@ -21,7 +21,10 @@ public:
     enum : std::uint16_t { kDefaultFormat = 15 };  // the default cell XF of a workbook
 
     Cell() { value_.i = 0; }
-    ~Cell();
+    ~Cell()
+    {
+        if (type_ >= kString) Release();
+    }
     Cell(const Cell& other);
     Cell(Cell&& other) noexcept;
     Cell& operator=(const Cell& other);

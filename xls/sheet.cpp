@@ -25,7 +25,7 @@ bool Sheet::GetSheetName(wchar_t* name) { return book_->GetSheetName(index_, nam
 bool Sheet::Rename(const char* name) { return book_->RenameWorksheet(index_, name); }
 bool Sheet::Rename(const wchar_t* name) { return book_->RenameWorksheet(index_, name); }
 
-xls::Cell* Sheet::Cell(std::size_t row, std::size_t col)
+xls::Cell* Sheet::Grow(std::size_t row, std::size_t col)
 {
     if (row >= kMaxRows || col >= kMaxCols) return nullptr;
     if (col >= cols_) cols_ = col + 1;
@@ -59,9 +59,9 @@ void Sheet::Print(std::ostream& out, char delimiter, char qualifier)
         out << qualifier;
     };
     char number[32];
-    static const Row kNoCells;
+    const Row noCells{GridAllocator<xls::Cell>(&arena_)};
     for (std::size_t r = 0; r < rows_; ++r) {
-        const Row& cells = r < grid_.size() ? grid_[r] : kNoCells;
+        const Row& cells = r < grid_.size() ? grid_[r] : noCells;
         for (std::size_t c = 0; c < cols_; ++c) {
             if (c) out << delimiter;
             if (c >= cells.size()) continue;

@@ -8,6 +8,7 @@
 
 #include "order_data/export.h"
 #include "xls/cell.h"
+#include "xls/cell_arena.h"
 
 namespace xls {
 
@@ -18,6 +19,7 @@ public:
     enum : std::size_t { kMaxRows = 65536, kMaxCols = 256 };
 
     Sheet(Book* book, std::size_t index) : book_(book), index_(index) {}
+    ~Sheet() { arena_.Close(); }  // the arena takes all the rows' memory back at once
 
     // The name; narrow form has each code unit below 256 as a byte and '?' for the others.
     const char* GetAnsiSheetName();
@@ -34,13 +36,19 @@ public:
     std::size_t GetTotalRows() const { return rows_; }
     std::size_t GetTotalCols() const { return cols_; }
     // The cell at (row, col), growing the used range to include it; null outside the limits.
-    xls::Cell* Cell(std::size_t row, std::size_t col);
+    xls::Cell* Cell(std::size_t row, std::size_t col)
+    {
+        // A cell of a row as wide as it is lies inside the used range already.
+        if (row < grid_.size() && col < grid_[row].size()) return &grid_[row][col];
+        return Grow(row, col);
+    }
     // Makes the cell undefined; false outside the used range.
     bool EraseCell(std::size_t row, std::size_t col);
 
     // The rows that hold cells, in row order, each with its number (internal to the workbook
     // writer and reader).
-    using Row = std::vector<xls::Cell>;
+    using Row = std::vector<xls::Cell, GridAllocator<xls::Cell>>;
+    using Grid = std::vector<Row, GridAllocator<Row>>;
     struct NumberedRow {
         std::size_t number;
         const Row& cells;
@@ -49,7 +57,7 @@ public:
     public:
         class Iterator {
         public:
-            Iterator(const std::vector<Row>& grid, std::size_t at) : grid_(&grid), at_(at) { Skip(); }
+            Iterator(const Grid& grid, std::size_t at) : grid_(&grid), at_(at) { Skip(); }
             NumberedRow operator*() const { return {at_, (*grid_)[at_]}; }
             Iterator& operator++()
             {
@@ -65,27 +73,30 @@ public:
             {
                 while (at_ < grid_->size() && (*grid_)[at_].empty()) ++at_;
             }
-            const std::vector<Row>* grid_;
+            const Grid* grid_;
             std::size_t at_;
         };
-        explicit RowRange(const std::vector<Row>& grid) : grid_(grid) {}
+        explicit RowRange(const Grid& grid) : grid_(grid) {}
         Iterator begin() const { return Iterator(grid_, 0); }
         Iterator end() const { return Iterator(grid_, grid_.size()); }
 
     private:
-        const std::vector<Row>& grid_;
+        const Grid& grid_;
     };
     RowRange Rows() const { return RowRange(grid_); }
     std::size_t Index() const { return index_; }
     void SetIndex(std::size_t index) { index_ = index; }
 
 private:
+    xls::Cell* Grow(std::size_t row, std::size_t col);
+
     Book* book_;
     std::size_t index_;
     std::size_t rows_ = 0, cols_ = 0;
     // Indexed by row number, up to the last touched row. An untouched row holds no cells; a
     // touched one is as wide as the sheet was when its last cell was touched.
-    std::vector<Row> grid_;
+    CellArena arena_;
+    Grid grid_{GridAllocator<Row>(&arena_)};
     std::string ansiName_;
     std::wstring wideName_;
 };

@@ -3,7 +3,7 @@
 #   order_data/ -> order_data/ only
 #   platform/   -> order_data/, platform/
 #   host/       -> order_data/, platform/, host/
-#   xls/        -> xls/, order_data/export.h, and platform/ for its file layer only
+#   xls/        -> xls/, order_data/export.h, and platform/ for its file layer and page blocks only
 #   checks/     -> order_data/, platform/, format/, settings/, checks/
 # and that POSIX and Windows headers appear only in platform/native_posix.cpp and native_win32.cpp.
 # Prints every include that breaks a rule and fails if there is one.
@@ -15,7 +15,7 @@ rule() {
   bad=$(grep -n -E '^[[:space:]]*#[[:space:]]*include[[:space:]]*"' "$1"/*.h "$1"/*.cpp 2>/dev/null \
         | grep -v -E "#[[:space:]]*include[[:space:]]*\"($2)\"" || true)
   if [ -n "$bad" ]; then
-    printf '%s\n' "$bad" | sed "s|^|layout: $1/ may include only ($2): |"
+    printf '%s\n' "$bad" | PREFIX="layout: $1/ may include only ($2): " awk '{ print ENVIRON["PREFIX"] $0 }'
     status=1
   fi
 }
@@ -23,7 +23,7 @@ rule order_data 'order_data/[a-z0-9_]+\.h'
 rule platform   '(order_data|platform)/[a-z0-9_]+\.h'
 rule host       '(order_data|platform|host)/[a-z0-9_]+\.h'
 rule checks    '(order_data|platform|format|settings|checks)/[a-z0-9_]+\.h'
-rule xls        'xls/[a-z0-9_]+\.h|order_data/export\.h|platform/file_system\.h'
+rule xls        'xls/[a-z0-9_]+\.h|order_data/export\.h|platform/(file_system|page_block)\.h'
 # Operating-system headers only in the native units of the platform folder.
 system=$(grep -n -E '^[[:space:]]*#[[:space:]]*include[[:space:]]*<(unistd|fcntl|dirent|pthread|windows|winbase|commdlg|io|direct|sys/[a-z_]+)\.h>' \
          order_data/* platform/* host/* format/* rows/* checks/* smart_orders/* settings/* export/* xls/* 2>/dev/null \

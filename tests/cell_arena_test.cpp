@@ -1,0 +1,80 @@
+#include <gtest/gtest.h>
+
+#include <cstddef>
+#include <cstdint>
+#include <cstring>
+#include <random>
+#include <vector>
+
+#include "xls/cell_arena.h"
+
+namespace {
+
+using xls::CellArena;
+
+struct Block {
+    unsigned char* data;
+    std::size_t size;
+    unsigned char mark;
+};
+
+bool Holds(const Block& run)
+{
+    for (std::size_t i = 0; i < run.size; ++i)
+        if (run.data[i] != run.mark) return false;
+    return true;
+}
+
+// Runs of every kind (reused small ones, big ones left in their chunk, dedicated ones from the
+// heap and from page blocks) are handed out aligned and never overlap a live run, however they
+// are freed and handed out again.
+TEST(CellArena, LiveRunsNeverOverlap)
+{
+    const std::size_t sizes[] = {1, 16, 24, 160, 4096, 4097, 40000, 600000, 2u << 20, (2u << 20) + 1};
+    std::mt19937 random(7);
+    CellArena arena;
+    std::vector<Block> live;
+    unsigned char mark = 0;
+    for (int step = 0; step < 3000; ++step) {
+        if (!live.empty() && random() % 3 == 0) {
+            const std::size_t at = random() % live.size();
+            ASSERT_TRUE(Holds(live[at])) << "step " << step;
+            arena.Deallocate(live[at].data, live[at].size);
+            live.erase(live.begin() + static_cast<std::ptrdiff_t>(at));
+            continue;
+        }
+        // Mostly small runs, as a sheet's rows are; now and then a big one.
+        const std::size_t size = random() % 50 == 0 ? sizes[random() % 10] : sizes[random() % 5];
+        Block run{static_cast<unsigned char*>(arena.Allocate(size)), size, ++mark};
+        ASSERT_EQ(reinterpret_cast<std::uintptr_t>(run.data) % 16, 0u);
+        std::memset(run.data, run.mark, size);
+        live.push_back(run);
+    }
+    for (const Block& run : live) EXPECT_TRUE(Holds(run));
+    for (const Block& run : live) arena.Deallocate(run.data, run.size);
+}
+
+TEST(CellArena, AFreedRunServesTheNextOfItsSize)
+{
+    CellArena arena;
+    void* first = arena.Allocate(160);
+    arena.Allocate(160);
+    arena.Deallocate(first, 160);
+    EXPECT_NE(arena.Allocate(32), first);  // another size takes fresh memory
+    EXPECT_EQ(arena.Allocate(160), first);
+    // Once closed, freed runs are no longer handed out again.
+    void* third = arena.Allocate(160);
+    arena.Close();
+    arena.Deallocate(third, 160);
+    EXPECT_NE(arena.Allocate(160), third);
+}
+
+TEST(CellArena, ImpossibleSizesThrow)
+{
+    CellArena arena;
+    EXPECT_THROW(arena.Allocate(static_cast<std::size_t>(-8)), std::bad_alloc);
+    xls::GridAllocator<double> allocator(&arena);
+    EXPECT_THROW(allocator.allocate(static_cast<std::size_t>(-1) / 4), std::bad_alloc);
+}
+
+}  // namespace
