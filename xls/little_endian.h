@@ -14,10 +14,10 @@ inline std::uint32_t U32(const std::uint8_t* p)
     return static_cast<std::uint32_t>(p[0]) | (static_cast<std::uint32_t>(p[1]) << 8) |
            (static_cast<std::uint32_t>(p[2]) << 16) | (static_cast<std::uint32_t>(p[3]) << 24);
 }
+// Written as one expression, which compilers turn into a single load on little-endian hosts.
 inline double F64(const std::uint8_t* p)
 {
-    std::uint64_t bits = 0;
-    for (int i = 7; i >= 0; --i) bits = (bits << 8) | p[i];
+    const std::uint64_t bits = static_cast<std::uint64_t>(U32(p)) | (static_cast<std::uint64_t>(U32(p + 4)) << 32);
     double value;
     std::memcpy(&value, &bits, sizeof value);
     return value;

@@ -31,8 +31,8 @@ xls::Cell* Sheet::Grow(std::size_t row, std::size_t col)
     if (col >= cols_) cols_ = col + 1;
     if (row >= rows_) rows_ = row + 1;
     if (row >= grid_.size()) {
-        // A sheet past a thousand rows gets room for all 65536 at once: the rows are never moved
-        // again, and the memory of rows never reached is never touched.
+        // A sheet past a thousand rows gets room for all 65536 at once (2 MiB, one block of large
+        // pages where the system has them): the rows are never moved again.
         if (row >= 1024 && grid_.capacity() < kMaxRows) grid_.reserve(kMaxRows);
         grid_.resize(row + 1);
     }
