@@ -4,7 +4,11 @@ three strings from 5,000 texts) with this library and with the independent progr
 same job here, and prints one table of whole-process times (medians) and peak memory, with each
 program's time as a multiple of this library's.
 
-usage: xls_peers.py XLS_WORKLOAD [RUNS]   (run from a build: see README; RUNS at least 5)
+usage: xls_peers.py XLS_WORKLOAD [RUNS] [--consecutive]   (see README; RUNS at least 5)
+By default the runs go in rounds, every program once a round. With --consecutive each program
+makes one unmeasured run and then all of its runs in a row, as a benchmark harness does: the
+memory a program frees is then what its next run gets, where in rounds it follows the peers that
+free hundreds of MiB.
 Peers: xlwt and xlrd (/usr/bin/python3), SheetJS `xlsx` (installed here with npm on first use),
 Apache POI (Debian's libapache-poi-java), catdoc's `xls2csv` (reads only) and gnumeric's
 `ssconvert` (reads the file to CSV; writes a workbook from a CSV of the same cells, made once
@@ -39,17 +43,26 @@ def run_once(command):
     return elapsed, usage.ru_utime + usage.ru_stime, usage.ru_maxrss / 1024.0
 
 
-def measure(commands, runs):
+def measure(commands, runs, consecutive):
     """Median wall and CPU time and the largest peak memory of each command. The runs go in
-    rounds, every command once a round, so that a busy spell of the machine falls on all of them.
-    Every write makes a new file (its output, the last argument, is removed first, untimed):
-    replacing an existing file costs this library one flush to disk that the peers do not make."""
+    rounds, every command once a round, so that a busy spell of the machine falls on all of them;
+    or, `consecutive`, one warm-up and then all runs of a command in a row. Every write makes a
+    new file (its output, the last argument, is removed first, untimed): replacing an existing
+    file costs this library one flush to disk that the peers do not make."""
     samples = {key: [] for key in commands}
-    for _ in range(runs):
+
+    def sample(key, command):
+        if key[1] == "write" and os.path.exists(command[-1]):
+            os.remove(command[-1])
+        return run_once(command)
+    if consecutive:
         for key, command in commands.items():
-            if key[1] == "write" and os.path.exists(command[-1]):
-                os.remove(command[-1])
-            samples[key].append(run_once(command))
+            sample(key, command)
+            samples[key] = [sample(key, command) for _ in range(runs)]
+    else:
+        for _ in range(runs):
+            for key, command in commands.items():
+                samples[key].append(sample(key, command))
     return {key: (statistics.median(s[0] for s in runs_of), statistics.median(s[1] for s in runs_of),
                   max(s[2] for s in runs_of)) for key, runs_of in samples.items()}
 
@@ -69,7 +82,9 @@ def seconds(t):
 
 
 def main():
-    ours, runs = sys.argv[1], max(5, int(sys.argv[2]) if len(sys.argv) > 2 else 5)
+    args = [a for a in sys.argv[1:] if a != "--consecutive"]
+    consecutive = len(args) < len(sys.argv) - 1
+    ours, runs = args[0], max(5, int(args[1]) if len(args) > 1 else 5)
     floor = os.path.join(os.path.dirname(os.path.abspath(ours)), "xls_floor")
     work = tempfile.mkdtemp()
     try:
@@ -104,14 +119,14 @@ def main():
             if load:
                 commands[(name, "load")] = load
         commands[("floor", "load")] = [floor, reference]
-        measured = measure(commands, runs)
+        measured = measure(commands, runs, consecutive)
         results = [(name, measured.get((name, "write")), measured.get((name, "load"))) for name, _, _ in tools]
         floor_time, floor_cpu, floor_peak = measured[("floor", "load")]
         base_write, base_load = results[0][1][0], results[0][2][0]
         size = os.path.getsize(reference) / 2 ** 20
-        print("Workload: %d x %d cells; file %.1f MiB; wall time, median of %d runs taken in rounds; "
+        print("Workload: %d x %d cells; file %.1f MiB; wall time, median of %d runs %s; "
               "ratio = program time / orderview time"
-              % (ROWS, COLS, size, runs))
+              % (ROWS, COLS, size, runs, "in a row after a warm-up" if consecutive else "taken in rounds"))
         print()
         print("| program | SaveAs | peak memory | Load | peak memory | SaveAs ratio | Load ratio |")
         print("|---|---|---|---|---|---|---|")
