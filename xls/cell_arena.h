@@ -24,6 +24,7 @@ public:
 
     // A run of `bytes`, aligned to 16; throws std::bad_alloc when there is no memory.
     void* Allocate(std::size_t bytes);
+    // `bytes` as it was asked for.
     void Deallocate(void* run, std::size_t bytes);
     // The arena is about to go: runs freed from now on are not kept for reuse.
     void Close() { closing_ = true; }
