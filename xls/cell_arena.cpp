@@ -75,8 +75,9 @@ CellArena::~CellArena()
     }
 }
 
-// A run past a quarter of a page block (the row table of a full sheet) gets memory of its own.
-bool CellArena::Dedicated(std::size_t bytes) { return bytes > kPageBlockSize / 4; }
+// A run past half a page block gets memory of its own; the 1 MiB table of a full sheet's rows
+// shares a block with cells.
+bool CellArena::Dedicated(std::size_t bytes) { return bytes > kPageBlockSize / 2; }
 
 void* CellArena::Allocate(std::size_t asked)
 {

@@ -1,7 +1,10 @@
 #include "xls/sheet.h"
 
+#include <algorithm>
 #include <cstdio>
 #include <cstring>
+#include <new>
+#include <utility>
 
 #include "xls/book.h"
 #include "xls/utf16.h"
@@ -25,19 +28,46 @@ bool Sheet::GetSheetName(wchar_t* name) { return book_->GetSheetName(index_, nam
 bool Sheet::Rename(const char* name) { return book_->RenameWorksheet(index_, name); }
 bool Sheet::Rename(const wchar_t* name) { return book_->RenameWorksheet(index_, name); }
 
+Sheet::~Sheet()
+{
+    // The cells are destroyed here; their memory goes back with the arena, all at once.
+    arena_.Close();
+    for (Row& row : grid_)
+        for (xls::Cell& cell : row) cell.~Cell();
+}
+
+// Makes the row `width` cells wide: new cells are undefined. A row that must move takes room for
+// twice its width, so that widening one column at a time moves each row only a few times.
+void Sheet::Widen(Row& row, std::size_t width)
+{
+    if (width > row.capacity_) {
+        const std::size_t capacity = std::min<std::size_t>(kMaxCols, std::max<std::size_t>(width, 2u * row.capacity_));
+        auto* cells = static_cast<xls::Cell*>(arena_.Allocate(capacity * sizeof(xls::Cell)));
+        for (std::size_t c = 0; c < row.size_; ++c) {
+            new (cells + c) xls::Cell(std::move(row.cells_[c]));
+            row.cells_[c].~Cell();
+        }
+        if (row.cells_) arena_.Deallocate(row.cells_, row.capacity_ * sizeof(xls::Cell));
+        row.cells_ = cells;
+        row.capacity_ = static_cast<std::uint16_t>(capacity);
+    }
+    for (std::size_t c = row.size_; c < width; ++c) new (row.cells_ + c) xls::Cell();
+    row.size_ = static_cast<std::uint16_t>(width);
+}
+
 xls::Cell* Sheet::Grow(std::size_t row, std::size_t col)
 {
     if (row >= kMaxRows || col >= kMaxCols) return nullptr;
     if (col >= cols_) cols_ = col + 1;
     if (row >= rows_) rows_ = row + 1;
     if (row >= grid_.size()) {
-        // A sheet past a thousand rows gets room for all 65536 at once (2 MiB, one block of large
-        // pages where the system has them): the rows are never moved again.
+        // A sheet past a thousand rows gets room for all 65536 at once (1 MiB, in the arena's
+        // large pages where the system has them): the rows are never moved again.
         if (row >= 1024 && grid_.capacity() < kMaxRows) grid_.reserve(kMaxRows);
         grid_.resize(row + 1);
     }
     Row& cells = grid_[row];
-    if (col >= cells.size()) cells.resize(cols_);  // a row widens to the sheet's column count
+    if (col >= cells.size()) Widen(cells, cols_);  // a row widens to the sheet's column count
     return &cells[col];
 }
 
@@ -59,9 +89,9 @@ void Sheet::Print(std::ostream& out, char delimiter, char qualifier)
         out << qualifier;
     };
     char number[32];
-    const Row noCells{GridAllocator<xls::Cell>(&arena_)};
+    static const Row kNoCells;
     for (std::size_t r = 0; r < rows_; ++r) {
-        const Row& cells = r < grid_.size() ? grid_[r] : noCells;
+        const Row& cells = r < grid_.size() ? grid_[r] : kNoCells;
         for (std::size_t c = 0; c < cols_; ++c) {
             if (c) out << delimiter;
             if (c >= cells.size()) continue;

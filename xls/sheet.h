@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <ostream>
 #include <string>
 #include <vector>
@@ -19,7 +20,9 @@ public:
     enum : std::size_t { kMaxRows = 65536, kMaxCols = 256 };
 
     Sheet(Book* book, std::size_t index) : book_(book), index_(index) {}
-    ~Sheet() { arena_.Close(); }  // the arena takes all the rows' memory back at once
+    ~Sheet();
+    Sheet(const Sheet&) = delete;
+    Sheet& operator=(const Sheet&) = delete;
 
     // The name; narrow form has each code unit below 256 as a byte and '?' for the others.
     const char* GetAnsiSheetName();
@@ -45,9 +48,24 @@ public:
     // Makes the cell undefined; false outside the used range.
     bool EraseCell(std::size_t row, std::size_t col);
 
-    // The rows that hold cells, in row order, each with its number (internal to the workbook
-    // writer and reader).
-    using Row = std::vector<xls::Cell, GridAllocator<xls::Cell>>;
+    // One row of the grid: its cells, which live in the sheet's arena (internal to the workbook
+    // writer and reader). 16 bytes, so that the table of a full sheet's rows takes 1 MiB.
+    class Row {
+    public:
+        std::size_t size() const { return size_; }
+        bool empty() const { return size_ == 0; }
+        xls::Cell& operator[](std::size_t col) { return cells_[col]; }
+        const xls::Cell& operator[](std::size_t col) const { return cells_[col]; }
+        xls::Cell* begin() { return cells_; }
+        xls::Cell* end() { return cells_ + size_; }
+        const xls::Cell* begin() const { return cells_; }
+        const xls::Cell* end() const { return cells_ + size_; }
+
+    private:
+        friend class Sheet;
+        xls::Cell* cells_ = nullptr;
+        std::uint16_t size_ = 0, capacity_ = 0;
+    };
     using Grid = std::vector<Row, GridAllocator<Row>>;
     struct NumberedRow {
         std::size_t number;
@@ -89,6 +107,7 @@ public:
 
 private:
     xls::Cell* Grow(std::size_t row, std::size_t col);
+    void Widen(Row& row, std::size_t width);
 
     Book* book_;
     std::size_t index_;
