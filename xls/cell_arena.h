@@ -7,8 +7,6 @@
 #include <cstddef>
 #include <memory>
 #include <new>
-#include <type_traits>
-#include <utility>
 #include <vector>
 
 #include "order_data/export.h"
@@ -53,8 +51,7 @@ private:
     bool closing_ = false;
 };
 
-// The allocator of a sheet's grid: every row, and the row table, live in the sheet's arena. A
-// row made without an allocator (a grid growing) gets the grid's arena.
+// The allocator of a sheet's table of rows, which lives in the sheet's arena with the cells.
 template <class T>
 class GridAllocator {
 public:
@@ -72,15 +69,6 @@ public:
         return static_cast<T*>(arena_->Allocate(n * sizeof(T)));
     }
     void deallocate(T* p, std::size_t n) noexcept { arena_->Deallocate(p, n * sizeof(T)); }
-
-    template <class U, class... Args>
-    void construct(U* p, Args&&... args)
-    {
-        if constexpr (sizeof...(Args) == 0 && std::is_constructible<U, const GridAllocator&>::value)
-            ::new (static_cast<void*>(p)) U(*this);
-        else
-            ::new (static_cast<void*>(p)) U(std::forward<Args>(args)...);
-    }
 
     CellArena* arena() const noexcept { return arena_; }
     template <class U>

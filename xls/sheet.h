@@ -67,6 +67,7 @@ public:
         std::uint16_t size_ = 0, capacity_ = 0;
     };
     using Grid = std::vector<Row, GridAllocator<Row>>;
+    // The rows that hold cells, in row order, each with its number.
     struct NumberedRow {
         std::size_t number;
         const Row& cells;
