@@ -592,6 +592,9 @@ std::size_t Worksheet::Read(const char* stream, std::size_t size, CellSink* sink
     int depth = 0;               // nested substreams (embedded charts) have a BOF and EOF of their own
     bool inTable = false, window2Seen = false;
     // A record kept as it is, with its CONTINUE parts: before the cell table, or after it.
+    // Counted once: the size of a vector<bool> takes several steps.
+    const std::size_t stringCount = strings ? strings->size() : 0;
+    const std::size_t wideCount = wideStrings ? wideStrings->size() : 0;
     auto keep = [&]() -> std::size_t {
         std::vector<Record>& list = (inTable || window2Seen) ? tail : head;
         list.emplace_back();
@@ -615,7 +618,7 @@ std::size_t Worksheet::Read(const char* stream, std::size_t size, CellSink* sink
             at += consumed;
             continue;
         }
-        if (InCellTable(code)) inTable = true;
+        if (!inTable && InCellTable(code)) inTable = true;
         switch (code) {
         case 0x0809: bof.ReadFrom(stream + at, size - at); break;
         case 0x020B: index.ReadFrom(stream + at, size - at); break;
@@ -643,19 +646,18 @@ std::size_t Worksheet::Read(const char* stream, std::size_t size, CellSink* sink
             }
             break;
         }
-        case 0x0203: {  // Number
-            const std::uint16_t row = c.U16(), col = c.U16(), xf = c.U16();
-            const double value = c.F64();
-            if (c.ok() && sink) sink->Double(row, col, xf, value);
+        // The commonest cell records have a fixed size: one length check, then the fields read
+        // in place. A short one is skipped.
+        case 0x0203:  // Number
+            if (length >= 14 && sink) sink->Double(biff::U16(p), biff::U16(p + 2), biff::U16(p + 4), biff::F64(p + 6));
             break;
-        }
         case 0x027E: {  // RK
-            const std::uint16_t row = c.U16(), col = c.U16(), xf = c.U16();
-            const std::uint32_t rk = c.U32();
+            if (length < 10 || !sink) break;
             bool integral = false;
             std::int32_t asInt = 0;
-            const double value = CellBlock::RK::Decode(rk, integral, asInt);
-            if (c.ok() && sink) integral ? sink->Integer(row, col, xf, asInt) : sink->Double(row, col, xf, value);
+            const double value = CellBlock::RK::Decode(biff::U32(p + 6), integral, asInt);
+            const std::uint16_t row = biff::U16(p), col = biff::U16(p + 2), xf = biff::U16(p + 4);
+            integral ? sink->Integer(row, col, xf, asInt) : sink->Double(row, col, xf, value);
             break;
         }
         case 0x00BD: {  // MulRK: row, first column, (xf, rk) pairs, last column
@@ -685,12 +687,11 @@ std::size_t Worksheet::Read(const char* stream, std::size_t size, CellSink* sink
             break;
         }
         case 0x00FD: {  // LabelSST
-            const std::uint16_t row = c.U16(), col = c.U16(), xf = c.U16();
-            const std::uint32_t sst = c.U32();
-            if (!c.ok() || !sink) break;
-            if (strings && sst < strings->size())
-                sink->SharedText(row, col, xf, sst, (*strings)[sst],
-                                 wideStrings && sst < wideStrings->size() && (*wideStrings)[sst]);
+            if (length < 10 || !sink) break;
+            const std::uint16_t row = biff::U16(p), col = biff::U16(p + 2), xf = biff::U16(p + 4);
+            const std::uint32_t sst = biff::U32(p + 6);
+            if (sst < stringCount)
+                sink->SharedText(row, col, xf, sst, (*strings)[sst], sst < wideCount && (*wideStrings)[sst]);
             else
                 sink->MissingText(row, col, xf, sst);
             break;
