@@ -407,6 +407,47 @@ TEST(BookMemory, ACellPointingPastTheStringTableStaysEmptyAndIsCounted)
 
 namespace {
 
+// A shared string is lent to its cells while a sheet loads and their holds are counted at the
+// end; a cell that a later record of the same position overwrites gives its hold back first.
+TEST(BookMemory, ACellOverwrittenWhileLoadingLeavesItsTextWithTheOthers)
+{
+    Book book;
+    book.New(1);
+    xls::Sheet* sheet = book.GetWorksheet(0);
+    sheet->Cell(0, 0)->Set("shared");
+    sheet->Cell(0, 1)->Set("shared");
+    sheet->Cell(0, 2)->Set("other");
+    sheet->Cell(1, 0)->Set("shared");
+    std::vector<std::uint8_t> image;
+    ASSERT_TRUE(book.SaveToMemory(image));
+    // The LabelSST records of (0, 1) and (0, 2), format 15, both moved onto column 0: the cell
+    // (0, 0) gets "shared" twice and then "other".
+    for (const std::uint8_t col : {1, 2}) {
+        const std::uint8_t label[] = {0xFD, 0x00, 0x0A, 0x00, 0x00, 0x00, col, 0x00, 0x0F, 0x00};
+        auto at = std::search(image.begin(), image.end(), std::begin(label), std::end(label));
+        ASSERT_NE(at, image.end());
+        at[6] = 0;
+    }
+    std::vector<Cell> copies;
+    {
+        Book loaded;
+        ASSERT_TRUE(loaded.LoadFromMemory(image.data(), image.size()));
+        xls::Sheet* back = loaded.GetWorksheet(0);
+        EXPECT_STREQ(back->Cell(0, 0)->GetString(), "other");
+        EXPECT_STREQ(back->Cell(1, 0)->GetString(), "shared");
+        copies.push_back(*back->Cell(0, 0));
+        copies.push_back(*back->Cell(1, 0));
+        back->Cell(1, 0)->Set(1);  // the last cell of "shared" in the sheet lets go of it
+    }
+    // The copies outlive the book that lent them their text.
+    EXPECT_STREQ(copies[0].GetString(), "other");
+    EXPECT_STREQ(copies[1].GetString(), "shared");
+}
+
+}  // namespace
+
+namespace {
+
 TEST(BookMemory, CellsKeepTheirFormatAndLogicalValues)
 {
     Book book;

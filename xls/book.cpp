@@ -5,6 +5,7 @@
 
 #include "xls/cell_table_writer.h"
 #include "xls/compound_file.h"
+#include "xls/text_holds.h"
 #include "xls/utf16.h"
 
 namespace xls {
@@ -40,14 +41,14 @@ bool ValidName(const std::u16string& name)
 // once, the first time a cell uses them, and their cells share that one copy of the text.
 class GridSink : public CellSink {
 public:
-    GridSink(Sheet& sheet, std::size_t sharedStrings) : sheet_(sheet), shared_(sharedStrings) {}
+    GridSink(Sheet& sheet, std::size_t sharedStrings) : sheet_(sheet), shared_(new TextHolds[sharedStrings]) {}
     void SharedText(std::uint16_t row, std::uint16_t col, std::uint16_t xf, std::uint32_t index,
                     const std::u16string& text, bool wide) override
     {
         Cell* cell = sheet_.Cell(row, col);
         if (!cell) return;
-        Cell& converted = shared_[index];
-        if (converted.Type() == Cell::kUndefined) {
+        TextHolds& converted = shared_[index];
+        if (converted.empty()) {
             if (wide) {
                 const std::wstring w = FromUtf16(text);
                 converted.SetWString(w.data(), w.size());
@@ -56,8 +57,7 @@ public:
                 converted.SetString(narrow_.data(), narrow_.size());
             }
         }
-        *cell = converted;
-        cell->SetFormat(xf);
+        converted.LendTo(*cell, xf);
     }
     // The cell stays, with empty text, and is counted.
     void MissingText(std::uint16_t row, std::uint16_t col, std::uint16_t xf, std::uint32_t) override
@@ -102,7 +102,7 @@ private:
     }
 
     Sheet& sheet_;
-    std::vector<Cell> shared_;  // each shared string's text as a cell, once a cell used it
+    std::unique_ptr<TextHolds[]> shared_;  // each shared string's text, once a cell used it
     std::string narrow_;
     std::size_t missing_ = 0;
 };

@@ -1,5 +1,7 @@
 #include "xls/cell.h"
 
+#include "xls/text_holds.h"
+
 #include <atomic>
 #include <climits>
 #include <cmath>
@@ -51,6 +53,9 @@ void Drop(void* chars)
     header->~TextHeader();
     ::operator delete(header);
 }
+
+// The holds a lent text carries until its count is settled: more than a sheet has cells.
+constexpr std::uint32_t kHoldReserve = 1u << 24;
 
 }  // namespace
 
@@ -158,13 +163,6 @@ int Cell::GetInteger() const
     return value;
 }
 
-double Cell::GetDouble() const
-{
-    double value = 0;
-    Get(value);
-    return value;
-}
-
 const char* Cell::GetString() const { return type_ == kString ? value_.s : ""; }
 const wchar_t* Cell::GetWString() const { return type_ == kWString ? value_.w : L""; }
 
@@ -198,6 +196,57 @@ void Cell::SetLogical(int value, bool isError)
 {
     SetInteger(value);
     logical_ = isError ? kError : kBoolean;
+}
+
+
+void TextHolds::SetString(const char* text, std::size_t length)
+{
+    Settle();
+    text_.SetString(text, length);
+    Reserve();
+}
+
+void TextHolds::SetWString(const wchar_t* text, std::size_t length)
+{
+    Settle();
+    text_.SetWString(text, length);
+    Reserve();
+}
+
+void* TextHolds::Chars() const
+{
+    return text_.type_ == Cell::kString ? static_cast<void*>(text_.value_.s) : static_cast<void*>(text_.value_.w);
+}
+
+void TextHolds::Reserve()
+{
+    HeaderOf(Chars())->holders.fetch_add(kHoldReserve, std::memory_order_relaxed);
+    reserved_ = true;
+}
+
+void TextHolds::LendTo(Cell& cell, std::uint16_t xf)
+{
+    if (!reserved_) return;
+    if (cell.type_ >= Cell::kString) cell.Release();
+    cell.value_ = text_.value_;
+    cell.length_ = text_.length_;
+    cell.type_ = text_.type_;
+    cell.logical_ = Cell::kNotLogical;
+    cell.xf_ = xf;
+    // The count stays above the reserve's worth of lent cells: a full reserve is added now.
+    if (++pending_ == kHoldReserve) {
+        HeaderOf(Chars())->holders.fetch_add(kHoldReserve, std::memory_order_relaxed);
+        pending_ = 0;
+    }
+}
+
+void TextHolds::Settle()
+{
+    if (!reserved_) return;
+    // The text itself still holds the block: the count cannot reach zero here.
+    HeaderOf(Chars())->holders.fetch_sub(kHoldReserve - pending_, std::memory_order_acq_rel);
+    pending_ = 0;
+    reserved_ = false;
 }
 
 }  // namespace xls

@@ -15,6 +15,8 @@
 
 namespace xls {
 
+class TextHolds;
+
 class ORDERVIEW_API Cell {
 public:
     enum Kind { kUndefined = 0, kInteger = 1, kDouble = 2, kString = 3, kWString = 4 };
@@ -41,7 +43,10 @@ public:
     bool Get(wchar_t* text) const;
     std::size_t GetStringLength() const { return (type_ == kString || type_ == kWString) ? length_ : 0; }
     int GetInteger() const;
-    double GetDouble() const;
+    double GetDouble() const
+    {
+        return type_ == kDouble ? value_.d : type_ == kInteger ? static_cast<double>(value_.i) : 0.0;
+    }
     const char* GetString() const;      // "" unless a narrow string
     const wchar_t* GetWString() const;  // L"" unless a wide string
 
@@ -80,6 +85,7 @@ public:
     bool IsError() const { return logical_ == kError; }
 
 private:
+    friend class TextHolds;  // lends one text to many cells while a sheet is loaded
     void Release();
     void CopyFrom(const Cell& other);
 
