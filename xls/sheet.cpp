@@ -64,7 +64,10 @@ xls::Cell* Sheet::Grow(std::size_t row, std::size_t col)
         // A sheet past a thousand rows gets room for all 65536 at once (1 MiB, in the arena's
         // large pages where the system has them): the rows are never moved again.
         if (row >= 1024 && grid_.capacity() < kMaxRows) grid_.reserve(kMaxRows);
-        grid_.resize(row + 1);
+        if (row == grid_.size())
+            grid_.emplace_back();  // the common case, a sheet filled row by row
+        else
+            grid_.resize(row + 1);
     }
     Row& cells = grid_[row];
     if (col >= cells.size()) Widen(cells, cols_);  // a row widens to the sheet's column count
