@@ -1,6 +1,7 @@
 // The floor of the workbook load comparison: brings a file into memory the cheapest way (mapped,
-// as Load maps it) and touches every byte once (sums them), which no loader of the same file
-// can beat. A standalone program: it does not load the library.
+// as Load maps it) and touches every byte once, which no loader of the same file can beat. The
+// bytes are summed eight at a time: a sum of single bytes spends more time adding than reading.
+// A standalone program: it does not load the library.
 //
 //   xls_floor FILE
 #include <fcntl.h>
@@ -10,6 +11,7 @@
 
 #include <cstdint>
 #include <cstdio>
+#include <cstring>
 
 int main(int argc, char** argv)
 {
@@ -26,7 +28,13 @@ int main(int argc, char** argv)
     if (view == MAP_FAILED) return 1;
     const auto* bytes = static_cast<const std::uint8_t*>(view);
     std::uint64_t sum = 0;
-    for (std::size_t i = 0; i < size; ++i) sum += bytes[i];
+    std::size_t i = 0;
+    for (; i + 8 <= size; i += 8) {
+        std::uint64_t word;
+        std::memcpy(&word, bytes + i, sizeof word);
+        sum += word;
+    }
+    for (; i < size; ++i) sum += bytes[i];
     std::printf("%zu bytes, sum %llu\n", size, static_cast<unsigned long long>(sum));
     return ::munmap(view, size) == 0 ? 0 : 1;
 }
