@@ -20,16 +20,24 @@ bool Cursor::Skip(std::size_t n)
 
 std::u16string Cursor::Chars(std::size_t count, bool wide)
 {
+    std::u16string text;
+    AppendChars(text, count, wide);
+    return text;
+}
+
+void Cursor::AppendChars(std::u16string& text, std::size_t count, bool wide)
+{
     const std::size_t unit = wide ? 2 : 1;
     if (count > left() / unit) {
         ok_ = false;
         count = left() / unit;
     }
-    std::u16string text(count, u'\0');
+    const std::size_t start = text.size();
+    text.resize(start + count);
+    char16_t* out = &text[0] + start;
     for (std::size_t i = 0; i < count; ++i)
-        text[i] = wide ? static_cast<char16_t>(biff::U16(data_ + at_ + 2 * i)) : static_cast<char16_t>(data_[at_ + i]);
+        out[i] = wide ? static_cast<char16_t>(biff::U16(data_ + at_ + 2 * i)) : static_cast<char16_t>(data_[at_ + i]);
     at_ += count * unit;
-    return text;
 }
 
 void Builder::Chars(const std::u16string& text, bool wide)
@@ -72,7 +80,7 @@ std::u16string ContinuedChars(Cursor& c, std::size_t count, bool wide, const std
             if (k >= cuts.size() || !c.Skip(end - c.at())) break;
             continue;
         }
-        text += c.Chars(take, wide);
+        c.AppendChars(text, take, wide);
         count -= take;
         anyWide = anyWide || wide;
     }

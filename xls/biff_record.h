@@ -125,6 +125,8 @@ public:
     bool Skip(std::size_t n);
     // A string of `count` characters, 8-bit (each byte a code unit) or 16-bit.
     std::u16string Chars(std::size_t count, bool wide);
+    // The same characters appended to `text`.
+    void AppendChars(std::u16string& text, std::size_t count, bool wide);
     std::size_t at() const { return at_; }
     std::size_t left() const { return at_ < size_ ? size_ - at_ : 0; }
     bool ok() const { return ok_; }
