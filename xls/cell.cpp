@@ -1,13 +1,13 @@
 #include "xls/cell.h"
 
-#include "xls/text_holds.h"
-
 #include <atomic>
 #include <climits>
 #include <cmath>
 #include <cstring>
 #include <cwchar>
 #include <new>
+
+#include "xls/text_holds.h"
 
 namespace xls {
 
@@ -197,7 +197,6 @@ void Cell::SetLogical(int value, bool isError)
     SetInteger(value);
     logical_ = isError ? kError : kBoolean;
 }
-
 
 void TextHolds::SetString(const char* text, std::size_t length)
 {

@@ -591,10 +591,10 @@ std::size_t Worksheet::Read(const char* stream, std::size_t size, CellSink* sink
     std::uint16_t pendingRow = 0, pendingCol = 0, pendingXF = 0;
     int depth = 0;               // nested substreams (embedded charts) have a BOF and EOF of their own
     bool inTable = false, window2Seen = false;
-    // A record kept as it is, with its CONTINUE parts: before the cell table, or after it.
     // Counted once: the size of a vector<bool> takes several steps.
     const std::size_t stringCount = strings ? strings->size() : 0;
     const std::size_t wideCount = wideStrings ? wideStrings->size() : 0;
+    // A record kept as it is, with its CONTINUE parts: before the cell table, or after it.
     auto keep = [&]() -> std::size_t {
         std::vector<Record>& list = (inTable || window2Seen) ? tail : head;
         list.emplace_back();
