@@ -116,6 +116,16 @@ TEST(SheetGrid, LimitsAndGrowth)
     Book other;
     other.New(1);
     EXPECT_FALSE(other.GetWorksheet(0)->EraseCell(0, 0));  // outside the (empty) used range
+    // Reserving is a hint: past the limits it is cut, and it changes no cell or range.
+    xls::Sheet* reserved = other.GetWorksheet(0);
+    reserved->Reserve(static_cast<std::size_t>(-1), static_cast<std::size_t>(-1));
+    EXPECT_EQ(reserved->GetTotalRows(), 0u);
+    EXPECT_EQ(reserved->GetTotalCols(), 0u);
+    reserved->Cell(2, 1)->Set("kept");
+    reserved->Reserve(65536, 256);
+    EXPECT_STREQ(reserved->Cell(2, 1)->GetString(), "kept");
+    EXPECT_EQ(reserved->GetTotalRows(), 3u);
+    EXPECT_EQ(reserved->GetTotalCols(), 2u);
 }
 
 // Rows widen and move as cells are touched in any order; every cell keeps its value, and cells

@@ -41,11 +41,15 @@ bool ValidName(const std::u16string& name)
 // once, the first time a cell uses them, and their cells share that one copy of the text.
 class GridSink : public CellSink {
 public:
-    GridSink(Sheet& sheet, std::size_t sharedStrings) : sheet_(sheet), shared_(new TextHolds[sharedStrings]) {}
+    // `records` is the sheet substream being read into `sheet`.
+    GridSink(Sheet& sheet, const Worksheet& records, std::size_t sharedStrings)
+        : sheet_(sheet), records_(records), shared_(new TextHolds[sharedStrings])
+    {
+    }
     void SharedText(std::uint16_t row, std::uint16_t col, std::uint16_t xf, std::uint32_t index,
                     const std::u16string& text, bool wide) override
     {
-        Cell* cell = sheet_.Cell(row, col);
+        Cell* cell = CellAt(row, col);
         if (!cell) return;
         TextHolds& converted = shared_[index];
         if (converted.empty()) {
@@ -53,8 +57,8 @@ public:
                 const std::wstring w = FromUtf16(text);
                 converted.SetWString(w.data(), w.size());
             } else {
-                narrow_.assign(text.begin(), text.end());  // each code unit is below 256
-                converted.SetString(narrow_.data(), narrow_.size());
+                const std::string& narrow = Narrow(text);
+                converted.SetString(narrow.data(), narrow.size());
             }
         }
         converted.LendTo(*cell, xf);
@@ -87,21 +91,39 @@ public:
             const std::wstring w = FromUtf16(text);
             cell->SetWString(w.c_str(), w.size());
         } else {
-            narrow_.resize(text.size());
-            for (std::size_t i = 0; i < text.size(); ++i) narrow_[i] = static_cast<char>(text[i]);
-            cell->SetString(narrow_.data(), narrow_.size());
+            const std::string& narrow = Narrow(text);
+            cell->SetString(narrow.data(), narrow.size());
         }
     }
 
 private:
     Cell* At(std::uint16_t row, std::uint16_t col, std::uint16_t xf)
     {
-        Cell* cell = sheet_.Cell(row, col);
+        Cell* cell = CellAt(row, col);
         if (cell) cell->SetFormat(xf);
         return cell;
     }
+    // Text stored 8-bit, each code unit below 256, as bytes (in a buffer reused from cell to cell).
+    const std::string& Narrow(const std::u16string& text)
+    {
+        narrow_.resize(text.size());
+        for (std::size_t i = 0; i < text.size(); ++i) narrow_[i] = static_cast<char>(text[i]);
+        return narrow_;
+    }
+    // Before its first cell, the sheet reserves the used range the file declares (the
+    // Dimensions record comes before the cells).
+    Cell* CellAt(std::uint16_t row, std::uint16_t col)
+    {
+        if (!reserved_) {
+            sheet_.Reserve(records_.dimensions.lastRowPlus1, records_.dimensions.lastColPlus1);
+            reserved_ = true;
+        }
+        return sheet_.Cell(row, col);
+    }
 
     Sheet& sheet_;
+    const Worksheet& records_;
+    bool reserved_ = false;
     std::unique_ptr<TextHolds[]> shared_;  // each shared string's text, once a cell used it
     std::string narrow_;
     std::size_t missing_ = 0;
@@ -180,7 +202,7 @@ bool Book::LoadStream(const std::uint8_t* stream, std::size_t size)
         const std::size_t position = workbook.boundSheets[i].streamPosition;
         if (position >= size) return false;
         sheets.push_back(std::make_unique<Sheet>(this, i));
-        GridSink sink(*sheets.back(), workbook.sst.strings.size());
+        GridSink sink(*sheets.back(), worksheets[i], workbook.sst.strings.size());
         // Only worksheets hold cells; the records of chart and macro sheets are kept as they are.
         const bool worksheet = workbook.boundSheets[i].sheetType == 0;
         if (worksheets[i].Read(base + position, size - position, worksheet ? &sink : nullptr,

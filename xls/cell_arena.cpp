@@ -138,6 +138,11 @@ void CellArena::Keep(void* run, std::size_t bytes)
     free_[bytes / kAlign] = run;
 }
 
+void CellArena::Expect(std::size_t bytes)
+{
+    if (bytes >= kPageBlockSize) chunkSize_ = kPageBlockSize;
+}
+
 void CellArena::NewChunk(std::size_t atLeast)
 {
     if (left_ >= kAlign) Keep(next_, left_ - left_ % kAlign);  // the old chunk's tail

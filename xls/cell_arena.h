@@ -26,6 +26,9 @@ public:
     void Deallocate(void* run, std::size_t bytes);
     // The arena is about to go: runs freed from now on are not kept for reuse.
     void Close() { closing_ = true; }
+    // The owner expects to take about `bytes` in all: at a page block or more, the arena skips
+    // its small first chunks and takes page blocks from the start.
+    void Expect(std::size_t bytes);
 
 private:
     enum : std::size_t {

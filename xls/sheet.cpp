@@ -74,6 +74,13 @@ xls::Cell* Sheet::Grow(std::size_t row, std::size_t col)
     return &cells[col];
 }
 
+void Sheet::Reserve(std::size_t rows, std::size_t cols)
+{
+    rows = std::min<std::size_t>(rows, kMaxRows);
+    cols = std::min<std::size_t>(cols, kMaxCols);
+    arena_.Expect(rows * (cols * sizeof(xls::Cell) + sizeof(Row)));
+}
+
 bool Sheet::EraseCell(std::size_t row, std::size_t col)
 {
     if (row >= rows_ || col >= cols_) return false;

@@ -47,6 +47,9 @@ public:
     }
     // Makes the cell undefined; false outside the used range.
     bool EraseCell(std::size_t row, std::size_t col);
+    // Prepares for a used range of about `rows` x `cols` cells (a hint, cut to the sheet's
+    // limits): a big sheet then takes its memory in large blocks from the start. No cell changes.
+    void Reserve(std::size_t rows, std::size_t cols);
 
     // One row of the grid: its cells, which live in the sheet's arena (internal to the workbook
     // writer and reader). 16 bytes, so that the table of a full sheet's rows takes 1 MiB.
