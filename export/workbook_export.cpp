@@ -36,6 +36,8 @@ bool g_DataExportWorkbook(CListCtrl& list, const CString& sheetName)
     book.New(1);
     if (!book.RenameWorksheet(0, sheetName.GetString())) return false;
     xls::Sheet* sheet = book.GetWorksheet(0);
+    // The heading row and one row per item: a big list takes the sheet's memory in large blocks.
+    sheet->Reserve(static_cast<std::size_t>(std::max(0, list.GetItemCount())) + 1, static_cast<std::size_t>(columns));
     const std::vector<CString> styles = orderview::ColumnStyles(list);
     for (int column = 0; column < columns; ++column) SetText(sheet->Cell(0, column), orderview::ColumnHeading(list, column));
     for (int row = 0; row < list.GetItemCount(); ++row) {
