@@ -627,6 +627,32 @@ std::size_t Worksheet::Read(const char* stream, std::size_t size, CellSink* sink
         const std::size_t length = biff::U16(base + at + 2);
         if (length > size - at - 4) return 0;  // the record runs past the substream
         const std::uint8_t* p = base + at + 4;
+        // The commonest cell records, first: each has a fixed size, so one length check comes
+        // before its fields are read in place (a short one is skipped).
+        if (depth == 1 && (code == 0x0203 || code == 0x00FD || code == 0x027E)) {
+            inTable = true;
+            if (code == 0x0203) {  // Number
+                if (length >= 14 && sink)
+                    sink->Double(biff::U16(p), biff::U16(p + 2), biff::U16(p + 4), biff::F64(p + 6));
+            } else if (code == 0x00FD) {  // LabelSST
+                if (length >= 10 && sink) {
+                    const std::uint16_t row = biff::U16(p), col = biff::U16(p + 2), xf = biff::U16(p + 4);
+                    const std::uint32_t sst = biff::U32(p + 6);
+                    if (sst < stringCount)
+                        sink->SharedText(row, col, xf, sst, (*strings)[sst], sst < wideCount && (*wideStrings)[sst]);
+                    else
+                        sink->MissingText(row, col, xf, sst);
+                }
+            } else if (length >= 10 && sink) {  // RK
+                bool integral = false;
+                std::int32_t asInt = 0;
+                const double value = CellBlock::RK::Decode(biff::U32(p + 6), integral, asInt);
+                const std::uint16_t row = biff::U16(p), col = biff::U16(p + 2), xf = biff::U16(p + 4);
+                integral ? sink->Integer(row, col, xf, asInt) : sink->Double(row, col, xf, value);
+            }
+            at += 4 + length;
+            continue;
+        }
         if (at == 0 && code != 0x0809) return 0;
         Cursor c(p, length);
         if (code == 0x0809) ++depth;
@@ -666,20 +692,6 @@ std::size_t Worksheet::Read(const char* stream, std::size_t size, CellSink* sink
             }
             break;
         }
-        // The commonest cell records have a fixed size: one length check, then the fields read
-        // in place. A short one is skipped.
-        case 0x0203:  // Number
-            if (length >= 14 && sink) sink->Double(biff::U16(p), biff::U16(p + 2), biff::U16(p + 4), biff::F64(p + 6));
-            break;
-        case 0x027E: {  // RK
-            if (length < 10 || !sink) break;
-            bool integral = false;
-            std::int32_t asInt = 0;
-            const double value = CellBlock::RK::Decode(biff::U32(p + 6), integral, asInt);
-            const std::uint16_t row = biff::U16(p), col = biff::U16(p + 2), xf = biff::U16(p + 4);
-            integral ? sink->Integer(row, col, xf, asInt) : sink->Double(row, col, xf, value);
-            break;
-        }
         case 0x00BD: {  // MulRK: row, first column, (xf, rk) pairs, last column
             const std::uint16_t row = c.U16(), first = c.U16();
             for (std::size_t col = first; c.left() >= 8 && col <= 0xFFFF; ++col) {
@@ -704,16 +716,6 @@ std::size_t Worksheet::Read(const char* stream, std::size_t size, CellSink* sink
                 const std::uint16_t xf = c.U16();
                 if (sink) sink->Blank(row, static_cast<std::uint16_t>(col), xf);
             }
-            break;
-        }
-        case 0x00FD: {  // LabelSST
-            if (length < 10 || !sink) break;
-            const std::uint16_t row = biff::U16(p), col = biff::U16(p + 2), xf = biff::U16(p + 4);
-            const std::uint32_t sst = biff::U32(p + 6);
-            if (sst < stringCount)
-                sink->SharedText(row, col, xf, sst, (*strings)[sst], sst < wideCount && (*wideStrings)[sst]);
-            else
-                sink->MissingText(row, col, xf, sst);
             break;
         }
         case 0x0204:    // Label
