@@ -121,9 +121,20 @@ TEST(SheetGrid, LimitsAndGrowth)
     reserved->Reserve(static_cast<std::size_t>(-1), static_cast<std::size_t>(-1));
     EXPECT_EQ(reserved->GetTotalRows(), 0u);
     EXPECT_EQ(reserved->GetTotalCols(), 0u);
+    EXPECT_EQ(reserved->FindCell(0, 0), nullptr);
     reserved->Cell(2, 1)->Set("kept");
     reserved->Reserve(65536, 256);
     EXPECT_STREQ(reserved->Cell(2, 1)->GetString(), "kept");
+    EXPECT_EQ(reserved->GetTotalRows(), 3u);
+    EXPECT_EQ(reserved->GetTotalCols(), 2u);
+    // Finding a cell never grows the sheet: only cells of rows it holds are found.
+    EXPECT_EQ(reserved->FindCell(2, 1), reserved->Cell(2, 1));
+    EXPECT_NE(reserved->FindCell(2, 0), nullptr);
+    EXPECT_EQ(reserved->FindCell(0, 0), nullptr);  // a row below the last one, never touched
+    EXPECT_EQ(reserved->FindCell(2, 2), nullptr);
+    EXPECT_EQ(reserved->FindCell(3, 0), nullptr);
+    const xls::Sheet& constant = *reserved;
+    EXPECT_EQ(constant.FindCell(65536, 256), nullptr);
     EXPECT_EQ(reserved->GetTotalRows(), 3u);
     EXPECT_EQ(reserved->GetTotalCols(), 2u);
 }
@@ -428,16 +439,26 @@ TEST(BookMemory, ACellOverwrittenWhileLoadingLeavesItsTextWithTheOthers)
     sheet->Cell(0, 1)->Set("shared");
     sheet->Cell(0, 2)->Set("other");
     sheet->Cell(1, 0)->Set("shared");
+    sheet->Cell(2, 0)->Set("other");
+    sheet->Cell(2, 1)->Set(2.123456789);  // a Number record (no RK holds it)
+    sheet->Cell(3, 0)->Set(7.123456789);
+    sheet->Cell(3, 1)->Set("shared");
     std::vector<std::uint8_t> image;
     ASSERT_TRUE(book.SaveToMemory(image));
-    // The LabelSST records of (0, 1) and (0, 2), format 15, both moved onto column 0: the cell
-    // (0, 0) gets "shared" twice and then "other".
-    for (const std::uint8_t col : {1, 2}) {
-        const std::uint8_t label[] = {0xFD, 0x00, 0x0A, 0x00, 0x00, 0x00, col, 0x00, 0x0F, 0x00};
-        auto at = std::search(image.begin(), image.end(), std::begin(label), std::end(label));
-        ASSERT_NE(at, image.end());
+    // Cell records (format 15) moved from column `col` of `row` onto column 0: the cell (0, 0)
+    // gets "shared" twice and then "other"; (2, 0) a number after a text, (3, 0) a text after a
+    // number.
+    const auto moveToColumn0 = [&](std::uint16_t code, std::uint8_t length, std::uint8_t row, std::uint8_t col) {
+        const std::uint8_t record[] = {static_cast<std::uint8_t>(code), static_cast<std::uint8_t>(code >> 8), length, 0x00,
+                                       row, 0x00, col, 0x00, 0x0F, 0x00};
+        auto at = std::search(image.begin(), image.end(), std::begin(record), std::end(record));
+        ASSERT_NE(at, image.end()) << int(row) << "," << int(col);
         at[6] = 0;
-    }
+    };
+    moveToColumn0(0x00FD, 10, 0, 1);  // LabelSST
+    moveToColumn0(0x00FD, 10, 0, 2);
+    moveToColumn0(0x0203, 14, 2, 1);  // Number
+    moveToColumn0(0x00FD, 10, 3, 1);
     std::vector<Cell> copies;
     {
         Book loaded;
@@ -445,6 +466,9 @@ TEST(BookMemory, ACellOverwrittenWhileLoadingLeavesItsTextWithTheOthers)
         xls::Sheet* back = loaded.GetWorksheet(0);
         EXPECT_STREQ(back->Cell(0, 0)->GetString(), "other");
         EXPECT_STREQ(back->Cell(1, 0)->GetString(), "shared");
+        EXPECT_EQ(back->Cell(2, 0)->Type(), Cell::kDouble);
+        EXPECT_EQ(back->Cell(2, 0)->GetDouble(), 2.123456789);
+        EXPECT_STREQ(back->Cell(3, 0)->GetString(), "shared");
         copies.push_back(*back->Cell(0, 0));
         copies.push_back(*back->Cell(1, 0));
         back->Cell(1, 0)->Set(1);  // the last cell of "shared" in the sheet lets go of it

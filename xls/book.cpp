@@ -39,6 +39,14 @@ bool ValidName(const std::u16string& name)
 
 // Puts the cell values of a sheet substream into a sheet's grid. Shared strings are converted
 // once, the first time a cell uses them, and their cells share that one copy of the text.
+#if defined(__GNUC__) || defined(__clang__)
+#define NOINLINE __attribute__((noinline))
+#elif defined(_MSC_VER)
+#define NOINLINE __declspec(noinline)
+#else
+#define NOINLINE
+#endif
+
 class GridSink : public CellSink {
 public:
     // `records` is the sheet substream being read into `sheet`.
@@ -46,22 +54,30 @@ public:
         : sheet_(sheet), records_(records), shared_(new TextHolds[sharedStrings])
     {
     }
+    // The common cells, a number or a converted shared string into a cell the sheet holds
+    // already with no text to release, are stored without a call.
     void SharedText(std::uint16_t row, std::uint16_t col, std::uint16_t xf, std::uint32_t index,
                     const std::u16string& text, bool wide) override
     {
-        Cell* cell = CellAt(row, col);
-        if (!cell) return;
         TextHolds& converted = shared_[index];
-        if (converted.empty()) {
-            if (wide) {
-                const std::wstring w = FromUtf16(text);
-                converted.SetWString(w.data(), w.size());
-            } else {
-                const std::string& narrow = Narrow(text);
-                converted.SetString(narrow.data(), narrow.size());
-            }
-        }
+        Cell* cell = sheet_.FindCell(row, col);
+        if (!cell || converted.empty() || cell->Type() >= Cell::kString)
+            return NewSharedText(row, col, xf, converted, text, wide);
         converted.LendTo(*cell, xf);
+    }
+    void Integer(std::uint16_t row, std::uint16_t col, std::uint16_t xf, std::int32_t value) override
+    {
+        Cell* cell = sheet_.FindCell(row, col);
+        if (!cell || cell->Type() >= Cell::kString) return NewInteger(row, col, xf, value);
+        cell->SetFormat(xf);
+        cell->SetInteger(value);
+    }
+    void Double(std::uint16_t row, std::uint16_t col, std::uint16_t xf, double value) override
+    {
+        Cell* cell = sheet_.FindCell(row, col);
+        if (!cell || cell->Type() >= Cell::kString) return NewDouble(row, col, xf, value);
+        cell->SetFormat(xf);
+        cell->SetDouble(value);
     }
     // The cell stays, with empty text, and is counted.
     void MissingText(std::uint16_t row, std::uint16_t col, std::uint16_t xf, std::uint32_t) override
@@ -70,14 +86,6 @@ public:
         ++missing_;
     }
     std::size_t missing() const { return missing_; }
-    void Integer(std::uint16_t row, std::uint16_t col, std::uint16_t xf, std::int32_t value) override
-    {
-        if (Cell* cell = At(row, col, xf)) cell->SetInteger(value);
-    }
-    void Double(std::uint16_t row, std::uint16_t col, std::uint16_t xf, double value) override
-    {
-        if (Cell* cell = At(row, col, xf)) cell->SetDouble(value);
-    }
     void Logical(std::uint16_t row, std::uint16_t col, std::uint16_t xf, std::uint8_t value, bool isError) override
     {
         if (Cell* cell = At(row, col, xf)) cell->SetLogical(value, isError);
@@ -97,6 +105,32 @@ public:
     }
 
 private:
+    // The rare paths of the common cells, kept out of them so that those save no registers: a
+    // new cell (the sheet grows), a cell that holds text already, a string's first use.
+    NOINLINE void NewSharedText(std::uint16_t row, std::uint16_t col, std::uint16_t xf, TextHolds& converted,
+                                const std::u16string& text, bool wide)
+    {
+        Cell* cell = CellAt(row, col);
+        if (!cell) return;
+        if (converted.empty()) {
+            if (wide) {
+                const std::wstring w = FromUtf16(text);
+                converted.SetWString(w.data(), w.size());
+            } else {
+                const std::string& narrow = Narrow(text);
+                converted.SetString(narrow.data(), narrow.size());
+            }
+        }
+        converted.LendTo(*cell, xf);
+    }
+    NOINLINE void NewInteger(std::uint16_t row, std::uint16_t col, std::uint16_t xf, std::int32_t value)
+    {
+        if (Cell* cell = At(row, col, xf)) cell->SetInteger(value);
+    }
+    NOINLINE void NewDouble(std::uint16_t row, std::uint16_t col, std::uint16_t xf, double value)
+    {
+        if (Cell* cell = At(row, col, xf)) cell->SetDouble(value);
+    }
     Cell* At(std::uint16_t row, std::uint16_t col, std::uint16_t xf)
     {
         Cell* cell = CellAt(row, col);

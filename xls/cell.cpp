@@ -54,9 +54,6 @@ void Drop(void* chars)
     ::operator delete(header);
 }
 
-// The holds a lent text carries until its count is settled: more than a sheet has cells.
-constexpr std::uint32_t kHoldReserve = 1u << 24;
-
 }  // namespace
 
 void Cell::Release()
@@ -223,20 +220,10 @@ void TextHolds::Reserve()
     reserved_ = true;
 }
 
-void TextHolds::LendTo(Cell& cell, std::uint16_t xf)
+void TextHolds::TopUp()
 {
-    if (!reserved_) return;
-    if (cell.type_ >= Cell::kString) cell.Release();
-    cell.value_ = text_.value_;
-    cell.length_ = text_.length_;
-    cell.type_ = text_.type_;
-    cell.logical_ = Cell::kNotLogical;
-    cell.xf_ = xf;
-    // The count stays above the reserve's worth of lent cells: a full reserve is added now.
-    if (++pending_ == kHoldReserve) {
-        HeaderOf(Chars())->holders.fetch_add(kHoldReserve, std::memory_order_relaxed);
-        pending_ = 0;
-    }
+    HeaderOf(Chars())->holders.fetch_add(kHoldReserve, std::memory_order_relaxed);
+    pending_ = 0;
 }
 
 void TextHolds::Settle()

@@ -41,9 +41,17 @@ public:
     // The cell at (row, col), growing the used range to include it; null outside the limits.
     xls::Cell* Cell(std::size_t row, std::size_t col)
     {
-        // A cell of a row as wide as it is lies inside the used range already.
-        if (row < grid_.size() && col < grid_[row].size()) return &grid_[row][col];
-        return Grow(row, col);
+        xls::Cell* cell = FindCell(row, col);
+        return cell ? cell : Grow(row, col);
+    }
+    // The cell at (row, col) if the sheet holds it already, else null; the used range stays.
+    xls::Cell* FindCell(std::size_t row, std::size_t col)
+    {
+        return row < grid_.size() && col < grid_[row].size() ? &grid_[row][col] : nullptr;
+    }
+    const xls::Cell* FindCell(std::size_t row, std::size_t col) const
+    {
+        return row < grid_.size() && col < grid_[row].size() ? &grid_[row][col] : nullptr;
     }
     // Makes the cell undefined; false outside the used range.
     bool EraseCell(std::size_t row, std::size_t col);

@@ -27,12 +27,26 @@ public:
     void SetWString(const wchar_t* text, std::size_t length);
     // Makes `cell` a holder of the text with format `xf` (its old value released); the text
     // must have been set.
-    void LendTo(Cell& cell, std::uint16_t xf);
+    void LendTo(Cell& cell, std::uint16_t xf)
+    {
+        if (!reserved_) return;
+        if (cell.type_ >= Cell::kString) cell.Release();
+        cell.value_ = text_.value_;
+        cell.length_ = text_.length_;
+        cell.type_ = text_.type_;
+        cell.logical_ = Cell::kNotLogical;
+        cell.xf_ = xf;
+        // The count stays above the reserve's worth of lent cells: a full reserve is added now.
+        if (++pending_ == kHoldReserve) TopUp();
+    }
     // Adds the pending holds to the text's count and takes the reserve back.
     void Settle();
 
 private:
+    // The holds a lent text carries until its count is settled: more than a sheet has cells.
+    static constexpr std::uint32_t kHoldReserve = 1u << 24;
     void Reserve();
+    void TopUp();
     void* Chars() const;  // the text block's characters
 
     Cell text_;
