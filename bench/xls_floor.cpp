@@ -1,17 +1,22 @@
-// The floor of the workbook load comparison: brings a file into memory the cheapest way (mapped,
-// as Load maps it) and touches every byte once, which no loader of the same file can beat. The
-// bytes are summed eight at a time: a sum of single bytes spends more time adding than reading.
-// A standalone program: it does not load the library.
+// The floor of the workbook load comparison: reads a file into memory the cheapest way found here
+// and touches every byte once, which no loader of the same file can beat. The file is read in
+// 64 KiB parts into one buffer that stays in the cache: on this virtual machine that touched a
+// 12 MB file in about 5 ms as a whole process, where mapping it (with its pages mapped at once)
+// and reading the mapping took about 9.5 ms, the first touch of each mapped 4 KiB page being the
+// cost. The bytes are summed eight at a time: a sum of single bytes spends more time adding than
+// reading. A standalone program: it does not load the library.
 //
 //   xls_floor FILE
 #include <fcntl.h>
-#include <sys/mman.h>
-#include <sys/stat.h>
 #include <unistd.h>
 
 #include <cstdint>
 #include <cstdio>
 #include <cstring>
+
+namespace {
+unsigned char buffer[64 * 1024];
+}
 
 int main(int argc, char** argv)
 {
@@ -20,21 +25,24 @@ int main(int argc, char** argv)
         return 2;
     }
     const int fd = ::open(argv[1], O_RDONLY);
-    struct stat st;
-    if (fd < 0 || ::fstat(fd, &st) != 0 || st.st_size <= 0) return 1;
-    const auto size = static_cast<std::size_t>(st.st_size);
-    void* view = ::mmap(nullptr, size, PROT_READ, MAP_PRIVATE | MAP_POPULATE, fd, 0);
-    ::close(fd);
-    if (view == MAP_FAILED) return 1;
-    const auto* bytes = static_cast<const std::uint8_t*>(view);
+    if (fd < 0) return 1;
     std::uint64_t sum = 0;
-    std::size_t i = 0;
-    for (; i + 8 <= size; i += 8) {
-        std::uint64_t word;
-        std::memcpy(&word, bytes + i, sizeof word);
-        sum += word;
+    std::size_t size = 0;
+    for (;;) {
+        const ssize_t got = ::read(fd, buffer, sizeof buffer);
+        if (got < 0) return 1;
+        if (got == 0) break;
+        const auto part = static_cast<std::size_t>(got);
+        std::size_t i = 0;
+        for (; i + 8 <= part; i += 8) {
+            std::uint64_t word;
+            std::memcpy(&word, buffer + i, sizeof word);
+            sum += word;
+        }
+        for (; i < part; ++i) sum += buffer[i];
+        size += part;
     }
-    for (; i < size; ++i) sum += bytes[i];
+    ::close(fd);
     std::printf("%zu bytes, sum %llu\n", size, static_cast<unsigned long long>(sum));
-    return ::munmap(view, size) == 0 ? 0 : 1;
+    return size > 0 ? 0 : 1;
 }

@@ -13,7 +13,7 @@ Peers: xlwt and xlrd (/usr/bin/python3), SheetJS `xlsx` (installed here with npm
 Apache POI (Debian's libapache-poi-java), catdoc's `xls2csv` (reads only) and gnumeric's
 `ssconvert` (reads the file to CSV; writes a workbook from a CSV of the same cells, made once
 before the timing). Each load reads the file this library wrote. The floor is `xls_floor` beside
-XLS_WORKLOAD: the file mapped into memory, as Load maps it, and one pass over its bytes.
+XLS_WORKLOAD: the file read into memory in 64 KiB parts, and one pass over its bytes.
 """
 import csv
 import os
@@ -137,7 +137,7 @@ def main():
             wc, wr = cells(w, base_write)
             lc, lr = cells(l, base_load)
             print("| %s | %s | %s | %s | %s |" % (name, wc, lc, wr, lr))
-        print("| floor: map the file, touch every byte (xls_floor) | - | - | %s | %.0f MiB | - | %.2fx |"
+        print("| floor: read the file, touch every byte (xls_floor) | - | - | %s | %.0f MiB | - | %.2fx |"
               % (seconds(floor_time), floor_peak, floor_time / base_load))
         writers = [(r[1][0], r[0]) for r in results[1:] if r[1]]
         loaders = [(r[2][0], r[0]) for r in results[1:] if r[2]]
