@@ -53,14 +53,36 @@ static bool ReadInto(const FilePath& path, Bytes& content)
 bool ReadWholeFile(const FilePath& path, std::string& content) { return ReadInto(path, content); }
 bool ReadWholeFile(const FilePath& path, std::vector<std::uint8_t>& content) { return ReadInto(path, content); }
 
-MappedFile::MappedFile(const FilePath& path)
+MappedFile::MappedFile(const FilePath& path, bool readAll)
 {
-    if (!native::MapFile(path, data_, size_, handle_)) data_ = nullptr;
+    if (!native::MapFile(path, data_, size_, handle_, readAll)) data_ = nullptr;
 }
 
 MappedFile::~MappedFile()
 {
     if (data_) native::UnmapFile(data_, size_, handle_);
+}
+
+FileReader::FileReader(const FilePath& path) : file_(native::OpenFile(path, "rb"))
+{
+    if (file_) std::setvbuf(file_, nullptr, _IONBF, 0);
+}
+
+FileReader::~FileReader()
+{
+    if (file_) std::fclose(file_);
+}
+
+bool FileReader::ReadAt(std::uint64_t offset, void* data, std::size_t size)
+{
+    if (!file_) return false;
+    if (offset != position_ && !native::SeekTo(file_, offset)) {
+        position_ = static_cast<std::uint64_t>(-1);
+        return false;
+    }
+    const std::size_t got = std::fread(data, 1, size, file_);
+    position_ = got == size ? offset + got : static_cast<std::uint64_t>(-1);
+    return got == size;
 }
 
 bool ReplaceFileAtomically(const FilePath& path, const std::string& content)

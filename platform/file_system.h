@@ -54,7 +54,9 @@ ORDERVIEW_API bool ReadWholeFile(const FilePath& path, std::vector<std::uint8_t>
 // while it is mapped ends this one (SIGBUS), so map a file only to read it at once, and let go.
 class ORDERVIEW_API MappedFile {
 public:
-    explicit MappedFile(const FilePath& path);
+    // `readAll`: the caller reads every byte, so the pages are mapped at once where the system
+    // can; otherwise each page is mapped when first read.
+    explicit MappedFile(const FilePath& path, bool readAll = true);
     ~MappedFile();
     MappedFile(const MappedFile&) = delete;
     MappedFile& operator=(const MappedFile&) = delete;
@@ -67,6 +69,24 @@ private:
     const std::uint8_t* data_ = nullptr;
     std::size_t size_ = 0;
     void* handle_ = nullptr;
+};
+
+// A regular file opened to read parts of it at any offset. Reads are not buffered: each goes to
+// the system straight into the caller's memory. IsOpen is false when the file cannot be opened.
+class ORDERVIEW_API FileReader {
+public:
+    explicit FileReader(const FilePath& path);
+    ~FileReader();
+    FileReader(const FileReader&) = delete;
+    FileReader& operator=(const FileReader&) = delete;
+
+    bool IsOpen() const { return file_ != nullptr; }
+    // Reads `size` bytes from `offset`; false when the file cannot give them all.
+    bool ReadAt(std::uint64_t offset, void* data, std::size_t size);
+
+private:
+    std::FILE* file_ = nullptr;
+    std::uint64_t position_ = static_cast<std::uint64_t>(-1);  // where a read starts without a seek
 };
 
 // A file written under a temporary name beside `path` and renamed over `path` by Commit, so a

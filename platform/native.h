@@ -31,8 +31,9 @@ std::uint64_t FileLength(std::FILE* file);
 bool SeekTo(std::FILE* file, std::uint64_t offset);
 
 // Maps a whole regular file read-only; `data` and `size` describe the bytes and `handle` what
-// UnmapFile needs. False when the file cannot be opened or mapped, or is empty.
-bool MapFile(const FilePath& path, const std::uint8_t*& data, std::size_t& size, void*& handle);
+// UnmapFile needs. With `populate`, the pages are mapped at once where the system can. False when
+// the file cannot be opened or mapped, or is empty.
+bool MapFile(const FilePath& path, const std::uint8_t*& data, std::size_t& size, void*& handle, bool populate);
 void UnmapFile(const std::uint8_t* data, std::size_t size, void* handle);
 
 // Whole blocks of pages for AllocatePageBlock (platform/page_block.h).

@@ -63,7 +63,7 @@ std::uint64_t FileLength(std::FILE* file)
 
 bool SeekTo(std::FILE* file, std::uint64_t offset) { return ::fseeko(file, static_cast<off_t>(offset), SEEK_SET) == 0; }
 
-bool MapFile(const FilePath& path, const std::uint8_t*& data, std::size_t& size, void*& handle)
+bool MapFile(const FilePath& path, const std::uint8_t*& data, std::size_t& size, void*& handle, bool populate)
 {
     const int fd = ::open(path.Native().c_str(), O_RDONLY | O_CLOEXEC);
     if (fd < 0) return false;
@@ -74,7 +74,7 @@ bool MapFile(const FilePath& path, const std::uint8_t*& data, std::size_t& size,
         size = static_cast<std::size_t>(st.st_size);
         int flags = MAP_PRIVATE;
 #ifdef MAP_POPULATE
-        flags |= MAP_POPULATE;  // the whole file is read anyway: map its pages in one call
+        if (populate) flags |= MAP_POPULATE;  // the whole file is read: map its pages in one call
 #endif
         view = ::mmap(nullptr, size, PROT_READ, flags, fd, 0);
     }

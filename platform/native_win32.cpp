@@ -68,7 +68,7 @@ std::uint64_t FileLength(std::FILE* file)
 
 bool SeekTo(std::FILE* file, std::uint64_t offset) { return ::_fseeki64(file, static_cast<__int64>(offset), SEEK_SET) == 0; }
 
-bool MapFile(const FilePath& path, const std::uint8_t*& data, std::size_t& size, void*& handle)
+bool MapFile(const FilePath& path, const std::uint8_t*& data, std::size_t& size, void*& handle, bool)
 {
     // Shared as fopen shares a file it reads; once mapped, the file cannot be cut short.
     const HANDLE file = ::CreateFileW(path.Native().c_str(), GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr,
