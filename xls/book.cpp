@@ -1,10 +1,13 @@
 #include "xls/book.h"
 
 #include <algorithm>
+#include <cstdint>
+#include <cstdio>
 #include <cstring>
 
 #include "xls/cell_table_writer.h"
 #include "xls/compound_file.h"
+#include "xls/stream_window.h"
 #include "xls/text_holds.h"
 #include "xls/utf16.h"
 
@@ -191,7 +194,8 @@ void Book::New(int sheets)
 
 bool Book::Load(const wchar_t* filename) { return filename && LoadFile(orderview::FilePath(filename)); }
 
-bool Book::LoadContainer(const CompoundFile& container)
+bool Book::LoadContainer(const CompoundFile& container, const orderview::MappedFile* mapped,
+                         const orderview::FilePath* path)
 {
     // The stream is "Workbook" in any letter case; some writers use the older name "Book".
     std::wstring name;
@@ -199,18 +203,34 @@ bool Book::LoadContainer(const CompoundFile& container)
     const std::uint8_t* stream = nullptr;
     std::size_t size = 0;
     std::vector<std::uint8_t> copy;
-    return container.ViewStream(L"\\" + name, stream, size, copy) && LoadStream(stream, size);
+    if (!container.ViewStream(L"\\" + name, stream, size, copy)) return false;
+    if (mapped && path && copy.empty()) {
+        // The stream lies in order in the mapped file: it is read from the file in parts, which
+        // costs less than the first touch of each of its mapped pages.
+        const auto first = reinterpret_cast<std::uintptr_t>(mapped->Data());
+        const auto at = reinterpret_cast<std::uintptr_t>(stream);
+        if (at >= first && at - first <= mapped->Size() && size <= mapped->Size() - (at - first)) {
+            orderview::FileReader file(*path);
+            if (file.IsOpen()) {
+                StreamWindow window(file, at - first, size);
+                return LoadStream(window);
+            }
+        }
+    }
+    StreamWindow window(stream, size);
+    return LoadStream(window);
 }
 
 bool Book::Load(const char* filename) { return filename && LoadFile(orderview::FilePath(filename)); }
 
 bool Book::LoadFile(const orderview::FilePath& path)
 {
-    // The file is parsed where it is mapped; a file that cannot be mapped is read.
-    const orderview::MappedFile mapped(path);
+    // The container is parsed where the file is mapped (its pages mapped as they are read); a
+    // file that cannot be mapped is read whole.
+    const orderview::MappedFile mapped(path, false);
     CompoundFile container;
-    if (!(mapped.IsOpen() ? container.OpenView(mapped.Data(), mapped.Size()) : container.Open(path)) ||
-        !LoadContainer(container))
+    if (!(mapped.IsOpen() ? container.OpenView(mapped.Data(), mapped.Size()) && LoadContainer(container, &mapped, &path)
+                          : container.Open(path) && LoadContainer(container)))
         return false;
     path_ = path;
     return true;
@@ -224,23 +244,33 @@ bool Book::LoadFromMemory(const void* data, std::size_t size)
     return true;
 }
 
-bool Book::LoadStream(const std::uint8_t* stream, std::size_t size)
+bool Book::LoadStream(StreamWindow& stream)
 {
-    const char* base = reinterpret_cast<const char*>(stream);
+    // The globals are held whole, through the CONTINUE parts of their EOF and the header after.
+    for (std::size_t at = 0;;) {
+        if (!stream.Hold(at, 4)) return false;  // no EOF
+        const bool eof = biff::U16(stream.At(at)) == 0x000A;
+        const std::size_t end = stream.HoldRecordChain(at);
+        if (end == 0) return false;
+        if (eof) {
+            if (!stream.Hold(0, std::min(end + 4, stream.size()))) return false;
+            break;
+        }
+        at = end;
+    }
     Workbook workbook;
-    if (workbook.Read(base, size) == 0) return false;
+    if (workbook.Read(reinterpret_cast<const char*>(stream.At(0)), stream.HeldFrom(0)) == 0) return false;
     std::vector<Worksheet> worksheets(workbook.boundSheets.size());
     std::vector<std::unique_ptr<Sheet>> sheets;
     std::size_t missing = 0;
     for (std::size_t i = 0; i < workbook.boundSheets.size(); ++i) {
         const std::size_t position = workbook.boundSheets[i].streamPosition;
-        if (position >= size) return false;
+        if (position >= stream.size()) return false;
         sheets.push_back(std::make_unique<Sheet>(this, i));
         GridSink sink(*sheets.back(), worksheets[i], workbook.sst.strings.size());
         // Only worksheets hold cells; the records of chart and macro sheets are kept as they are.
         const bool worksheet = workbook.boundSheets[i].sheetType == 0;
-        if (worksheets[i].Read(base + position, size - position, worksheet ? &sink : nullptr,
-                               &workbook.sst.strings,
+        if (worksheets[i].Read(stream, position, worksheet ? &sink : nullptr, &workbook.sst.strings,
                                &workbook.sst.wide) == 0)
             return false;
         missing += sink.missing();

@@ -88,9 +88,12 @@ private:
     // The "Workbook" stream of the book as it stands; false (and `stream` untouched) when the
     // records do not come out at the sizes they were laid out with.
     bool MakeStream(std::vector<std::uint8_t>& stream);
-    bool LoadStream(const std::uint8_t* stream, std::size_t size);
-    // Loads the container's workbook stream, read in place where it can be.
-    bool LoadContainer(const class CompoundFile& container);
+    bool LoadStream(class StreamWindow& stream);
+    // Loads the container's workbook stream, read in place where it can be. With `mapped`, the
+    // container's image mapped from `path`: a stream whose sectors lie in order is then read
+    // from the file in parts instead.
+    bool LoadContainer(const class CompoundFile& container, const orderview::MappedFile* mapped = nullptr,
+                       const orderview::FilePath* path = nullptr);
     bool LoadFile(const orderview::FilePath& path);
     bool SaveFile(const orderview::FilePath& path);
 

@@ -7,6 +7,8 @@
 #include <xmmintrin.h>
 #endif
 
+#include "xls/stream_window.h"
+
 namespace xls {
 
 using biff::Builder;
@@ -600,12 +602,18 @@ bool InCellTable(std::uint16_t code)
 std::size_t Worksheet::Read(const char* stream, std::size_t size, CellSink* sink,
                             const std::vector<std::u16string>* strings, const std::vector<bool>* wideStrings)
 {
-    const auto* base = reinterpret_cast<const std::uint8_t*>(stream);
+    StreamWindow window(reinterpret_cast<const std::uint8_t*>(stream), size);
+    return Read(window, 0, sink, strings, wideStrings);
+}
+
+std::size_t Worksheet::Read(StreamWindow& window, std::size_t start, CellSink* sink,
+                            const std::vector<std::u16string>* strings, const std::vector<bool>* wideStrings)
+{
     head.clear();
     tail.clear();
     window2At = 0;
     rowFormats.clear();
-    std::size_t at = 0;
+    std::size_t at = start;
     bool pendingString = false;  // a formula whose text result follows in a String record
     std::uint16_t pendingRow = 0, pendingCol = 0, pendingXF = 0;
     int depth = 0;               // nested substreams (embedded charts) have a BOF and EOF of their own
@@ -613,20 +621,26 @@ std::size_t Worksheet::Read(const char* stream, std::size_t size, CellSink* sink
     // Counted once: the size of a vector<bool> takes several steps.
     const std::size_t stringCount = strings ? strings->size() : 0;
     const std::size_t wideCount = wideStrings ? wideStrings->size() : 0;
-    // A record kept as it is, with its CONTINUE parts: before the cell table, or after it.
+    // A record read whole, with its CONTINUE parts; the bytes it took, 0 when it is damaged.
+    auto read = [&](Record& record) -> std::size_t {
+        window.HoldRecordChain(at);
+        const std::size_t held = window.HeldFrom(at);
+        return held ? record.ReadFrom(reinterpret_cast<const char*>(window.At(at)), held) : 0;
+    };
+    // A record kept as it is: before the cell table, or after it.
     auto keep = [&]() -> std::size_t {
         std::vector<Record>& list = (inTable || window2Seen) ? tail : head;
         list.emplace_back();
-        const std::size_t consumed = list.back().ReadFrom(stream + at, size - at);
+        const std::size_t consumed = read(list.back());
         if (consumed == 0) list.pop_back();
         return consumed;
     };
-    while (at + 4 <= size) {
-        if (size - at > kReadAhead) Prefetch(base + at + kReadAhead);
-        const std::uint16_t code = biff::U16(base + at);
-        const std::size_t length = biff::U16(base + at + 2);
-        if (length > size - at - 4) return 0;  // the record runs past the substream
-        const std::uint8_t* p = base + at + 4;
+    while (window.Hold(at, 4)) {
+        if (window.HeldFrom(at) > kReadAhead) Prefetch(window.At(at) + kReadAhead);
+        const std::uint16_t code = biff::U16(window.At(at));
+        const std::size_t length = biff::U16(window.At(at) + 2);
+        if (!window.Hold(at, 4 + length)) return 0;  // the record runs past the substream
+        const std::uint8_t* p = window.At(at) + 4;
         // The commonest cell records, first: each has a fixed size, so one length check comes
         // before its fields are read in place (a short one is skipped).
         if (depth == 1 && (code == 0x0203 || code == 0x00FD || code == 0x027E)) {
@@ -653,7 +667,7 @@ std::size_t Worksheet::Read(const char* stream, std::size_t size, CellSink* sink
             at += 4 + length;
             continue;
         }
-        if (at == 0 && code != 0x0809) return 0;
+        if (at == start && code != 0x0809) return 0;
         Cursor c(p, length);
         if (code == 0x0809) ++depth;
         const bool nested = depth > 1;  // counted before an EOF closes its substream
@@ -666,15 +680,15 @@ std::size_t Worksheet::Read(const char* stream, std::size_t size, CellSink* sink
         }
         if (!inTable && InCellTable(code)) inTable = true;
         switch (code) {
-        case 0x0809: bof.ReadFrom(stream + at, size - at); break;
-        case 0x020B: index.ReadFrom(stream + at, size - at); break;
-        case 0x0200: dimensions.ReadFrom(stream + at, size - at); break;
+        case 0x0809: read(bof); break;
+        case 0x020B: read(index); break;
+        case 0x0200: read(dimensions); break;
         case 0x023E:
-            window2.ReadFrom(stream + at, size - at);
+            read(window2);
             window2Seen = true;
             window2At = tail.size();
             break;
-        case 0x000A: return at + 4;
+        case 0x000A: return at + 4 - start;
         case kContinue: break;  // a part of a record that is rebuilt, or a stray one: dropped
         case 0x0208: {  // Row: a height, options or format other than the default are kept
             const CellTable::RowBlock::Row plain;
@@ -756,7 +770,7 @@ std::size_t Worksheet::Read(const char* stream, std::size_t size, CellSink* sink
         }
         case 0x0207: {  // String: the text result of the formula before it
             CellBlock::Formula::String record;
-            if (record.ReadFrom(stream + at, size - at) == 0) return 0;
+            if (read(record) == 0) return 0;
             if (pendingString && sink) sink->Text(pendingRow, pendingCol, pendingXF, record.text, record.wide);
             pendingString = false;
             at += record.recordSize;

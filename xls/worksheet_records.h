@@ -16,6 +16,8 @@
 
 namespace xls {
 
+class StreamWindow;
+
 // Receives the cell values of a sheet as it is read, each with its format index (XF).
 class ORDERVIEW_API CellSink {
 public:
@@ -248,6 +250,9 @@ public:
     // 0 when the substream is damaged.
     std::size_t Read(const char* stream, std::size_t size, CellSink* sink,
                      const std::vector<std::u16string>* strings = nullptr, const std::vector<bool>* wideStrings = nullptr);
+    // The same from position `start` of a workbook stream read through a window (internal).
+    std::size_t Read(StreamWindow& stream, std::size_t start, CellSink* sink,
+                     const std::vector<std::u16string>* strings, const std::vector<bool>* wideStrings);
     // Writes the sheet into `stream` of `capacity` bytes; returns the bytes written, or 0 when
     // they do not fit.
     std::size_t Write(char* stream, std::size_t capacity);

@@ -1,0 +1,255 @@
+// A workbook stream read from its file in parts must read as the same stream held whole: the
+// window's bytes, the record chains it holds, the sheets read through it, and whole workbooks
+// loaded from files against the same bytes loaded from memory.
+#include <gtest/gtest.h>
+
+#include <cstdio>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <random>
+#include <sstream>
+#include <string>
+#include <vector>
+
+#include "support/temp_folder.h"
+#include "xls/book.h"
+#include "xls/compound_file.h"
+#include "xls/stream_window.h"
+#include "xls/workbook_records.h"
+#include "xls/worksheet_records.h"
+
+namespace {
+
+using Bytes = std::vector<std::uint8_t>;
+
+void WriteFile(const std::string& path, const Bytes& bytes)
+{
+    std::ofstream out(path, std::ios::binary);
+    out.write(reinterpret_cast<const char*>(bytes.data()), static_cast<std::streamsize>(bytes.size()));
+}
+
+Bytes ReadFile(const std::filesystem::path& path)
+{
+    std::ifstream in(path, std::ios::binary);
+    return Bytes((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>());
+}
+
+// Records of random codes and lengths, a fifth of them CONTINUE parts, the last one cut short.
+Bytes RecordStream(std::mt19937& random)
+{
+    Bytes stream;
+    for (int i = 0; i < 400; ++i) {
+        const std::uint16_t code = random() % 5 == 0 ? 0x003C : static_cast<std::uint16_t>(random() % 0x300);
+        const std::size_t length = random() % 10 == 0 ? 2000 + random() % 6000 : random() % 120;
+        stream.push_back(static_cast<std::uint8_t>(code));
+        stream.push_back(static_cast<std::uint8_t>(code >> 8));
+        stream.push_back(static_cast<std::uint8_t>(length));
+        stream.push_back(static_cast<std::uint8_t>(length >> 8));
+        for (std::size_t k = 0; k < length; ++k) stream.push_back(static_cast<std::uint8_t>(random()));
+    }
+    stream.resize(stream.size() - 3);
+    return stream;
+}
+
+// Where the record at `at` ends with the CONTINUE parts after it; 0 when one runs past the end.
+std::size_t ChainEnd(const Bytes& stream, std::size_t at)
+{
+    std::size_t end = at;
+    for (bool first = true; end + 4 <= stream.size(); first = false) {
+        if (!first && (stream[end] | (stream[end + 1] << 8)) != 0x003C) break;
+        const std::size_t next = end + 4 + (stream[end + 2] | (stream[end + 3] << 8));
+        if (next > stream.size()) return 0;
+        end = next;
+    }
+    return end == at ? 0 : end;
+}
+
+TEST(StreamWindow, AFileReadInPartsHoldsWhatMemoryHolds)
+{
+    std::mt19937 random(5);
+    const Bytes stream = RecordStream(random);
+    const Bytes prefix(37, 0xEE);  // the stream starts inside the file
+    Bytes file = prefix;
+    file.insert(file.end(), stream.begin(), stream.end());
+    ovtest::TempFolder folder;
+    WriteFile(folder.File("stream.bin"), file);
+
+    for (const std::size_t part : {std::size_t{1}, std::size_t{3}, std::size_t{64}, std::size_t{5000}, std::size_t{1} << 20}) {
+        SCOPED_TRACE(part);
+        orderview::FileReader reader(orderview::FilePath(folder.File("stream.bin")));
+        ASSERT_TRUE(reader.IsOpen());
+        xls::StreamWindow whole(stream.data(), stream.size());
+        xls::StreamWindow parts(reader, prefix.size(), stream.size(), part);
+        std::size_t at = 0, records = 0;
+        while (whole.Hold(at, 4)) {
+            ASSERT_TRUE(parts.Hold(at, 4)) << at;
+            const std::size_t length = whole.At(at)[2] | (whole.At(at)[3] << 8);
+            const std::size_t end = ChainEnd(stream, at);
+            ASSERT_EQ(whole.HoldRecordChain(at), end) << at;
+            ASSERT_EQ(parts.HoldRecordChain(at), end) << at;
+            // What a record reader is then shown: the chain and the header after it.
+            const std::size_t shown = std::min(whole.HeldFrom(at), (end ? end : at) + 4 - at);
+            ASSERT_GE(parts.HeldFrom(at), shown) << at;
+            ASSERT_EQ(0, std::memcmp(whole.At(at), parts.At(at), shown)) << at;
+            at += 4 + length;
+            ++records;
+        }
+        EXPECT_GE(records, 399u);  // the walk went through (the last header may be cut)
+        // Past the end: refused, with the stream's last bytes held.
+        const std::size_t last = stream.size() - 10;
+        EXPECT_FALSE(parts.Hold(last, 11));
+        ASSERT_EQ(parts.HeldFrom(last), 10u);
+        EXPECT_EQ(0, std::memcmp(parts.At(last), stream.data() + last, 10));
+        // Back to the start: read again.
+        ASSERT_TRUE(parts.Hold(0, 100));
+        EXPECT_EQ(0, std::memcmp(parts.At(0), stream.data(), 100));
+    }
+}
+
+TEST(StreamWindow, AFileShorterThanTheStreamFailsTheHold)
+{
+    ovtest::TempFolder folder;
+    WriteFile(folder.File("short.bin"), Bytes(1000, 7));
+    orderview::FileReader reader(orderview::FilePath(folder.File("short.bin")));
+    xls::StreamWindow window(reader, 0, 5000, 256);
+    EXPECT_TRUE(window.Hold(0, 256));
+    EXPECT_FALSE(window.Hold(900, 200));  // the file ends at 1000
+    EXPECT_FALSE(window.Hold(4000, 4));
+    EXPECT_EQ(window.HoldRecordChain(4000), 0u);
+    EXPECT_TRUE(window.Hold(0, 4));  // the window recovers
+    orderview::FileReader missing(orderview::FilePath(folder.File("missing.bin")));
+    EXPECT_FALSE(missing.IsOpen());
+}
+
+// Every call, as text.
+class RecordingSink : public xls::CellSink {
+public:
+    std::ostringstream calls;
+    void Integer(std::uint16_t r, std::uint16_t c, std::uint16_t xf, std::int32_t v) override
+    {
+        calls << "I" << r << ',' << c << ',' << xf << ',' << v << '\n';
+    }
+    void Double(std::uint16_t r, std::uint16_t c, std::uint16_t xf, double v) override
+    {
+        calls << "D" << r << ',' << c << ',' << xf << ',' << v << '\n';
+    }
+    void Text(std::uint16_t r, std::uint16_t c, std::uint16_t xf, const std::u16string& t, bool wide) override
+    {
+        calls << "T" << r << ',' << c << ',' << xf << ',' << t.size() << ',' << wide << '\n';
+    }
+    void MissingText(std::uint16_t r, std::uint16_t c, std::uint16_t xf, std::uint32_t index) override
+    {
+        calls << "M" << r << ',' << c << ',' << xf << ',' << index << '\n';
+    }
+    void Logical(std::uint16_t r, std::uint16_t c, std::uint16_t xf, std::uint8_t v, bool error) override
+    {
+        calls << "L" << r << ',' << c << ',' << xf << ',' << int(v) << error << '\n';
+    }
+    void Blank(std::uint16_t r, std::uint16_t c, std::uint16_t xf) override
+    {
+        calls << "B" << r << ',' << c << ',' << xf << '\n';
+    }
+};
+
+std::string Records(const std::vector<xls::Record>& records)
+{
+    std::string out;
+    for (const xls::Record& r : records) out += std::to_string(r.code) + ":" + std::string(r.data.begin(), r.data.end()) + "|";
+    return out;
+}
+
+// A workbook past a few parts: 3 sheets, shared strings long enough to need CONTINUE parts.
+Bytes LargeWorkbook()
+{
+    xls::Book book;
+    book.New(3);
+    for (std::size_t s = 0; s < 3; ++s) {
+        xls::Sheet* sheet = book.GetWorksheet(s);
+        for (std::size_t r = 0; r < 3000; ++r) {
+            sheet->Cell(r, 0)->Set(static_cast<int>(r));
+            sheet->Cell(r, 1)->Set(r * 0.37);
+            sheet->Cell(r, 2)->Set(("text " + std::to_string(r * 7 % 1000)).c_str());
+        }
+        sheet->Cell(5, 3)->Set(std::string(9000 + s, 'x').c_str());
+    }
+    Bytes image;
+    EXPECT_TRUE(book.SaveToMemory(image));
+    return image;
+}
+
+std::vector<std::pair<std::string, Bytes>> Workbooks()
+{
+    std::vector<std::pair<std::string, Bytes>> books{{"large", LargeWorkbook()}};
+    const auto folder = std::filesystem::path(ORDERVIEW_FUZZ_REGRESSIONS);
+    for (const char* target : {"workbook", "workbook_roundtrip", "workbook_edit"})
+        if (std::filesystem::exists(folder / target))
+            for (const auto& entry : std::filesystem::directory_iterator(folder / target))
+                if (entry.is_regular_file()) books.emplace_back(entry.path().string(), ReadFile(entry.path()));
+    return books;
+}
+
+TEST(StreamWindow, SheetsReadThroughSmallPartsAsFromTheWholeStream)
+{
+    ovtest::TempFolder folder;
+    std::size_t sheetsCompared = 0;
+    for (const auto& [name, image] : Workbooks()) {
+        SCOPED_TRACE(name);
+        xls::CompoundFile container;
+        std::wstring streamName;
+        Bytes stream;
+        if (!container.OpenMemory(image.data(), image.size()) || !container.FindStreamNoCase(L"Workbook", streamName) ||
+            !container.ReadStream(L"\\" + streamName, stream))
+            continue;
+        xls::Workbook globals;
+        if (globals.Read(reinterpret_cast<const char*>(stream.data()), stream.size()) == 0) continue;
+        WriteFile(folder.File("stream.bin"), stream);
+        for (const auto& sheet : globals.boundSheets) {
+            const std::size_t position = sheet.streamPosition;
+            if (position >= stream.size()) continue;
+            xls::Worksheet expected;
+            RecordingSink expectedCalls;
+            const std::size_t consumed = expected.Read(reinterpret_cast<const char*>(stream.data()) + position,
+                                                       stream.size() - position, &expectedCalls, &globals.sst.strings,
+                                                       &globals.sst.wide);
+            for (const std::size_t part : {std::size_t{1}, std::size_t{7}, std::size_t{300}}) {
+                SCOPED_TRACE(part);
+                orderview::FileReader reader(orderview::FilePath(folder.File("stream.bin")));
+                xls::StreamWindow window(reader, 0, stream.size(), part);
+                xls::Worksheet actual;
+                RecordingSink actualCalls;
+                EXPECT_EQ(actual.Read(window, position, &actualCalls, &globals.sst.strings, &globals.sst.wide), consumed);
+                EXPECT_EQ(actualCalls.calls.str(), expectedCalls.calls.str());
+                EXPECT_EQ(Records(actual.head), Records(expected.head));
+                EXPECT_EQ(Records(actual.tail), Records(expected.tail));
+                EXPECT_EQ(actual.dimensions.lastRowPlus1, expected.dimensions.lastRowPlus1);
+            }
+            ++sheetsCompared;
+        }
+    }
+    EXPECT_GE(sheetsCompared, 3u);
+}
+
+TEST(StreamWindow, AWorkbookLoadedFromItsFileAsFromItsBytes)
+{
+    ovtest::TempFolder folder;
+    for (const auto& [name, image] : Workbooks()) {
+        SCOPED_TRACE(name);
+        WriteFile(folder.File("book.xls"), image);
+        xls::Book fromFile, fromMemory;
+        const bool loaded = fromMemory.LoadFromMemory(image.data(), image.size());
+        ASSERT_EQ(fromFile.Load(folder.File("book.xls").c_str()), loaded);
+        if (name == "large") {
+            ASSERT_TRUE(loaded);
+            EXPECT_EQ(fromFile.GetWorksheet(2)->Cell(2999, 2)->GetString(), std::string("text 993"));
+            EXPECT_EQ(fromFile.GetWorksheet(2)->Cell(5, 3)->GetStringLength(), 9002u);
+        }
+        if (!loaded) continue;
+        EXPECT_EQ(fromFile.GetMissingStringCount(), fromMemory.GetMissingStringCount());
+        Bytes saved, expected;
+        ASSERT_EQ(fromFile.SaveToMemory(saved), fromMemory.SaveToMemory(expected));
+        EXPECT_TRUE(saved == expected);
+    }
+}
+
+}  // namespace
