@@ -621,11 +621,28 @@ std::size_t Worksheet::Read(StreamWindow& window, std::size_t start, CellSink* s
     // Counted once: the size of a vector<bool> takes several steps.
     const std::size_t stringCount = strings ? strings->size() : 0;
     const std::size_t wideCount = wideStrings ? wideStrings->size() : 0;
+    // The window's held bytes [heldFrom, heldTo), copied here: the walk checks them per record,
+    // and would reload them from the window after every call to the sink. The walk only moves
+    // on, so heldFrom <= at <= heldTo holds throughout.
+    const std::uint8_t* held = nullptr;  // the bytes of position heldFrom
+    std::size_t heldFrom = at, heldTo = at;
+    auto refresh = [&]() {
+        heldFrom = at;
+        heldTo = at + window.HeldFrom(at);
+        held = heldTo > at ? window.At(at) : nullptr;
+    };
+    // Makes [at, at + n) readable.
+    auto hold = [&](std::size_t n) -> bool {
+        if (n <= heldTo - at) return true;
+        const bool holds = window.Hold(at, n);
+        refresh();
+        return holds;
+    };
     // A record read whole, with its CONTINUE parts; the bytes it took, 0 when it is damaged.
     auto read = [&](Record& record) -> std::size_t {
         window.HoldRecordChain(at);
-        const std::size_t held = window.HeldFrom(at);
-        return held ? record.ReadFrom(reinterpret_cast<const char*>(window.At(at)), held) : 0;
+        refresh();
+        return held ? record.ReadFrom(reinterpret_cast<const char*>(held), heldTo - at) : 0;
     };
     // A record kept as it is: before the cell table, or after it.
     auto keep = [&]() -> std::size_t {
@@ -635,12 +652,13 @@ std::size_t Worksheet::Read(StreamWindow& window, std::size_t start, CellSink* s
         if (consumed == 0) list.pop_back();
         return consumed;
     };
-    while (window.Hold(at, 4)) {
-        if (window.HeldFrom(at) > kReadAhead) Prefetch(window.At(at) + kReadAhead);
-        const std::uint16_t code = biff::U16(window.At(at));
-        const std::size_t length = biff::U16(window.At(at) + 2);
-        if (!window.Hold(at, 4 + length)) return 0;  // the record runs past the substream
-        const std::uint8_t* p = window.At(at) + 4;
+    while (hold(4)) {
+        const std::uint8_t* header = held + (at - heldFrom);
+        if (heldTo - at > kReadAhead) Prefetch(header + kReadAhead);
+        const std::uint16_t code = biff::U16(header);
+        const std::size_t length = biff::U16(header + 2);
+        if (!hold(4 + length)) return 0;  // the record runs past the substream
+        const std::uint8_t* p = held + (at - heldFrom) + 4;
         // The commonest cell records, first: each has a fixed size, so one length check comes
         // before its fields are read in place (a short one is skipped).
         if (depth == 1 && (code == 0x0203 || code == 0x00FD || code == 0x027E)) {
