@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <cstdint>
-#include <cstdio>
 #include <cstring>
 
 #include "xls/cell_table_writer.h"
@@ -40,8 +39,6 @@ bool ValidName(const std::u16string& name)
     return true;
 }
 
-// Puts the cell values of a sheet substream into a sheet's grid. Shared strings are converted
-// once, the first time a cell uses them, and their cells share that one copy of the text.
 #if defined(__GNUC__) || defined(__clang__)
 #define NOINLINE __attribute__((noinline))
 #elif defined(_MSC_VER)
@@ -50,6 +47,8 @@ bool ValidName(const std::u16string& name)
 #define NOINLINE
 #endif
 
+// Puts the cell values of a sheet substream into a sheet's grid. Shared strings are converted
+// once, the first time a cell uses them, and their cells share that one copy of the text.
 class GridSink : public CellSink {
 public:
     // `records` is the sheet substream being read into `sheet`.
