@@ -76,8 +76,8 @@ TEST(MappedFile, ShowsTheBytesAndLetsGo)
     for (std::size_t i = 0; i < content.size(); ++i) content[i] = static_cast<char>(i * 7 + i / 300);
     folder.Write("data.bin", content);
     folder.Write("empty.bin", "");
-    {
-        const orderview::MappedFile mapped(CString(folder.File("data.bin")));
+    for (const bool readAll : {true, false}) {  // pages mapped at once, or as they are read
+        const orderview::MappedFile mapped(CString(folder.File("data.bin")), readAll);
         ASSERT_TRUE(mapped.IsOpen());
         ASSERT_EQ(mapped.Size(), content.size());
         EXPECT_EQ(std::string(reinterpret_cast<const char*>(mapped.Data()), mapped.Size()), content);
@@ -89,6 +89,39 @@ TEST(MappedFile, ShowsTheBytesAndLetsGo)
     }
     ASSERT_TRUE(orderview::ReplaceFileAtomically(CString(folder.File("data.bin")), "new"));
     EXPECT_EQ(folder.Read("data.bin"), "new");
+}
+
+TEST(FileReader, ReadsPartsAtAnyOffset)
+{
+    ovtest::TempFolder folder;
+    std::string content(70000, '\0');
+    for (std::size_t i = 0; i < content.size(); ++i) content[i] = static_cast<char>(i * 7 + i / 300);
+    folder.Write("data.bin", content);
+    orderview::FileReader reader(CString(folder.File("data.bin")));
+    ASSERT_TRUE(reader.IsOpen());
+    const struct {
+        std::uint64_t offset;
+        std::size_t size;
+        bool read;
+    } cases[] = {
+        {0, 100, true},
+        {100, 4096, true},      // on from where the last read ended
+        {65000, 5000, true},    // up to the end exactly
+        {10, 10, true},         // back
+        {69990, 11, false},     // one byte past the end
+        {40000, 30, true},      // after a failed read
+        {70000, 0, true},       // nothing, at the end
+        {80000, 1, false},      // past the end
+    };
+    for (const auto& c : cases) {
+        std::string part(c.size, '\xAA');
+        EXPECT_EQ(reader.ReadAt(c.offset, &part[0], c.size), c.read) << c.offset;
+        if (c.read) EXPECT_EQ(part, content.substr(static_cast<std::size_t>(c.offset), c.size)) << c.offset;
+    }
+    orderview::FileReader missing(CString(folder.File("missing.bin")));
+    EXPECT_FALSE(missing.IsOpen());
+    char byte = 0;
+    EXPECT_FALSE(missing.ReadAt(0, &byte, 1));
 }
 
 TEST(ReplacingFile, UncommittedOrFailedLeavesTheTargetAsItWas)
