@@ -3,12 +3,15 @@
 #include <gtest/gtest.h>
 
 #include <filesystem>
+#include <functional>
 #include <fstream>
 #include <iterator>
 
 #include "fuzz/compound_file_input.h"
 #include "fuzz/roundtrip_input.h"
+#include "fuzz/stream_parts_input.h"
 #include "fuzz/workbook_input.h"
+#include "support/temp_folder.h"
 
 namespace {
 
@@ -39,8 +42,8 @@ void FeedAll(const char* target, void (*feed)(const std::uint8_t*, std::size_t))
     EXPECT_FALSE(inputs.empty()) << "the seed inputs are missing";
 }
 
-// The round-trip targets' own findings, and every workbook input kept for the loader.
-void RoundTripAll(const char* target, std::string (*check)(const std::uint8_t*, std::size_t))
+// A checking target's own findings, and every workbook input kept for the loader.
+void CheckAll(const char* target, const std::function<std::string(const std::uint8_t*, std::size_t)>& check)
 {
     auto inputs = Inputs(target);
     const auto loader = Inputs("workbook");
@@ -54,7 +57,15 @@ void RoundTripAll(const char* target, std::string (*check)(const std::uint8_t*, 
 
 TEST(FuzzRegressions, CompoundFile) { FeedAll("compound_file", FeedCompoundFile); }
 TEST(FuzzRegressions, Workbook) { FeedAll("workbook", FeedWorkbook); }
-TEST(FuzzRegressions, WorkbookRoundTrip) { RoundTripAll("workbook_roundtrip", roundtrip::RoundTrip); }
-TEST(FuzzRegressions, WorkbookEdit) { RoundTripAll("workbook_edit", roundtrip::EditedRoundTrip); }
+TEST(FuzzRegressions, WorkbookRoundTrip) { CheckAll("workbook_roundtrip", roundtrip::RoundTrip); }
+TEST(FuzzRegressions, WorkbookEdit) { CheckAll("workbook_edit", roundtrip::EditedRoundTrip); }
+
+TEST(FuzzRegressions, StreamParts)
+{
+    ovtest::TempFolder folder;
+    CheckAll("stream_parts", [&](const std::uint8_t* data, std::size_t size) {
+        return stream_parts::Compare(data, size, folder.path());
+    });
+}
 
 }  // namespace

@@ -10,7 +10,7 @@ corpus="${ORDERVIEW_CORPUS_DIR:-../shared/corpus/xls}"
 cmake --preset fuzz >/dev/null
 cmake --build --preset fuzz
 status=0
-for target in compound_file workbook workbook_roundtrip workbook_edit; do
+for target in compound_file workbook workbook_roundtrip workbook_edit stream_parts; do
   work=$(mktemp -d)
   mkdir -p "$work/seeds" "$work/artifacts"
   [ -d "$corpus" ] && cp "$corpus"/*.xls "$work/seeds/" 2>/dev/null || true
