@@ -478,6 +478,64 @@ TEST(BookMemory, ACellOverwrittenWhileLoadingLeavesItsTextWithTheOthers)
     EXPECT_STREQ(copies[1].GetString(), "shared");
 }
 
+// A loaded sheet lends each shared string's text to its cells and holds it once for them: every
+// way a cell leaves the sheet (copied, moved, copied into another book) takes a hold of its own,
+// and cells moved within the sheet as its rows widen keep their texts. Each way has a text of its
+// own, so that no other holder keeps a text alive for it.
+TEST(BookMemory, LoadedTextsOutliveTheirSheetInEveryCopyAndMove)
+{
+    const auto narrow = [](int row) { return "narrow " + std::to_string(row); };
+    const auto wide = [](int row) { return L"wide \u20AC " + std::to_wstring(row); };
+    Book book;
+    book.New(2);
+    for (int r = 0; r < 6; ++r)
+        for (std::size_t s = 0; s < 2; ++s)
+            for (std::size_t c = 0; c < 3; ++c) {  // each text in three cells
+                book.GetWorksheet(s)->Cell(r, c)->Set(narrow(r).c_str());
+                book.GetWorksheet(s)->Cell(r, 3 + c)->Set(wide(r).c_str());
+            }
+    std::vector<std::uint8_t> image;
+    ASSERT_TRUE(book.SaveToMemory(image));
+
+    Book target;
+    target.New(1);
+    Cell copyAssigned, moveAssigned, wideMoved;
+    std::vector<Cell> constructed;  // by copy, then by move
+    constructed.reserve(2);
+    {
+        Book loaded;
+        ASSERT_TRUE(loaded.LoadFromMemory(image.data(), image.size()));
+        xls::Sheet* sheet = loaded.GetWorksheet(0);
+        copyAssigned = *sheet->Cell(0, 0);
+        moveAssigned = std::move(*sheet->Cell(1, 0));
+        constructed.push_back(*sheet->Cell(2, 0));
+        constructed.push_back(std::move(*sheet->Cell(3, 0)));
+        *target.GetWorksheet(0)->Cell(0, 0) = *sheet->Cell(4, 0);
+        wideMoved = std::move(*sheet->Cell(5, 3));
+        // Row 5 widens past its room: its cells move to new memory within the sheet.
+        sheet->Cell(5, 200)->Set(1);
+        EXPECT_EQ(sheet->Cell(5, 0)->GetString(), narrow(5));
+        EXPECT_EQ(sheet->Cell(5, 4)->GetWString(), wide(5));
+        sheet->Cell(5, 0)->Set(2.5);  // a lent cell overwritten
+        EXPECT_EQ(sheet->Cell(5, 0)->GetDouble(), 2.5);
+        EXPECT_EQ(sheet->Cell(5, 1)->GetString(), narrow(5));
+        ASSERT_TRUE(loaded.DeleteWorksheet(std::size_t{1}));  // the other sheet lent the same texts
+        EXPECT_EQ(sheet->Cell(5, 5)->GetWString(), wide(5));
+    }
+    const std::pair<const Cell*, int> narrowCells[] = {
+        {&copyAssigned, 0}, {&moveAssigned, 1}, {&constructed[0], 2}, {&constructed[1], 3}, {target.GetWorksheet(0)->Cell(0, 0), 4}};
+    for (const auto& [cell, row] : narrowCells) {
+        EXPECT_EQ(cell->Type(), Cell::kString) << row;
+        EXPECT_EQ(cell->GetString(), narrow(row));
+    }
+    EXPECT_EQ(wideMoved.Type(), Cell::kWString);
+    EXPECT_EQ(wideMoved.GetWString(), wide(5));
+    // The copies hold their texts as any cell does: they change and go independently.
+    Cell again = moveAssigned;
+    moveAssigned.Set("changed");
+    EXPECT_EQ(again.GetString(), narrow(1));
+}
+
 }  // namespace
 
 namespace {

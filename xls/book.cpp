@@ -53,9 +53,16 @@ class GridSink : public CellSink {
 public:
     // `records` is the sheet substream being read into `sheet`.
     GridSink(Sheet& sheet, const Worksheet& records, std::size_t sharedStrings)
-        : sheet_(sheet), records_(records), shared_(new TextHolds[sharedStrings])
+        : sheet_(sheet), records_(records), shared_(new TextHolds[sharedStrings]), sharedCount_(sharedStrings)
     {
     }
+    // The sheet keeps the texts it was lent.
+    ~GridSink()
+    {
+        for (std::size_t i = 0; i < sharedCount_; ++i) shared_[i].HandTo(sheet_);
+    }
+    GridSink(const GridSink&) = delete;
+    GridSink& operator=(const GridSink&) = delete;
     // The common cells, a number or a converted shared string into a cell the sheet holds
     // already with no text to release, are stored without a call.
     void SharedText(std::uint16_t row, std::uint16_t col, std::uint16_t xf, std::uint32_t index,
@@ -161,6 +168,7 @@ private:
     const Worksheet& records_;
     bool reserved_ = false;
     std::unique_ptr<TextHolds[]> shared_;  // each shared string's text, once a cell used it
+    std::size_t sharedCount_;
     std::string narrow_;
     std::size_t missing_ = 0;
 };

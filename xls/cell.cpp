@@ -7,6 +7,7 @@
 #include <cwchar>
 #include <new>
 
+#include "xls/sheet.h"
 #include "xls/text_holds.h"
 
 namespace xls {
@@ -58,8 +59,10 @@ void Drop(void* chars)
 
 void Cell::Release()
 {
-    if (type_ == kString) Drop(value_.s);
-    if (type_ == kWString) Drop(value_.w);
+    if (logical_ != kLent) {
+        if (type_ == kString) Drop(value_.s);
+        if (type_ == kWString) Drop(value_.w);
+    }
     type_ = kUndefined;
     logical_ = kNotLogical;
     length_ = 0;
@@ -71,7 +74,7 @@ void Cell::CopyFrom(const Cell& other)
     xf_ = other.xf_;
     type_ = other.type_;
     value_ = other.value_;
-    logical_ = other.logical_;
+    logical_ = type_ >= kString ? std::uint8_t{kNotLogical} : other.logical_;
     length_ = 0;
     if (type_ == kString) {
         length_ = other.length_;
@@ -84,9 +87,32 @@ void Cell::CopyFrom(const Cell& other)
 
 Cell::Cell(const Cell& other) : Cell() { CopyFrom(other); }
 
+void Cell::Own()
+{
+    if (logical_ != kLent) return;
+    logical_ = kNotLogical;
+    if (type_ == kString && !Share(value_.s)) value_.s = NewText(value_.s, length_);
+    if (type_ == kWString && !Share(value_.w)) value_.w = NewText(value_.w, length_);
+}
+
+void Cell::Relocate(Cell* from, std::size_t count, Cell* to)
+{
+    for (std::size_t c = 0; c < count; ++c) {
+        Cell* cell = new (to + c) Cell();
+        cell->value_ = from[c].value_;
+        cell->length_ = from[c].length_;
+        cell->type_ = from[c].type_;
+        cell->logical_ = from[c].logical_;
+        cell->xf_ = from[c].xf_;
+        from[c].type_ = kUndefined;  // its text, if any, moved: nothing to release
+        from[c].~Cell();
+    }
+}
+
 Cell::Cell(Cell&& other) noexcept
     : value_(other.value_), length_(other.length_), type_(other.type_), logical_(other.logical_), xf_(other.xf_)
 {
+    Own();  // the cell may leave the sheet that lent the text
     other.type_ = kUndefined;
     other.logical_ = kNotLogical;
     other.length_ = 0;
@@ -111,6 +137,7 @@ Cell& Cell::operator=(Cell&& other) noexcept
         type_ = other.type_;
         logical_ = other.logical_;
         xf_ = other.xf_;
+        Own();
         other.type_ = kUndefined;
         other.logical_ = kNotLogical;
         other.length_ = 0;
@@ -197,42 +224,19 @@ void Cell::SetLogical(int value, bool isError)
 
 void TextHolds::SetString(const char* text, std::size_t length)
 {
-    Settle();
-    text_.SetString(text, length);
-    Reserve();
+    if (empty()) text_.SetString(text, length);
 }
 
 void TextHolds::SetWString(const wchar_t* text, std::size_t length)
 {
-    Settle();
-    text_.SetWString(text, length);
-    Reserve();
+    if (empty()) text_.SetWString(text, length);
 }
 
-void* TextHolds::Chars() const
+void TextHolds::HandTo(Sheet& sheet)
 {
-    return text_.type_ == Cell::kString ? static_cast<void*>(text_.value_.s) : static_cast<void*>(text_.value_.w);
-}
-
-void TextHolds::Reserve()
-{
-    HeaderOf(Chars())->holders.fetch_add(kHoldReserve, std::memory_order_relaxed);
-    reserved_ = true;
-}
-
-void TextHolds::TopUp()
-{
-    HeaderOf(Chars())->holders.fetch_add(kHoldReserve, std::memory_order_relaxed);
-    pending_ = 0;
-}
-
-void TextHolds::Settle()
-{
-    if (!reserved_) return;
-    // The text itself still holds the block: the count cannot reach zero here.
-    HeaderOf(Chars())->holders.fetch_sub(kHoldReserve - pending_, std::memory_order_acq_rel);
-    pending_ = 0;
-    reserved_ = false;
+    if (lent_) sheet.lentTexts_.push_back(std::move(text_));
+    text_.EraseContents();
+    lent_ = false;
 }
 
 }  // namespace xls

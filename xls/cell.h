@@ -25,7 +25,7 @@ public:
     Cell() { value_.i = 0; }
     ~Cell()
     {
-        if (type_ >= kString) Release();
+        if (type_ >= kString && logical_ != kLent) Release();
     }
     Cell(const Cell& other);
     Cell(Cell&& other) noexcept;
@@ -86,8 +86,14 @@ public:
 
 private:
     friend class TextHolds;  // lends one text to many cells while a sheet is loaded
+    friend class Sheet;      // moves its cells as its rows widen
     void Release();
     void CopyFrom(const Cell& other);
+    // Makes a lent string cell a holder of its text itself.
+    void Own();
+    // Moves `count` cells of one sheet to the uninitialised `to`, their texts' holds as they are:
+    // the cells stay in the sheet that lent them their texts.
+    static void Relocate(Cell* from, std::size_t count, Cell* to);
 
     union {
         std::int32_t i;
@@ -97,7 +103,9 @@ private:
     } value_;
     std::uint32_t length_ = 0;
     std::uint8_t type_ = kUndefined;
-    enum : std::uint8_t { kNotLogical, kBoolean, kError };
+    // kLent: a string cell whose text its sheet holds for it (a loaded shared string, lent to
+    // many cells at once), so that the cell counts no hold of its own.
+    enum : std::uint8_t { kNotLogical, kBoolean, kError, kLent };
     std::uint8_t logical_ = kNotLogical;
     std::uint16_t xf_ = kDefaultFormat;
 };

@@ -43,10 +43,7 @@ void Sheet::Widen(Row& row, std::size_t width)
     if (width > row.capacity_) {
         const std::size_t capacity = std::min<std::size_t>(kMaxCols, std::max<std::size_t>(width, 2u * row.capacity_));
         auto* cells = static_cast<xls::Cell*>(arena_.Allocate(capacity * sizeof(xls::Cell)));
-        for (std::size_t c = 0; c < row.size_; ++c) {
-            new (cells + c) xls::Cell(std::move(row.cells_[c]));
-            row.cells_[c].~Cell();
-        }
+        xls::Cell::Relocate(row.cells_, row.size_, cells);
         if (row.cells_) arena_.Deallocate(row.cells_, row.capacity_ * sizeof(xls::Cell));
         row.cells_ = cells;
         row.capacity_ = static_cast<std::uint16_t>(capacity);

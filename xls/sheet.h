@@ -118,6 +118,7 @@ public:
     void SetIndex(std::size_t index) { index_ = index; }
 
 private:
+    friend class TextHolds;  // hands the sheet the texts it lent the sheet's cells
     xls::Cell* Grow(std::size_t row, std::size_t col);
     void Widen(Row& row, std::size_t width);
 
@@ -128,6 +129,8 @@ private:
     // touched one is as wide as the sheet was when its last cell was touched.
     CellArena arena_;
     Grid grid_{GridAllocator<Row>(&arena_)};
+    // The texts lent to the sheet's cells as it was loaded, each held once for all of them.
+    std::vector<xls::Cell> lentTexts_;
     std::string ansiName_;
     std::wstring wideName_;
 };
