@@ -59,7 +59,7 @@ public:
     // The sheet keeps the texts it was lent.
     ~GridSink()
     {
-        for (std::size_t i = 0; i < sharedCount_; ++i) shared_[i].HandTo(sheet_);
+        TextHolds::HandTo(shared_.get(), sharedCount_, sheet_);
     }
     GridSink(const GridSink&) = delete;
     GridSink& operator=(const GridSink&) = delete;

@@ -232,11 +232,25 @@ void TextHolds::SetWString(const wchar_t* text, std::size_t length)
     if (empty()) text_.SetWString(text, length);
 }
 
-void TextHolds::HandTo(Sheet& sheet)
+void TextHolds::HandTo(TextHolds* holds, std::size_t count, Sheet& sheet)
 {
-    if (lent_) sheet.lentTexts_.push_back(std::move(text_));
-    text_.EraseContents();
-    lent_ = false;
+    std::size_t lent = 0;
+    for (std::size_t i = 0; i < count; ++i) lent += holds[i].lent();
+    if (lent) {
+        const std::size_t total = sheet.lentCount_ + lent;
+        auto* texts = static_cast<Cell*>(sheet.arena_.Allocate(total * sizeof(Cell)));
+        Cell::Relocate(sheet.lentTexts_, sheet.lentCount_, texts);
+        if (sheet.lentTexts_) sheet.arena_.Deallocate(sheet.lentTexts_, sheet.lentCount_ * sizeof(Cell));
+        std::size_t at = sheet.lentCount_;
+        for (std::size_t i = 0; i < count; ++i)
+            if (holds[i].lent()) new (texts + at++) Cell(std::move(holds[i].text_));
+        sheet.lentTexts_ = texts;
+        sheet.lentCount_ = total;
+    }
+    for (std::size_t i = 0; i < count; ++i) {
+        holds[i].text_.EraseContents();
+        holds[i].text_.SetFormat(Cell::kDefaultFormat);
+    }
 }
 
 }  // namespace xls

@@ -254,12 +254,14 @@ bool Reader::StreamInPlace(std::uint32_t index, const std::uint8_t*& data, std::
     if (index >= entries_.size() || entries_[index].type != kStream) return false;
     const Entry& entry = entries_[index];
     if (entry.size == 0 || entry.size < miniCutoff_ || entry.size > size_) return false;
+    // The chain must run through `needed` sectors one after the other: each entry of the table
+    // names the next sector (such a chain cannot loop, so no list of the sectors is made).
     const std::size_t needed = static_cast<std::size_t>((entry.size + sectorSize_ - 1) / sectorSize_);
-    std::vector<std::uint32_t> sectors;
-    if (!Chain(entry.start, fat_, needed, sectors)) return false;
-    for (std::size_t i = 1; i < needed; ++i)
-        if (sectors[i] != sectors[0] + i) return false;
-    const std::size_t offset = (static_cast<std::size_t>(sectors[0]) + 1) * sectorSize_;
+    const std::size_t first = entry.start;
+    if (first >= fat_.size() || needed > fat_.size() - first) return false;
+    for (std::size_t i = 0; i + 1 < needed; ++i)
+        if (fat_[first + i] != first + i + 1) return false;
+    const std::size_t offset = (first + 1) * sectorSize_;
     if (offset > size_ || entry.size > size_ - offset) return false;
     data = data_ + offset;
     size = static_cast<std::size_t>(entry.size);

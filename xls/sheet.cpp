@@ -34,6 +34,7 @@ Sheet::~Sheet()
     arena_.Close();
     for (Row& row : grid_)
         for (xls::Cell& cell : row) cell.~Cell();
+    for (std::size_t i = 0; i < lentCount_; ++i) lentTexts_[i].~Cell();
 }
 
 // Makes the row `width` cells wide: new cells are undefined. A row that must move takes room for

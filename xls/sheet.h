@@ -129,8 +129,10 @@ private:
     // touched one is as wide as the sheet was when its last cell was touched.
     CellArena arena_;
     Grid grid_{GridAllocator<Row>(&arena_)};
-    // The texts lent to the sheet's cells as it was loaded, each held once for all of them.
-    std::vector<xls::Cell> lentTexts_;
+    // The texts lent to the sheet's cells as it was loaded, each held once for all of them (in
+    // the arena, whose large pages are mapped already).
+    xls::Cell* lentTexts_ = nullptr;
+    std::size_t lentCount_ = 0;
     std::string ansiName_;
     std::wstring wideName_;
 };

@@ -20,7 +20,7 @@ public:
     // A text lent and never handed to its sheet is left to its cells, never freed under them.
     ~TextHolds()
     {
-        if (lent_) text_.logical_ = Cell::kLent;
+        if (lent()) text_.logical_ = Cell::kLent;
     }
     TextHolds(const TextHolds&) = delete;
     TextHolds& operator=(const TextHolds&) = delete;
@@ -40,15 +40,19 @@ public:
         cell.type_ = text_.type_;
         cell.logical_ = Cell::kLent;
         cell.xf_ = xf;
-        lent_ = true;
+        text_.xf_ = kLentOnce;
     }
-    // Gives the text to `sheet`, which keeps it while it lives, when a cell was lent it; the
-    // holder is empty again.
-    void HandTo(Sheet& sheet);
+    // Gives `sheet` the texts of `count` holders that were lent to a cell, which it keeps while
+    // it lives; the holders are empty again.
+    static void HandTo(TextHolds* holds, std::size_t count, Sheet& sheet);
 
 private:
+    // The holder's own cell records in its (otherwise unused) format whether a cell was lent the
+    // text, so that a table of holders takes 16 bytes a string.
+    enum : std::uint16_t { kLentOnce = 1 };
+    bool lent() const { return text_.xf_ == kLentOnce; }
+
     Cell text_;
-    bool lent_ = false;
 };
 
 }  // namespace xls
