@@ -48,18 +48,17 @@ void Builder::Chars(const std::u16string& text, bool wide)
     }
 }
 
-bool FitsCompressed(const std::u16string& text)
+bool FitsCompressed(std::u16string_view text)
 {
     for (char16_t c : text)
         if (c > 0xFF) return false;
     return true;
 }
 
-std::u16string ContinuedChars(Cursor& c, std::size_t count, bool wide, const std::vector<std::size_t>& cuts,
-                              bool& anyWide)
+void ContinuedChars(Cursor& c, std::size_t count, bool wide, const std::vector<std::size_t>& cuts, bool& anyWide,
+                    std::u16string& text)
 {
-    std::u16string text;
-    text.reserve(std::min<std::size_t>(count, c.left()));
+    text.reserve(text.size() + std::min<std::size_t>(count, c.left()));
     std::size_t k = 0;
     while (count > 0 && c.ok()) {
         while (k < cuts.size() && cuts[k] < c.at()) ++k;
@@ -85,11 +84,10 @@ std::u16string ContinuedChars(Cursor& c, std::size_t count, bool wide, const std
         anyWide = anyWide || wide;
     }
     if (count > 0) c.Skip(c.left() + 1);  // characters missing: the cursor fails
-    return text;
 }
 
 void AppendContinuedChars(std::vector<std::uint8_t>& data, std::vector<std::size_t>& cuts, std::size_t& partStart,
-                          const std::u16string& text, bool wide)
+                          std::u16string_view text, bool wide)
 {
     Builder b(data);
     const std::size_t unit = wide ? 2 : 1;

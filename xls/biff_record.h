@@ -10,6 +10,7 @@
 #include <cstdint>
 #include <cstring>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "order_data/export.h"
@@ -221,7 +222,7 @@ private:
 };
 
 // True when every code unit fits in 8 bits, so the text can be stored compressed.
-bool FitsCompressed(const std::u16string& text);
+bool FitsCompressed(std::u16string_view text);
 
 // Starts the data of a record from its fields: clears it and the kept boundaries.
 inline Builder Fields(std::vector<std::uint8_t>& data, std::vector<std::size_t>& continueIndices)
@@ -247,15 +248,16 @@ std::size_t ReadFields(Record& record, const char* stream, Parse parse)
 // in the joined data. Whenever characters remain and the cursor sits on a boundary, the flag
 // byte comes first (again for each following part that holds nothing else). A single byte left
 // before a boundary where 16-bit characters run is skipped. Sets `anyWide` when some characters
-// were read 16-bit; fails the cursor when characters are missing.
-std::u16string ContinuedChars(Cursor& c, std::size_t count, bool wide, const std::vector<std::size_t>& cuts,
-                              bool& anyWide);
+// were read 16-bit; fails the cursor when characters are missing. The characters are appended to
+// `text`.
+void ContinuedChars(Cursor& c, std::size_t count, bool wide, const std::vector<std::size_t>& cuts, bool& anyWide,
+                    std::u16string& text);
 
 // Appends a string's characters to `data` in parts of at most 8224 bytes: when the part that
 // began at `partStart` is full, the data size is noted in `cuts` as a boundary and the next
 // part starts with the flag byte. Returns nothing; `partStart` follows the parts.
 void AppendContinuedChars(std::vector<std::uint8_t>& data, std::vector<std::size_t>& cuts, std::size_t& partStart,
-                          const std::u16string& text, bool wide);
+                          std::u16string_view text, bool wide);
 
 }  // namespace biff
 }  // namespace xls

@@ -66,7 +66,7 @@ public:
     // The common cells, a number or a converted shared string into a cell the sheet holds
     // already with no text to release, are stored without a call.
     void SharedText(std::uint16_t row, std::uint16_t col, std::uint16_t xf, std::uint32_t index,
-                    const std::u16string& text, bool wide) override
+                    std::u16string_view text, bool wide) override
     {
         TextHolds& converted = shared_[index];
         Cell* cell = sheet_.FindCell(row, col);
@@ -117,7 +117,7 @@ private:
     // The rare paths of the common cells, kept out of them so that those save no registers: a
     // new cell (the sheet grows), a cell that holds text already, a string's first use.
     NOINLINE void NewSharedText(std::uint16_t row, std::uint16_t col, std::uint16_t xf, TextHolds& converted,
-                                const std::u16string& text, bool wide)
+                                std::u16string_view text, bool wide)
     {
         Cell* cell = CellAt(row, col);
         if (!cell) return;
@@ -147,7 +147,7 @@ private:
         return cell;
     }
     // Text stored 8-bit, each code unit below 256, as bytes (in a buffer reused from cell to cell).
-    const std::string& Narrow(const std::u16string& text)
+    const std::string& Narrow(std::u16string_view text)
     {
         narrow_.resize(text.size());
         for (std::size_t i = 0; i < text.size(); ++i) narrow_[i] = static_cast<char>(text[i]);

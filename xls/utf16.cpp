@@ -18,7 +18,7 @@ void AppendCodePoint(std::u16string& out, char32_t cp)
 }
 
 // The code point at `i` (advancing it); a lone surrogate stands for itself.
-char32_t NextCodePoint(const std::u16string& text, size_t& i)
+char32_t NextCodePoint(std::u16string_view text, size_t& i)
 {
     const char32_t unit = text[i++];
     if (unit >= 0xD800 && unit <= 0xDBFF && i < text.size() && text[i] >= 0xDC00 && text[i] <= 0xDFFF)
@@ -36,7 +36,7 @@ std::u16string ToUtf16(const std::wstring& text)
     return out;
 }
 
-std::wstring FromUtf16(const std::u16string& text)
+std::wstring FromUtf16(std::u16string_view text)
 {
     std::wstring out;
     out.reserve(text.size());

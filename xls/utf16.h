@@ -3,6 +3,7 @@
 #pragma once
 
 #include <string>
+#include <string_view>
 
 #include "order_data/export.h"
 
@@ -12,7 +13,7 @@ namespace xls {
 ORDERVIEW_API std::u16string ToUtf16(const std::wstring& text);
 // UTF-16 to wchar_t: with a 32-bit wchar_t, surrogate pairs join into one code point; a lone
 // surrogate is kept as it is.
-ORDERVIEW_API std::wstring FromUtf16(const std::u16string& text);
+ORDERVIEW_API std::wstring FromUtf16(std::u16string_view text);
 // UTF-8 to UTF-16 and back; malformed UTF-8 bytes become U+FFFD.
 ORDERVIEW_API std::u16string Utf8ToUtf16(const std::string& text);
 ORDERVIEW_API std::string Utf16ToUtf8(const std::u16string& text);

@@ -172,7 +172,8 @@ std::size_t Workbook::SharedStringTable::Read(const char* stream)
     Cursor c(data.data(), data.size());
     totalStrings = c.U32();
     const std::uint32_t unique = c.U32();
-    strings.reserve(std::min<std::size_t>(unique, c.left() / 3));  // each string takes 3 bytes or more
+    // Each string takes 3 bytes or more, and each byte holds a character at most.
+    strings.reserve(std::min<std::size_t>(unique, c.left() / 3), c.left());
     for (std::uint32_t i = 0; i < unique; ++i) {
         if (c.left() < 3) {
             complete = false;  // the stored count runs past the data
@@ -183,14 +184,15 @@ std::size_t Workbook::SharedStringTable::Read(const char* stream)
         const std::uint16_t runs = (flags & 0x08) ? c.U16() : 0;
         const std::uint32_t extSize = (flags & 0x04) ? c.U32() : 0;
         bool anyWide = false;
-        std::u16string text = biff::ContinuedChars(c, count, (flags & 1) != 0, continueIndices, anyWide);
+        biff::ContinuedChars(c, count, (flags & 1) != 0, continueIndices, anyWide, strings.Open());
         c.Skip(4u * runs);
         c.Skip(extSize);
         if (!c.ok()) {
+            strings.Abandon();
             complete = false;
             break;
         }
-        strings.push_back(std::move(text));
+        strings.Close();
         wide.push_back(anyWide);
     }
     return consumed;
@@ -206,7 +208,7 @@ void Workbook::SharedStringTable::Layout()
     b.U32(static_cast<std::uint32_t>(strings.size()));
     std::size_t partStart = 0;
     for (std::size_t i = 0; i < strings.size(); ++i) {
-        const std::u16string& text = strings[i];
+        const std::u16string_view text = strings[i];
         const bool sixteen = (i < wide.size() && wide[i]) || !biff::FitsCompressed(text);
         const std::size_t unit = sixteen ? 2 : 1;
         // Keep a string's header and first character in one part.

@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "xls/biff_record.h"
+#include "xls/string_list.h"
 
 namespace xls {
 
@@ -83,7 +84,7 @@ public:
         void Layout();
 
         std::uint32_t totalStrings = 0;
-        std::vector<std::u16string> strings;
+        StringList strings;
         std::vector<bool> wide;
         std::vector<std::size_t> stringOffsets;  // data offset of each string, after Layout
         bool complete = true;                    // false when the stored count ran past the data

@@ -20,9 +20,9 @@ using CellBlock = RowBlock::CellBlock;
 CellSink::~CellSink() = default;
 
 void CellSink::SharedText(std::uint16_t row, std::uint16_t col, std::uint16_t xf, std::uint32_t,
-                          const std::u16string& text, bool wide)
+                          std::u16string_view text, bool wide)
 {
-    Text(row, col, xf, text, wide);
+    Text(row, col, xf, std::u16string(text), wide);
 }
 
 void CellSink::MissingText(std::uint16_t, std::uint16_t, std::uint16_t, std::uint32_t) {}
@@ -416,7 +416,8 @@ std::size_t CellBlock::Formula::String::Read(const char* stream)
         const std::uint16_t length = c.U16();
         const bool startWide = (c.U8() & 1) != 0;
         wide = false;
-        text = biff::ContinuedChars(c, length, startWide, continueIndices, wide);
+        text.clear();
+        biff::ContinuedChars(c, length, startWide, continueIndices, wide, text);
     });
 }
 void CellBlock::Formula::String::Serialize()
@@ -600,14 +601,14 @@ bool InCellTable(std::uint16_t code)
 }  // namespace
 
 std::size_t Worksheet::Read(const char* stream, std::size_t size, CellSink* sink,
-                            const std::vector<std::u16string>* strings, const std::vector<bool>* wideStrings)
+                            const StringList* strings, const std::vector<bool>* wideStrings)
 {
     StreamWindow window(reinterpret_cast<const std::uint8_t*>(stream), size);
     return Read(window, 0, sink, strings, wideStrings);
 }
 
 std::size_t Worksheet::Read(StreamWindow& window, std::size_t start, CellSink* sink,
-                            const std::vector<std::u16string>* strings, const std::vector<bool>* wideStrings)
+                            const StringList* strings, const std::vector<bool>* wideStrings)
 {
     head.clear();
     tail.clear();

@@ -10,9 +10,11 @@
 #include <cstdint>
 #include <map>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "xls/biff_record.h"
+#include "xls/string_list.h"
 
 namespace xls {
 
@@ -29,7 +31,7 @@ public:
                       bool wide) = 0;
     // Shared string `index` of the table the sheet was read with (valid); by default its Text.
     virtual void SharedText(std::uint16_t row, std::uint16_t col, std::uint16_t xf, std::uint32_t index,
-                            const std::u16string& text, bool wide);
+                            std::u16string_view text, bool wide);
     // A cell pointing at shared string `index`, which the table does not hold (a damaged file);
     // by default ignored.
     virtual void MissingText(std::uint16_t row, std::uint16_t col, std::uint16_t xf, std::uint32_t index);
@@ -249,10 +251,10 @@ public:
     // `strings` and `wideStrings` are the workbook's shared strings. Returns the bytes consumed,
     // 0 when the substream is damaged.
     std::size_t Read(const char* stream, std::size_t size, CellSink* sink,
-                     const std::vector<std::u16string>* strings = nullptr, const std::vector<bool>* wideStrings = nullptr);
+                     const StringList* strings = nullptr, const std::vector<bool>* wideStrings = nullptr);
     // The same from position `start` of a workbook stream read through a window (internal).
     std::size_t Read(StreamWindow& stream, std::size_t start, CellSink* sink,
-                     const std::vector<std::u16string>* strings, const std::vector<bool>* wideStrings);
+                     const StringList* strings, const std::vector<bool>* wideStrings);
     // Writes the sheet into `stream` of `capacity` bytes; returns the bytes written, or 0 when
     // they do not fit.
     std::size_t Write(char* stream, std::size_t capacity);
