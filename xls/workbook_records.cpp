@@ -195,6 +195,9 @@ std::size_t Workbook::SharedStringTable::Read(const char* stream)
         strings.Close();
         wide.push_back(anyWide);
     }
+    // The strings hold the table now; its bytes are laid out again when it is written.
+    std::vector<std::uint8_t>().swap(data);
+    std::vector<std::size_t>().swap(continueIndices);
     return consumed;
 }
 
