@@ -92,9 +92,12 @@ public:
     void MissingText(std::uint16_t row, std::uint16_t col, std::uint16_t xf, std::uint32_t) override
     {
         if (Cell* cell = At(row, col, xf)) cell->SetString("", 0);
+        ownsTexts_ = true;
         ++missing_;
     }
     std::size_t missing() const { return missing_; }
+    // Whether a cell was given a text of its own, not one lent to it.
+    bool ownsTexts() const { return ownsTexts_; }
     void Logical(std::uint16_t row, std::uint16_t col, std::uint16_t xf, std::uint8_t value, bool isError) override
     {
         if (Cell* cell = At(row, col, xf)) cell->SetLogical(value, isError);
@@ -104,6 +107,7 @@ public:
     {
         Cell* cell = At(row, col, xf);
         if (!cell) return;
+        ownsTexts_ = true;
         if (wide) {
             const std::wstring w = FromUtf16(text);
             cell->SetWString(w.c_str(), w.size());
@@ -171,6 +175,7 @@ private:
     std::size_t sharedCount_;
     std::string narrow_;
     std::size_t missing_ = 0;
+    bool ownsTexts_ = false;
 };
 
 }  // namespace
@@ -281,6 +286,7 @@ bool Book::LoadStream(StreamWindow& stream)
                                &workbook.sst.wide) == 0)
             return false;
         missing += sink.missing();
+        sheets.back()->textsLentOnly_ = !sink.ownsTexts();
     }
     missingStrings_ = missing;
     // The grids hold the values now: the shared strings are rebuilt when saving.

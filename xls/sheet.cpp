@@ -32,8 +32,9 @@ Sheet::~Sheet()
 {
     // The cells are destroyed here; their memory goes back with the arena, all at once.
     arena_.Close();
-    for (Row& row : grid_)
-        for (xls::Cell& cell : row) cell.~Cell();
+    if (!textsLentOnly_)
+        for (Row& row : grid_)
+            for (xls::Cell& cell : row) cell.~Cell();
     for (std::size_t i = 0; i < lentCount_; ++i) lentTexts_[i].~Cell();
 }
 

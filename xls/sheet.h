@@ -47,6 +47,7 @@ public:
     // The cell at (row, col) if the sheet holds it already, else null; the used range stays.
     xls::Cell* FindCell(std::size_t row, std::size_t col)
     {
+        textsLentOnly_ = false;  // the caller may give the cell a text of its own
         return row < grid_.size() && col < grid_[row].size() ? &grid_[row][col] : nullptr;
     }
     const xls::Cell* FindCell(std::size_t row, std::size_t col) const
@@ -119,6 +120,7 @@ public:
 
 private:
     friend class TextHolds;  // hands the sheet the texts it lent the sheet's cells
+    friend class Book;       // loads the sheet
     xls::Cell* Grow(std::size_t row, std::size_t col);
     void Widen(Row& row, std::size_t width);
 
@@ -133,6 +135,10 @@ private:
     // the arena, whose large pages are mapped already).
     xls::Cell* lentTexts_ = nullptr;
     std::size_t lentCount_ = 0;
+    // True while no cell holds a text of its own, each string cell being lent its text: set when
+    // the sheet was loaded so, and cleared by any access that can change a cell. The cells then
+    // need no destroying one by one.
+    bool textsLentOnly_ = false;
     std::string ansiName_;
     std::wstring wideName_;
 };
