@@ -95,28 +95,28 @@ void Cell::Own()
     if (type_ == kWString && !Share(value_.w)) value_.w = NewText(value_.w, length_);
 }
 
-void Cell::Relocate(Cell* from, std::size_t count, Cell* to)
+void Cell::Take(Cell& other)
 {
-    for (std::size_t c = 0; c < count; ++c) {
-        Cell* cell = new (to + c) Cell();
-        cell->value_ = from[c].value_;
-        cell->length_ = from[c].length_;
-        cell->type_ = from[c].type_;
-        cell->logical_ = from[c].logical_;
-        cell->xf_ = from[c].xf_;
-        from[c].type_ = kUndefined;  // its text, if any, moved: nothing to release
-        from[c].~Cell();
-    }
-}
-
-Cell::Cell(Cell&& other) noexcept
-    : value_(other.value_), length_(other.length_), type_(other.type_), logical_(other.logical_), xf_(other.xf_)
-{
-    Own();  // the cell may leave the sheet that lent the text
+    value_ = other.value_;
+    length_ = other.length_;
+    type_ = other.type_;
+    logical_ = other.logical_;
+    xf_ = other.xf_;
     other.type_ = kUndefined;
     other.logical_ = kNotLogical;
     other.length_ = 0;
     other.value_.i = 0;
+}
+
+void Cell::Relocate(Cell* from, std::size_t count, Cell* to)
+{
+    for (std::size_t c = 0; c < count; ++c) (new (to + c) Cell())->Take(from[c]);  // `from` left undefined
+}
+
+Cell::Cell(Cell&& other) noexcept
+{
+    Take(other);
+    Own();  // the cell may leave the sheet that lent the text
 }
 
 Cell& Cell::operator=(const Cell& other)
@@ -132,16 +132,8 @@ Cell& Cell::operator=(Cell&& other) noexcept
 {
     if (this != &other) {
         Release();
-        value_ = other.value_;
-        length_ = other.length_;
-        type_ = other.type_;
-        logical_ = other.logical_;
-        xf_ = other.xf_;
+        Take(other);
         Own();
-        other.type_ = kUndefined;
-        other.logical_ = kNotLogical;
-        other.length_ = 0;
-        other.value_.i = 0;
     }
     return *this;
 }

@@ -91,6 +91,8 @@ private:
     void CopyFrom(const Cell& other);
     // Makes a lent string cell a holder of its text itself.
     void Own();
+    // Takes `other`'s value, format and hold as they are; `other` is left undefined.
+    void Take(Cell& other);
     // Moves `count` cells of one sheet to the uninitialised `to`, their texts' holds as they are:
     // the cells stay in the sheet that lent them their texts.
     static void Relocate(Cell* from, std::size_t count, Cell* to);
