@@ -12,7 +12,8 @@
 
 #include <cstdint>
 #include <cstdio>
-#include <cstring>
+
+#include "word_sum.h"
 
 namespace {
 unsigned char buffer[64 * 1024];
@@ -33,13 +34,7 @@ int main(int argc, char** argv)
         if (got < 0) return 1;
         if (got == 0) break;
         const auto part = static_cast<std::size_t>(got);
-        std::size_t i = 0;
-        for (; i + 8 <= part; i += 8) {
-            std::uint64_t word;
-            std::memcpy(&word, buffer + i, sizeof word);
-            sum += word;
-        }
-        for (; i < part; ++i) sum += buffer[i];
+        sum += SumWords(buffer, part);
         size += part;
     }
     ::close(fd);
