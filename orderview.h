@@ -7,6 +7,7 @@
 #include "host/record_file.h"
 #include "platform/file_system.h"
 #include "platform/list_control.h"
+#include "platform/narrow_text.h"
 #include "order_data/host_api.h"
 #include "order_data/host_services.h"
 #include "platform/platform.h"

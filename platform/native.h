@@ -8,6 +8,7 @@
 #include <cstdio>
 #include <memory>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "platform/file_system.h"
@@ -22,6 +23,12 @@ FilePath::String FromNarrow(const std::string& narrow);
 FilePath::String FromWide(const std::wstring& wide);
 // The system's form as narrow text in the local code page.
 std::string ToNarrow(const FilePath::String& native);
+
+// Narrow text in the process's code page to UTF-16 and back, and the length of the narrow
+// character that starts a non-empty text (platform/narrow_text.h).
+std::u16string NarrowToUtf16(std::string_view narrow);
+std::string Utf16ToNarrow(std::u16string_view text);
+std::size_t NarrowCharLength(std::string_view text);
 
 // Opens a file with fopen's modes ("rb", "ab", ...).
 std::FILE* OpenFile(const FilePath& path, const char* mode);

@@ -2,6 +2,7 @@
 #ifndef _WIN32
 
 #include "platform/native.h"
+#include "platform/narrow_text.h"
 
 #include <dirent.h>
 #include <fcntl.h>
@@ -52,6 +53,15 @@ FilePath::String FromWide(const std::wstring& wide)
 }
 
 std::string ToNarrow(const FilePath::String& native) { return native; }
+
+std::u16string NarrowToUtf16(std::string_view narrow) { return detail::Utf8ToUtf16(narrow); }
+std::string Utf16ToNarrow(std::u16string_view text) { return detail::Utf16ToUtf8(text); }
+std::size_t NarrowCharLength(std::string_view text)
+{
+    std::size_t length = 0;
+    detail::DecodeUtf8(text, length);
+    return length;
+}
 
 std::FILE* OpenFile(const FilePath& path, const char* mode) { return std::fopen(path.Native().c_str(), mode); }
 

@@ -19,6 +19,7 @@
 #undef DrawText
 
 #include "platform/native.h"
+#include "platform/narrow_text.h"
 
 namespace orderview {
 namespace native {
@@ -54,6 +55,41 @@ HANDLE HandleOf(std::FILE* file) { return reinterpret_cast<HANDLE>(::_get_osfhan
 FilePath::String FromNarrow(const std::string& narrow) { return Wide(narrow); }
 FilePath::String FromWide(const std::wstring& wide) { return wide; }
 std::string ToNarrow(const FilePath::String& native) { return Narrow(native.c_str()); }
+
+std::u16string NarrowToUtf16(std::string_view narrow)
+{
+    if (narrow.empty() || narrow.size() > 0x7FFFFFFF) return std::u16string();
+    const int size = static_cast<int>(narrow.size());
+    const int n = ::MultiByteToWideChar(CP_ACP, 0, narrow.data(), size, nullptr, 0);
+    if (n <= 0) return std::u16string(narrow.size(), u'\xFFFD');
+    std::u16string wide(static_cast<size_t>(n), u'\0');
+    ::MultiByteToWideChar(CP_ACP, 0, narrow.data(), size, reinterpret_cast<wchar_t*>(&wide[0]), n);
+    return wide;
+}
+
+std::string Utf16ToNarrow(std::u16string_view text)
+{
+    if (text.empty() || text.size() > 0x3FFFFFFF) return std::string();
+    const int size = static_cast<int>(text.size());
+    const wchar_t* wide = reinterpret_cast<const wchar_t*>(text.data());
+    const int n = ::WideCharToMultiByte(CP_ACP, 0, wide, size, nullptr, 0, nullptr, nullptr);
+    if (n <= 0) return std::string(text.size(), '?');
+    std::string narrow(static_cast<size_t>(n), '\0');
+    ::WideCharToMultiByte(CP_ACP, 0, wide, size, &narrow[0], n, nullptr, nullptr);
+    return narrow;
+}
+
+std::size_t NarrowCharLength(std::string_view text)
+{
+    if (::GetACP() == CP_UTF8) {
+        std::size_t length = 0;
+        detail::DecodeUtf8(text, length);
+        return length;
+    }
+    // A double-byte code page: a lead byte and the byte after it make one character.
+    const bool lead = ::IsDBCSLeadByteEx(CP_ACP, static_cast<BYTE>(text[0])) != 0;
+    return lead && text.size() >= 2 && text[1] != '\0' ? 2 : 1;
+}
 
 std::FILE* OpenFile(const FilePath& path, const char* mode)
 {
