@@ -47,8 +47,9 @@ CString CellText(int row, int column)
 }
 
 struct Fixture {
-    Fixture() : host(CString(Folder().c_str()))
+    Fixture()
     {
+        host.csMainPath = CString(Folder().c_str());
         std::filesystem::create_directories(Folder() + "/sys");
         std::filesystem::copy_file(std::string(ORDERVIEW_SAMPLE_DIR) + "/sys/xls_head.txt",
                                    Folder() + "/sys/xls_head.txt",
@@ -85,7 +86,7 @@ struct Fixture {
     }
     std::string Path(const char* name) const { return Folder() + "/" + name; }
 
-    orderview::SubstituteHost host;
+    orderview::TableHost host;
     BenchPlatform platform;
     orderview::MemoryListCtrl list;
 };

@@ -1,92 +1,98 @@
 #include "host/csv_reader.h"
 
-#include "platform/file_system.h"
-
 namespace orderview {
 namespace detail {
 
-namespace {
+CsvReader::CsvReader(const FilePath& path, std::string name) : lines_(path), name_(std::move(name)) {}
 
-CString Where(const std::string& file, int line, const char* message)
+CsvReader::Split CsvReader::SplitFields(const std::string& row, std::vector<std::string>& fields, bool quoted)
 {
-    CString out;
-    out.Format("%s:%d: %s", file.c_str(), line, message);
-    return out;
-}
-
-}  // namespace
-
-std::vector<CsvRecord> ParseCsv(const std::string& text, const std::string& file, std::vector<CString>& errors,
-                                int firstLine)
-{
-    std::vector<CsvRecord> records;
-    size_t pos = 0;
-    int line = firstLine;
-    if (text.compare(0, 3, "\xEF\xBB\xBF") == 0) pos = 3;  // spreadsheet programs write a UTF-8 mark
-    while (pos < text.size()) {
-        // Skip blank and comment lines.
-        if (text[pos] == '\n' || text[pos] == '\r' || text[pos] == '#') {
-            if (text[pos] == '#')
-                while (pos < text.size() && text[pos] != '\n') ++pos;
-            if (pos < text.size() && text[pos] == '\r') ++pos;
-            if (pos < text.size() && text[pos] == '\n') ++pos;
-            ++line;
-            continue;
-        }
-        CsvRecord record;
-        record.line = line;
-        std::string field;
-        bool bad = false;
-        bool endOfRecord = false;
-        while (!endOfRecord) {
-            field.clear();
-            if (pos < text.size() && text[pos] == '"') {
-                ++pos;
-                bool closed = false;
-                while (pos < text.size()) {
-                    const char c = text[pos++];
-                    if (c == '"') {
-                        if (pos < text.size() && text[pos] == '"') {
-                            field += '"';
-                            ++pos;
-                        } else {
-                            closed = true;
-                            break;
-                        }
-                    } else {
-                        if (c == '\n') ++line;
-                        field += c;
-                    }
-                }
-                if (!closed) {
-                    errors.push_back(Where(file, record.line, "quoted field is not closed"));
-                    return records;
-                }
-                if (pos < text.size() && text[pos] != ',' && text[pos] != '\r' && text[pos] != '\n') {
-                    if (!bad) errors.push_back(Where(file, line, "text after a closing quote"));
-                    bad = true;
-                }
-            }
-            while (pos < text.size() && text[pos] != ',' && text[pos] != '\r' && text[pos] != '\n') {
-                if (text[pos] == '"' && !bad) {
-                    errors.push_back(Where(file, line, "quote inside an unquoted field"));
-                    bad = true;
-                }
-                field += text[pos++];
-            }
-            record.fields.push_back(field);
-            if (pos < text.size() && text[pos] == ',') {
+    const std::size_t n = row.size();
+    std::size_t pos = 0;
+    for (;;) {
+        if (!quoted) {
+            fields.emplace_back();
+            if (pos < n && row[pos] == '"') {
+                quoted = true;
                 ++pos;
             } else {
-                if (pos < text.size() && text[pos] == '\r') ++pos;
-                if (pos < text.size() && text[pos] == '\n') ++pos;
-                ++line;
-                endOfRecord = true;
+                const std::size_t comma = row.find(',', pos);
+                fields.back().append(row, pos, (comma == std::string::npos ? n : comma) - pos);
+                if (comma == std::string::npos) return Split::Done;
+                pos = comma + 1;
+                continue;
             }
         }
-        if (!bad) records.push_back(std::move(record));
+        std::string& field = fields.back();
+        for (;;) {
+            const std::size_t quote = row.find('"', pos);
+            if (quote == std::string::npos) {
+                field.append(row, pos, std::string::npos);
+                return Split::Open;
+            }
+            field.append(row, pos, quote - pos);
+            pos = quote + 1;
+            if (pos < n && row[pos] == '"') {
+                field += '"';
+                ++pos;
+                continue;
+            }
+            break;
+        }
+        quoted = false;
+        if (pos == n) return Split::Done;
+        if (row[pos] != ',') return Split::TextAfterQuote;
+        ++pos;
     }
-    return records;
+}
+
+bool CsvReader::Next(CsvRecord& record)
+{
+    for (;;) {
+        if (!lines_.ReadLine(row_)) return false;
+        ++line_;
+        if (line_ == 1 && sequential_ && row_.compare(0, 3, "\xEF\xBB\xBF") == 0) row_.erase(0, 3);
+        if (row_.empty() || row_[0] == '#') continue;
+        record.line = sequential_ ? line_ : 0;
+        record.fields.clear();
+        lastLine_ = line_;
+        lastResume_ = lines_.Tell();
+        lastSpanned_ = false;
+        Split split = SplitFields(row_, record.fields, false);
+        while (split == Split::Open) {
+            const char* lineBreak = lines_.LastBreak();  // a line break inside quotes is kept as it is
+            if (!lines_.ReadLine(row_)) break;
+            record.fields.back() += lineBreak;
+            ++line_;
+            lastSpanned_ = true;
+            split = SplitFields(row_, record.fields, true);
+        }
+        record.lastLine = sequential_ ? line_ : 0;
+        if (split == Split::Done) return true;
+        Reject(split == Split::Open ? "quoted field is not closed" : "text after a closing quote");
+    }
+}
+
+void CsvReader::Reject(const std::string& message)
+{
+    Report(lastLine_, message);
+    if (lastSpanned_ && sequential_ && lines_.Seek(lastResume_)) line_ = lastLine_;
+    lastSpanned_ = false;
+}
+
+bool CsvReader::Seek(std::uint64_t offset)
+{
+    sequential_ = false;
+    lastSpanned_ = false;
+    return lines_.Seek(offset);
+}
+
+void CsvReader::Report(int line, const std::string& message)
+{
+    if (!sequential_) return;
+    CString text;
+    text.Format("%s:%d: %s", name_.c_str(), line, message.c_str());
+    diagnostics_.push_back(text);
 }
 
 bool CsvTable::Load(const CString& path, const std::string& displayName, const std::vector<std::string>& required,
@@ -95,34 +101,32 @@ bool CsvTable::Load(const CString& path, const std::string& displayName, const s
     header_.clear();
     columns_.clear();
     rows_.clear();
-    std::string text;
-    if (!ReadWholeFile(path, text)) return false;
-    std::vector<CsvRecord> records = ParseCsv(text, displayName, errors);
-    if (records.empty()) return true;
-    header_ = records.front().fields;
-    for (size_t i = 0; i < header_.size(); ++i) {
-        if (columns_.count(header_[i])) {
-            errors.push_back(Where(displayName, records.front().line, ("duplicate column " + header_[i]).c_str()));
+    CsvReader reader{FilePath(path), displayName};
+    if (!reader.IsOpen()) return false;
+    CsvRecord record;
+    if (reader.Next(record)) {
+        header_ = std::move(record.fields);
+        const int headerLine = record.line;
+        bool complete = true;
+        for (size_t i = 0; i < header_.size(); ++i) {
+            if (!columns_.emplace(header_[i], i).second) reader.Report(headerLine, "duplicate column " + header_[i]);
         }
-        columns_.emplace(header_[i], i);
-    }
-    bool complete = true;
-    for (const auto& name : required) {
-        if (!columns_.count(name)) {
-            errors.push_back(Where(displayName, records.front().line, ("missing column " + name).c_str()));
-            complete = false;
+        for (const auto& name : required) {
+            if (!columns_.count(name)) {
+                reader.Report(headerLine, "missing column " + name);
+                complete = false;
+            }
+        }
+        while (complete && reader.Next(record)) {
+            if (record.fields.size() != header_.size()) {
+                reader.Reject("expected " + std::to_string(header_.size()) + " fields, found " +
+                              std::to_string(record.fields.size()));
+                continue;
+            }
+            rows_.push_back(std::move(record));
         }
     }
-    if (!complete) return true;
-    for (size_t r = 1; r < records.size(); ++r) {
-        if (records[r].fields.size() != header_.size()) {
-            CString message;
-            message.Format("expected %zu fields, found %zu", header_.size(), records[r].fields.size());
-            errors.push_back(Where(displayName, records[r].line, message));
-            continue;
-        }
-        rows_.push_back(std::move(records[r]));
-    }
+    errors.insert(errors.end(), reader.Diagnostics().begin(), reader.Diagnostics().end());
     return true;
 }
 

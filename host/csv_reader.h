@@ -1,29 +1,66 @@
-// A small RFC 4180 reader for the default host's tables (internal).
+// The one CSV reader of the default host's tables (internal): the small tables read whole and the
+// day's orders and deals read one record at a time both go through it, so they read every input
+// alike.
 #pragma once
 
+#include <cstdint>
 #include <map>
 #include <string>
 #include <vector>
 
 #include "order_data/cstring.h"
+#include "host/record_file.h"
+#include "platform/file_system.h"
 
 namespace orderview {
 namespace detail {
 
-struct CsvRecord {
-    int line = 0;                     // line where the record starts
-    std::vector<std::string> fields;
+// Reads records from a CSV file: fields separated by ',', a field that starts with '"' is quoted
+// (a doubled quote inside stands for one, line breaks inside are kept as they are); a '"' anywhere
+// else is a character like any other. Lines end at LF, CR LF or CR. Blank lines and lines that
+// start with '#' are skipped; a UTF-8 mark may start the file (and only the file).
+//
+// No line is lost without a word: a malformed record is reported to Diagnostics() as
+// "<name>:<line>: <message>" and reading goes on at the line after the one it started on, so
+// every line either belongs to a record that was read or is reported itself.
+class CsvReader {
+public:
+    // Opens `path`; a missing file reads as empty and IsOpen() is false.
+    CsvReader(const FilePath& path, std::string name);
+
+    bool IsOpen() const { return lines_.IsOpen(); }
+    // The next well-formed record; false at the end.
+    bool Next(CsvRecord& record);
+    // Rejects the record Next returned last (a wrong field count, a bad value): it is reported
+    // with `message` and, when it spanned several lines, the lines after its first are read again.
+    void Reject(const std::string& message);
+
+    // Where the next record starts, and a way back to it. After a Seek line numbers are unknown:
+    // nothing more is reported, and a record is never read again from its second line.
+    std::uint64_t Tell() const { return lines_.Tell(); }
+    bool Seek(std::uint64_t offset);
+
+    void Report(int line, const std::string& message);
+    const std::vector<CString>& Diagnostics() const { return diagnostics_; }
+    const std::string& Name() const { return name_; }
+
+private:
+    enum class Split { Done, Open, TextAfterQuote };
+    // Splits `row` into fields from `pos`, continuing the open quoted field with `quoted`.
+    Split SplitFields(const std::string& row, std::vector<std::string>& fields, bool quoted);
+
+    LineReader lines_;
+    std::string name_;
+    std::string row_;
+    int line_ = 0;                   // lines read, while reading straight through
+    bool sequential_ = true;
+    int lastLine_ = 0;               // where the last record returned started
+    bool lastSpanned_ = false;       // and whether it spanned several lines
+    std::uint64_t lastResume_ = 0;   // the offset of the line after its first
+    std::vector<CString> diagnostics_;
 };
 
-// Splits `text` into records: fields separated by ',', optionally quoted with '"' (a doubled
-// quote inside stands for one), CRLF or LF line breaks (also inside quotes). Blank lines and
-// lines starting with '#' are skipped. A malformed record is reported to `errors` as
-// "<file>:<line>: <message>" and left out; the rest is still read.
-// `firstLine` is the line number of the text's first line in its file.
-std::vector<CsvRecord> ParseCsv(const std::string& text, const std::string& file, std::vector<CString>& errors,
-                                int firstLine = 1);
-
-// A CSV file with a header row, addressed by column name.
+// A small CSV table with a header row, read whole and addressed by column name.
 class CsvTable {
 public:
     // Reads `path` (a backslash path); false when the file does not exist. Rows whose field count

@@ -87,7 +87,8 @@ DefaultHost::DefaultHost(const CString& mainPath) : DefaultHost(mainPath, Tables
 DefaultHost::DefaultHost(const CString& mainPath, Tables tables) : loadRecords_(tables == Tables::All)
 {
     csMainPath = mainPath;
-    bReload();
+    LoadTables();
+    Report(0);
 }
 
 CString DefaultHost::DefaultMainPath()
@@ -100,7 +101,58 @@ CString DefaultHost::SysFile(const char* name) const { return csMainPath + "\\sy
 
 bool DefaultHost::bReload()
 {
+    {
+        std::lock_guard<std::mutex> lock(recordsMutex_);
+        recordsRead_ = false;
+    }
+    LoadTables();
+    Report(0);
+    bLoadRecords();
+    return diagnostics_.empty();
+}
+
+bool DefaultHost::bLoadRecords()
+{
+    std::lock_guard<std::mutex> lock(recordsMutex_);
+    if (recordsRead_ || !loadRecords_) return true;
+    recordsRead_ = true;
+    const std::size_t before = diagnostics_.size();
+    LoadOrders();
+    LoadDeals();
+    Report(before);
+    return diagnostics_.size() == before;
+}
+
+const std::vector<CString>& DefaultHost::Diagnostics()
+{
+    bLoadRecords();
+    return diagnostics_;
+}
+
+std::vector<CBaseOrder_OrderInfo> DefaultHost::OrderBK_GetForeignTodayOrder(AccountType account)
+{
+    bLoadRecords();
+    return TableHost::OrderBK_GetForeignTodayOrder(account);
+}
+
+std::vector<CBaseOrder_OrderInfo> DefaultHost::OrderBK_GetForeignErrorOrder(AccountType account)
+{
+    bLoadRecords();
+    return TableHost::OrderBK_GetForeignErrorOrder(account);
+}
+
+void DefaultHost::Report(std::size_t from) const
+{
+    for (std::size_t i = from; i < diagnostics_.size(); ++i)
+        std::fprintf(stderr, "orderview: %s\n", diagnostics_[i].GetString());
+}
+
+void DefaultHost::LoadTables()
+{
     diagnostics_.clear();
+    vecTodayOrders.clear();
+    vecErrorOrders.clear();
+    vecDeals.clear();
     LoadLanguage();
     LoadSettings();
     LoadServices();
@@ -110,20 +162,10 @@ bool DefaultHost::bReload()
     LoadContracts();
     LoadWeeklyNames();
     LoadAccounts();
-    LoadOrders();
-    LoadDeals();
     LoadAccepted();
     LoadInsurance();
     LoadAlertStocks();
     LoadStocks();
-    for (const auto& message : diagnostics_) std::fprintf(stderr, "orderview: %s\n", message.GetString());
-    return diagnostics_.empty();
-}
-
-CString DefaultHost::LookUpLanguage(const CString& id)
-{
-    const auto it = language_.find(id);
-    return it == language_.end() ? id : it->second;
 }
 
 void DefaultHost::vWriteDebugLog(char* category, int level, const char* text)
@@ -134,7 +176,7 @@ void DefaultHost::vWriteDebugLog(char* category, int level, const char* text)
 
 void DefaultHost::LoadLanguage()
 {
-    language_.clear();
+    mapLanguage.clear();
     std::string text;
     if (!ReadWholeFile(SysFile("language.txt"), text)) return;
     size_t pos = text.compare(0, 3, "\xEF\xBB\xBF") == 0 ? 3 : 0;
@@ -155,7 +197,7 @@ void DefaultHost::LoadLanguage()
             diagnostics_.push_back(message);
             continue;
         }
-        language_.emplace(id, CString(row.substr(eq + 1)));  // first definition wins
+        mapLanguage.emplace(id, CString(row.substr(eq + 1)));  // first definition wins
     }
 }
 
@@ -276,9 +318,6 @@ void DefaultHost::LoadAccounts()
 
 void DefaultHost::LoadOrders()
 {
-    vecTodayOrders.clear();
-    vecErrorOrders.clear();
-    if (!loadRecords_) return;
     RecordFile file(SysFile("orders.csv"), "orders.csv", RecordFile::Kind::Orders);
     CBaseOrder_OrderInfo order;
     std::string list;
@@ -288,8 +327,6 @@ void DefaultHost::LoadOrders()
 
 void DefaultHost::LoadDeals()
 {
-    vecDeals.clear();
-    if (!loadRecords_) return;
     RecordFile file(SysFile("deals.csv"), "deals.csv", RecordFile::Kind::Deals);
     CBaseOrder_DealInfo deal;
     while (file.NextDeal(deal)) vecDeals.push_back(deal);

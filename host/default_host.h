@@ -2,7 +2,8 @@
 //
 // Everything lives under one main folder (ORDERVIEW_HOME, else the current folder), with
 // "sys" and "Log" beneath it. The tables are read from these files in "sys" when the host is
-// created or reloaded; every file is optional. CSV files have a header row naming their
+// created or reloaded, but for the day's orders and deals, which are read when an operation first
+// asks for orders (or for Diagnostics()); every file is optional. CSV files have a header row naming their
 // columns (any order, extra columns are reported); blank lines and lines starting with '#'
 // are skipped; a UTF-8 mark at the start is allowed.
 //
@@ -44,6 +45,7 @@
 // in Diagnostics() and on standard error. The debug log goes to "Log/debug.log".
 #pragma once
 
+#include <mutex>
 #include <unordered_map>
 #include <vector>
 
@@ -63,17 +65,25 @@ public:
     // ORDERVIEW_HOME when set, else ".".
     static CString DefaultMainPath();
 
-    // Reads every table again; true when no line was malformed.
+    // Reads every table again, orders and deals included; true when no line was malformed.
     bool bReload();
-    const std::vector<CString>& Diagnostics() const { return diagnostics_; }
+    // Reads orders.csv and deals.csv now unless they have been read (or the host was made
+    // without them); true when neither has a malformed line.
+    bool bLoadRecords();
+    // Every malformed line of every table, as "<file>:<line>: <message>"; reads the day's orders
+    // and deals first if that has not been done.
+    const std::vector<CString>& Diagnostics();
 
     void vWriteDebugLog(char* category, int level, const char* text) override;
-
-protected:
-    CString LookUpLanguage(const CString& id) override;
+    std::vector<CBaseOrder_OrderInfo> OrderBK_GetForeignTodayOrder(AccountType account) override;
+    std::vector<CBaseOrder_OrderInfo> OrderBK_GetForeignErrorOrder(AccountType account) override;
 
 private:
     bool loadRecords_ = true;
+    bool recordsRead_ = false;
+    std::mutex recordsMutex_;
+    void LoadTables();
+    void Report(std::size_t from) const;
     void LoadLanguage();
     void LoadSettings();
     void LoadServices();
@@ -90,7 +100,6 @@ private:
     void LoadStocks();
     CString SysFile(const char* name) const;
 
-    std::unordered_map<CString, CString> language_;
     std::vector<CString> diagnostics_;
 };
 

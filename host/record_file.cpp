@@ -5,11 +5,12 @@
 
 namespace orderview {
 
-RecordFile::RecordFile(const CString& path, const std::string& name, Kind kind) : lines_(path), name_(name), kind_(kind)
+RecordFile::RecordFile(const CString& path, const std::string& name, Kind kind)
+    : reader_(new detail::CsvReader(FilePath(path), name)), kind_(kind)
 {
-    if (!lines_.IsOpen()) return;
-    int line = 0;
-    if (!NextFields(header_, line)) return;
+    if (!reader_->IsOpen() || !reader_->Next(fields_)) return;
+    header_ = std::move(fields_.fields);
+    const int line = fields_.line;
     for (size_t i = 0; i < header_.size(); ++i) {
         const std::string& field = header_[i];
         if (kind_ == Kind::Orders && field == "list") {
@@ -17,89 +18,52 @@ RecordFile::RecordFile(const CString& path, const std::string& name, Kind kind) 
             continue;
         }
         const bool known = kind_ == Kind::Orders ? detail::IsOrderField(field) : detail::IsDealField(field);
-        if (!known) Report(line, std::string("unknown ") + (kind_ == Kind::Orders ? "order" : "deal") + " field " + field);
+        if (!known)
+            reader_->Report(line, std::string("unknown ") + (kind_ == Kind::Orders ? "order" : "deal") + " field " + field);
     }
     if (kind_ == Kind::Orders && listColumn_ < 0) {
-        Report(line, "missing column list");
+        reader_->Report(line, "missing column list");
         return;
     }
     usable_ = true;
 }
 
-void RecordFile::Report(int line, const std::string& message)
-{
-    if (!sequential_) return;
-    CString text;
-    text.Format("%s:%d: %s", name_.c_str(), line, message.c_str());
-    diagnostics_.push_back(text);
-}
+RecordFile::~RecordFile() = default;
+RecordFile::RecordFile(RecordFile&&) noexcept = default;
+RecordFile& RecordFile::operator=(RecordFile&&) noexcept = default;
 
-bool RecordFile::Seek(std::uint64_t offset)
-{
-    sequential_ = false;
-    return lines_.Seek(offset);
-}
-
-bool RecordFile::NextFields(std::vector<std::string>& fields, int& line)
-{
-    std::string text, row;
-    for (;;) {
-        if (!lines_.ReadLine(row)) return false;
-        ++line_;
-        const bool first = line_ == 1;
-        // Blank and comment lines between records are skipped (a UTF-8 mark may start the file).
-        const size_t start = first && row.compare(0, 3, "\xEF\xBB\xBF") == 0 ? 3 : 0;
-        if (row.size() <= start || row[start] == '\r' || row[start] == '#') continue;
-        line = line_;
-        text = row;
-        // A quoted field may hold line breaks: read on until the quotes are balanced.
-        size_t quotes = 0;
-        for (char c : text) quotes += c == '"';
-        while (quotes % 2 == 1 && lines_.ReadLine(row)) {
-            ++line_;
-            text += '\n';
-            text += row;
-            for (char c : row) quotes += c == '"';
-        }
-        text += '\n';
-        std::vector<CString> errors;
-        std::vector<detail::CsvRecord> records = detail::ParseCsv(text, name_, errors, line);
-        if (sequential_) diagnostics_.insert(diagnostics_.end(), errors.begin(), errors.end());
-        if (records.size() != 1) continue;  // reported by the parser
-        fields = std::move(records.front().fields);
-        return true;
-    }
-}
+std::uint64_t RecordFile::Tell() const { return reader_->Tell(); }
+bool RecordFile::Seek(std::uint64_t offset) { return reader_->Seek(offset); }
+const std::vector<CString>& RecordFile::Diagnostics() const { return reader_->Diagnostics(); }
 
 template <class Record, class SetField>
-bool RecordFile::Fill(Record& record, const std::vector<std::string>& fields, int line, SetField setField)
+bool RecordFile::Fill(Record& record, SetField setField)
 {
+    const std::vector<std::string>& fields = fields_.fields;
     if (fields.size() != header_.size()) {
-        Report(line, "expected " + std::to_string(header_.size()) + " fields, found " + std::to_string(fields.size()));
+        reader_->Reject("expected " + std::to_string(header_.size()) + " fields, found " +
+                        std::to_string(fields.size()));
         return false;
     }
     record.vClear();
-    bool ok = true;
     for (size_t i = 0; i < fields.size(); ++i) {
         if (static_cast<int>(i) == listColumn_) continue;
         if (setField(record, header_[i], fields[i]) == detail::SetFieldResult::BadValue) {
-            Report(line, "bad value '" + fields[i] + "' in column " + header_[i]);
-            ok = false;
+            reader_->Reject("bad value '" + fields[i] + "' in column " + header_[i]);
+            return false;
         }
     }
-    return ok;
+    return true;
 }
 
 bool RecordFile::NextOrder(CBaseOrder_OrderInfo& order, std::string& list)
 {
     if (!usable_ || kind_ != Kind::Orders) return false;
-    std::vector<std::string> fields;
-    int line = 0;
-    while (NextFields(fields, line)) {
-        if (!Fill(order, fields, line, detail::SetOrderField)) continue;
-        list = fields[static_cast<size_t>(listColumn_)];
+    while (reader_->Next(fields_)) {
+        if (!Fill(order, detail::SetOrderField)) continue;
+        list = fields_.fields[static_cast<size_t>(listColumn_)];
         if (list == "today" || list == "error") return true;
-        Report(line, "list must be today or error, not '" + list + "'");
+        reader_->Reject("list must be today or error, not '" + list + "'");
     }
     return false;
 }
@@ -107,10 +71,8 @@ bool RecordFile::NextOrder(CBaseOrder_OrderInfo& order, std::string& list)
 bool RecordFile::NextDeal(CBaseOrder_DealInfo& deal)
 {
     if (!usable_ || kind_ != Kind::Deals) return false;
-    std::vector<std::string> fields;
-    int line = 0;
-    while (NextFields(fields, line))
-        if (Fill(deal, fields, line, detail::SetDealField)) return true;
+    while (reader_->Next(fields_))
+        if (Fill(deal, detail::SetDealField)) return true;
     return false;
 }
 

@@ -8,6 +8,7 @@
 #pragma once
 
 #include <cstdint>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -18,6 +19,15 @@
 
 namespace orderview {
 
+namespace detail {
+class CsvReader;
+struct CsvRecord {
+    int line = 0;                     // line where the record starts
+    int lastLine = 0;                 // and where it ends (a quoted field may hold line breaks)
+    std::vector<std::string> fields;
+};
+}  // namespace detail
+
 class ORDERVIEW_API RecordFile {
 public:
     enum class Kind { Orders, Deals };
@@ -25,35 +35,39 @@ public:
     // Opens `path` and reads its header; `name` ("orders.csv") heads the diagnostics. A missing
     // file reads as empty; a header without the "list" column of an order table reads nothing.
     RecordFile(const CString& path, const std::string& name, Kind kind);
+    ~RecordFile();
+    RecordFile(RecordFile&&) noexcept;
+    RecordFile& operator=(RecordFile&&) noexcept;
 
     // The next well-formed order and its list, or deal; false at the end. A malformed record is
-    // reported to Diagnostics() as "<name>:<line>: <message>" and skipped.
+    // reported to Diagnostics() as "<name>:<line>: <message>" and skipped; the tables' CSV is
+    // read as the default host reads all its tables (host/csv_reader.h), so no line is lost
+    // without a diagnostic.
     bool NextOrder(CBaseOrder_OrderInfo& order, std::string& list);
     bool NextDeal(CBaseOrder_DealInfo& deal);
 
     // Where the next record starts, and a way back to it: Seek(Tell()) before a Next reads that
     // record again. Records read again after a Seek are not reported a second time.
-    std::uint64_t Tell() const { return lines_.Tell(); }
+    std::uint64_t Tell() const;
     bool Seek(std::uint64_t offset);
 
-    const std::vector<CString>& Diagnostics() const { return diagnostics_; }
+    const std::vector<CString>& Diagnostics() const;
+    // The lines the record read last starts and ends on (0 after a Seek: lines are unknown).
+    int RecordLine() const { return fields_.line; }
+    int RecordLastLine() const { return fields_.lastLine; }
 
 private:
-    // The next record's fields; false at the end.
-    bool NextFields(std::vector<std::string>& fields, int& line);
-    void Report(int line, const std::string& message);
+    // Fills `record` from the fields of the record just read; false, with the record rejected
+    // and reported, when a field count or a value is wrong.
     template <class Record, class SetField>
-    bool Fill(Record& record, const std::vector<std::string>& fields, int line, SetField setField);
+    bool Fill(Record& record, SetField setField);
 
-    LineReader lines_;
-    std::string name_;
+    std::unique_ptr<detail::CsvReader> reader_;
+    detail::CsvRecord fields_;
     Kind kind_;
     std::vector<std::string> header_;
     int listColumn_ = -1;
-    int line_ = 0;              // lines read, while reading straight through
-    bool sequential_ = true;    // false after a Seek: line numbers are unknown, nothing is reported
     bool usable_ = false;
-    std::vector<CString> diagnostics_;
 };
 
 }  // namespace orderview

@@ -38,7 +38,6 @@ constexpr double kFractionLimit = 1e15;
 
 }  // namespace
 
-IHostServices::~IHostServices() = default;
 
 TableHost::TableHost() = default;
 TableHost::~TableHost() = default;
@@ -54,7 +53,11 @@ void TableHost::vSetCommodityItem(std::uint8_t serviceId, const CString& commodi
     mapCommodities[ItemKey(serviceId, commodity, item)] = v;
 }
 
-CString TableHost::LookUpLanguage(const CString& id) { return id; }
+CString TableHost::LookUpLanguage(const CString& id)
+{
+    const auto it = mapLanguage.find(id);
+    return it == mapLanguage.end() ? id : it->second;
+}
 
 CString TableHost::LangGetLangString(const CString& id) { return LookUpLanguage(id); }
 
@@ -366,6 +369,5 @@ void TableHost::vGetMarketStateTexts(CString& closed, CString& preOpen, CString&
     open = csStateOpen;
 }
 
-SubstituteHost::SubstituteHost(const CString& mainPath) { csMainPath = mainPath; }
 
 }  // namespace orderview

@@ -1,8 +1,8 @@
 // TableHost: host services answered from in-memory tables.
 //
-// The shared core of the two hosts that ship with the library: DefaultHost fills the tables
-// from files in the main folder, SubstituteHost is filled from code by tests. An embedding
-// host may derive from it and override only what it serves itself.
+// The core of the host that ships with the library: DefaultHost fills the tables from files in
+// the main folder. An embedder may fill a TableHost from code and install it as it is, or derive
+// from it and override only what it serves itself.
 //
 // Formatters (documented behaviour of this host):
 // - CApi_DisplayDenominator(value, type): the value as a plain decimal text, at most 8
@@ -25,6 +25,7 @@
 #include <map>
 #include <set>
 #include <tuple>
+#include <unordered_map>
 #include <vector>
 
 #include "order_data/host_services.h"
@@ -61,6 +62,7 @@ public:
 
     // --- Tables (fed by the derived hosts or by an embedder) ---
     CString csMainPath = ".";
+    std::unordered_map<CString, CString> mapLanguage;  // language id -> text; a missing id shows itself
     CString csProductName = "OrderView";
     SpecificFraction_Type eFractionType = SpecificFraction_Decimal;
     CString csStateClosed = "CLOSE", csStatePreOpen = "PREOPEN", csStateOpen = "OPEN";
@@ -154,15 +156,8 @@ public:
     void vGetMarketStateTexts(CString& closed, CString& preOpen, CString& open) override;
 
 protected:
-    // Language lookup; the base returns the id itself.
+    // Language lookup; the base looks in mapLanguage and answers the id itself when it is not there.
     virtual CString LookUpLanguage(const CString& id);
-};
-
-// The substitute host for tests: language texts are their ids, the main folder is fixed,
-// and every table is fed from code.
-class ORDERVIEW_API SubstituteHost : public TableHost {
-public:
-    explicit SubstituteHost(const CString& mainPath = "/tmp/orderview-test");
 };
 
 }  // namespace orderview

@@ -1,35 +1,58 @@
 #include "order_data/host_api.h"
 
+#include <atomic>
+#include <mutex>
+
 namespace orderview {
 
 namespace {
 
-IHostServices* g_host = nullptr;
+IHostServices* g_host = nullptr;             // installed by the front end; null: the built-in host
+IHostServices* g_builtIn = nullptr;          // the built-in host, once something needed it
+std::once_flag g_builtInOnce;
+std::atomic<unsigned> g_generation{1};
+
+// The process-wide texts that the front end's modules read from globals.
+void TakeTexts(IHostServices& host)
+{
+    host.AppInfoGetProductName(g_cszProductName);
+    host.vGetMarketStateTexts(STATUS_CLOSE_STRING, STATUS_PREOPEN_STRING, STATUS_OPEN_STRING);
+}
+
+// The built-in host, built by the first call that needs a host and none is installed.
+IHostServices& BuiltIn()
+{
+    std::call_once(g_builtInOnce, [] {
+        g_builtIn = &detail::BuiltInHost();
+        if (!g_host) TakeTexts(*g_builtIn);
+    });
+    return *g_builtIn;
+}
 
 }  // namespace
 
-IHostServices& GetHostServices() { return g_host ? *g_host : detail::BuiltInHost(); }
+IHostServices& GetHostServices() { return g_host ? *g_host : BuiltIn(); }
 
-static std::vector<void (*)()>& HostListeners()
-{
-    static std::vector<void (*)()> listeners;
-    return listeners;
-}
-
-void detail::OnHostInstalled(void (*listener)())
-{
-    HostListeners().push_back(listener);
-    listener();
-}
+unsigned detail::HostGeneration() { return g_generation.load(std::memory_order_acquire); }
 
 void SetHostServices(IHostServices* host)
 {
     g_host = host;
-    IHostServices& installed = GetHostServices();
-    installed.AppInfoGetProductName(g_cszProductName);
-    installed.vGetMarketStateTexts(STATUS_CLOSE_STRING, STATUS_PREOPEN_STRING, STATUS_OPEN_STRING);
-    for (auto listener : HostListeners()) listener();
+    g_generation.fetch_add(1, std::memory_order_acq_rel);
+    if (host) {
+        TakeTexts(*host);
+    } else if (g_builtIn) {
+        TakeTexts(*g_builtIn);
+    } else {
+        // The built-in host is not built yet: its texts are taken when it is.
+        g_cszProductName.Empty();
+        STATUS_CLOSE_STRING.Empty();
+        STATUS_PREOPEN_STRING.Empty();
+        STATUS_OPEN_STRING.Empty();
+    }
 }
+
+IHostServices::~IHostServices() = default;
 
 bool IHostServices::OrderBK_bGetAccountName(const CString&, CString&) { return false; }
 bool IHostServices::bGetSymbolName(std::uint8_t, const CString&, CString&) { return false; }
@@ -44,14 +67,6 @@ CString STATUS_PREOPEN_STRING;
 CString g_cszProductName;
 CString g_cszQueryMargin = "NT$";
 CString g_cszQueryMarginTime;
-
-namespace {
-// Fills the process-wide texts from the built-in host when the library is loaded.
-[[maybe_unused]] const bool g_loaded = [] {
-    orderview::SetHostServices(nullptr);
-    return true;
-}();
-}  // namespace
 
 BKOrderInterface& BKOrderInterface::GetBKInterface()
 {

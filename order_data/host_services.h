@@ -107,18 +107,20 @@ public:
     virtual void vGetMarketStateTexts(CString& closed, CString& preOpen, CString& open) = 0;
 };
 
-// Installs `host` as the process-wide host services (null reinstalls the built-in default host).
-// The caller keeps ownership and keeps the object alive while it is installed. Refreshes the
-// process-wide texts taken from the host (product name, market-state texts).
+// Installs `host` as the process-wide host services (null goes back to the built-in default
+// host). The caller keeps ownership and keeps the object alive while it is installed. Takes the
+// process-wide texts from the host (product name, market-state texts) and drops every setting the
+// library cached from the previous host, so the next use reads it from this one. Installing
+// reads nothing else; with null, the built-in host is built only when something first needs it.
 ORDERVIEW_API void SetHostServices(IHostServices* host);
 
-// The installed host services.
+// The installed host services; the built-in host when none is installed, built on the first call.
 ORDERVIEW_API IHostServices& GetHostServices();
 
 namespace detail {
-// Runs `listener` now and again every time host services are installed (state that the library
-// reads once from the host's files, such as the order-source exclusion list).
-void OnHostInstalled(void (*listener)());
+// Counts host installations: a setting cached from the host is stale once this has changed
+// since it was read.
+unsigned HostGeneration();
 
 // The host the library uses while none is installed: the file-backed DefaultHost, created on
 // first use. Declared here and defined with the default host (host/builtin_host.cpp), so the

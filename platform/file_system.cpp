@@ -1,5 +1,6 @@
 #include "platform/file_system.h"
 
+#include <atomic>
 #include <cstdio>
 #include <cstring>
 
@@ -29,12 +30,27 @@ FilePath FilePath::WithSuffix(const char* suffix) const
 
 std::string FilePath::Narrow() const { return native::ToNarrow(native_); }
 
+namespace {
+
+std::atomic<unsigned long> g_openAttempts{0};
+
+// Every file the library opens goes through here, so the attempts can be counted.
+FILE* OpenCounted(const FilePath& path, const char* mode)
+{
+    g_openAttempts.fetch_add(1, std::memory_order_relaxed);
+    return native::OpenFile(path, mode);
+}
+
+}  // namespace
+
+unsigned long detail::FileOpenAttempts() { return g_openAttempts.load(std::memory_order_relaxed); }
+
 // Reads the file into any contiguous byte container: sized once from the file's length, then
 // filled by large reads (a file that grows meanwhile is read to its end).
 template <class Bytes>
 static bool ReadInto(const FilePath& path, Bytes& content)
 {
-    FILE* file = native::OpenFile(path, "rb");
+    FILE* file = OpenCounted(path, "rb");
     if (!file) return false;
     Bytes data;
     const std::size_t expected = static_cast<std::size_t>(native::FileLength(file));
@@ -55,6 +71,7 @@ bool ReadWholeFile(const FilePath& path, std::vector<std::uint8_t>& content) { r
 
 MappedFile::MappedFile(const FilePath& path, bool readAll)
 {
+    g_openAttempts.fetch_add(1, std::memory_order_relaxed);
     if (!native::MapFile(path, data_, size_, handle_, readAll)) data_ = nullptr;
 }
 
@@ -63,7 +80,7 @@ MappedFile::~MappedFile()
     if (data_) native::UnmapFile(data_, size_, handle_);
 }
 
-FileReader::FileReader(const FilePath& path) : file_(native::OpenFile(path, "rb"))
+FileReader::FileReader(const FilePath& path) : file_(OpenCounted(path, "rb"))
 {
     if (file_) std::setvbuf(file_, nullptr, _IONBF, 0);
 }
@@ -105,6 +122,7 @@ ReplacingFile::ReplacingFile(const FilePath& path) : target_(path)
     const native::PathKind kind = native::KindOf(target_);
     if (kind == native::PathKind::Other || (kind == native::PathKind::RegularFile && !native::IsWritable(target_)))
         return;
+    g_openAttempts.fetch_add(1, std::memory_order_relaxed);
     file_ = native::CreateUniqueFile(target_.WithSuffix(".tmp"), temp_);
 }
 
@@ -163,47 +181,70 @@ void ReplacingFile::Discard()
     buffer_.clear();
 }
 
-LineReader::LineReader(const FilePath& path) : file_(native::OpenFile(path, "rb")) {}
+LineReader::LineReader(const FilePath& path) : file_(OpenCounted(path, "rb")) {}
 
 LineReader::~LineReader()
 {
     if (file_) std::fclose(file_);
 }
 
+namespace {
+constexpr std::size_t kLinePart = 1 << 16;
+}  // namespace
+
+bool LineReader::Fill()
+{
+    if (!file_ || failed_) return false;
+    if (!buffer_) buffer_.reset(new char[kLinePart]);
+    start_ += size_;
+    next_ = 0;
+    size_ = std::fread(buffer_.get(), 1, kLinePart, file_);
+    if (size_ == 0 && std::ferror(file_)) failed_ = true;
+    return size_ > 0;
+}
+
 bool LineReader::ReadLine(std::string& line)
 {
     line.clear();
-    if (!file_) return false;
+    lastBreak_ = "";
+    if (!file_ || failed_) return false;
     bool any = false;
     for (;;) {
-        if (next_ == buffer_.size()) {
-            buffer_.resize(1 << 16);
-            const std::size_t n = std::fread(&buffer_[0], 1, buffer_.size(), file_);
-            buffer_.resize(n);
-            next_ = 0;
-            if (n == 0) return any && !std::ferror(file_);
-        }
+        if (next_ == size_ && !Fill()) return any && !failed_;
         any = true;
-        const char* start = buffer_.data() + next_;
-        const std::size_t left = buffer_.size() - next_;
-        const void* lf = std::memchr(start, '\n', left);
-        const std::size_t take = lf ? static_cast<std::size_t>(static_cast<const char*>(lf) - start) : left;
-        line.append(start, take);
-        next_ += take;
-        offset_ += take;
-        if (lf) {
+        const char* start = buffer_.get() + next_;
+        const char* end = buffer_.get() + size_;
+        const std::size_t left = static_cast<std::size_t>(end - start);
+        const char* lf = static_cast<const char*>(std::memchr(start, '\n', left));
+        const char* limit = lf ? lf : end;
+        const char* cr = static_cast<const char*>(std::memchr(start, '\r', static_cast<std::size_t>(limit - start)));
+        const char* p = cr ? cr : limit;
+        line.append(start, static_cast<std::size_t>(p - start));
+        next_ += static_cast<std::size_t>(p - start);
+        if (p == end) continue;
+        ++next_;
+        lastBreak_ = *p == '\n' ? "\n" : "\r";
+        // A CR followed by LF is one line break, also when the LF starts the next part.
+        if (*p == '\r' && (next_ < size_ || Fill()) && buffer_[next_] == '\n') {
             ++next_;
-            ++offset_;
-            return true;
+            lastBreak_ = "\r\n";
         }
+        return !failed_;
     }
 }
 
 bool LineReader::Seek(std::uint64_t offset)
 {
-    if (!file_ || !native::SeekTo(file_, offset)) return false;
-    offset_ = offset;
-    buffer_.clear();
+    if (!file_) return false;
+    if (offset >= start_ && offset <= start_ + size_) {
+        next_ = static_cast<std::size_t>(offset - start_);
+        return true;
+    }
+    if (!native::SeekTo(file_, offset)) return false;
+    std::clearerr(file_);
+    failed_ = false;
+    start_ = offset;
+    size_ = 0;
     next_ = 0;
     return true;
 }
@@ -212,7 +253,7 @@ bool PathExists(const FilePath& path) { return native::KindOf(path) != native::P
 
 bool AppendToFile(const FilePath& path, const std::string& content)
 {
-    FILE* file = native::OpenFile(path, "ab");
+    FILE* file = OpenCounted(path, "ab");
     if (!file) return false;
     const bool ok = std::fwrite(content.data(), 1, content.size(), file) == content.size();
     return (std::fclose(file) == 0) && ok;

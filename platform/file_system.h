@@ -4,6 +4,7 @@
 
 #include <cstdint>
 #include <cstdio>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -131,7 +132,9 @@ ORDERVIEW_API bool ReplaceFileAtomically(const FilePath& path, const std::string
 ORDERVIEW_API bool ReplaceFileAtomically(const FilePath& path, const void* data, std::size_t size);
 
 // Reads a text file line by line with a byte offset for each line, so a reader can come back to
-// a line it has passed. Lines end at LF; a CR before it is kept (callers strip it).
+// a line it has passed. Lines end at LF, CR LF or a CR alone; the line break is not part of the
+// line. The file is read in large parts into one buffer that is kept: coming back to an offset
+// within the part held costs no read.
 class ORDERVIEW_API LineReader {
 public:
     explicit LineReader(const FilePath& path);
@@ -140,18 +143,26 @@ public:
     LineReader& operator=(const LineReader&) = delete;
 
     bool IsOpen() const { return file_ != nullptr; }
-    // The next line without its LF; false at the end of the file or on a read error.
+    // The next line without its line break; false at the end of the file or on a read error.
     bool ReadLine(std::string& line);
     // The offset of the next line.
-    std::uint64_t Tell() const { return offset_; }
+    std::uint64_t Tell() const { return start_ + next_; }
     // Goes back (or forward) to an offset that Tell gave.
     bool Seek(std::uint64_t offset);
+    // The line break that ended the line read last ("\n", "\r\n", "\r"; empty at the end).
+    const char* LastBreak() const { return lastBreak_; }
 
 private:
+    // Reads the part of the file after the one held; false at the end or on an error.
+    bool Fill();
+
     std::FILE* file_ = nullptr;
-    std::uint64_t offset_ = 0;
-    std::string buffer_;
-    std::size_t next_ = 0;  // first unread byte of buffer_
+    std::unique_ptr<char[]> buffer_;  // allocated on the first read
+    std::size_t size_ = 0;            // bytes held
+    std::size_t next_ = 0;            // first unread byte
+    std::uint64_t start_ = 0;         // file offset of the first byte held
+    bool failed_ = false;
+    const char* lastBreak_ = "";
 };
 
 // Whether anything (file or folder) exists at the path.
@@ -159,5 +170,10 @@ ORDERVIEW_API bool PathExists(const FilePath& path);
 
 // Appends to a file, creating it when missing; false when it cannot be written.
 ORDERVIEW_API bool AppendToFile(const FilePath& path, const std::string& content);
+
+namespace detail {
+// How many times the library has tried to open, map or create a file since it was loaded.
+ORDERVIEW_API unsigned long FileOpenAttempts();
+}  // namespace detail
 
 }  // namespace orderview

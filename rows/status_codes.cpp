@@ -8,19 +8,27 @@
 
 namespace {
 
-std::vector<unsigned long> g_noOperatorSources;  // the order-source exclusion list
+// The order-source exclusion list, read from the settings file on first use and again after a
+// host is installed (or a reload is asked for).
+std::vector<unsigned long> g_noOperatorSources;
+unsigned g_noOperatorSourcesFor = 0;  // the host generation the list was read for; 0: never
 
-// Loaded with the library, and again whenever host services are installed.
-[[maybe_unused]] const bool g_registered = [] {
-    orderview::detail::OnHostInstalled(&orderview::ReloadOrderSourceExclusions);
-    return true;
-}();
+const std::vector<unsigned long>& ExcludedSources()
+{
+    const unsigned generation = orderview::detail::HostGeneration();
+    if (g_noOperatorSourcesFor != generation) {
+        g_noOperatorSources = g_GetOnsiteOrder();
+        g_noOperatorSourcesFor = generation;
+    }
+    return g_noOperatorSources;
+}
 
 bool IsAccepted(const CString& status) { return status == "0000" || status == "9997" || status == "9996"; }
 
 bool IsExcludedSource(unsigned long source)
 {
-    return std::find(g_noOperatorSources.begin(), g_noOperatorSources.end(), source) != g_noOperatorSources.end();
+    const std::vector<unsigned long>& sources = ExcludedSources();
+    return std::find(sources.begin(), sources.end(), source) != sources.end();
 }
 
 CString Word(const char* id) { return BKOrderInterface::GetBKInterface().LangGetLangString(id); }
@@ -28,7 +36,7 @@ CString Word(const char* id) { return BKOrderInterface::GetBKInterface().LangGet
 }  // namespace
 
 namespace orderview {
-void ReloadOrderSourceExclusions() { g_noOperatorSources = g_GetOnsiteOrder(); }
+void ReloadOrderSourceExclusions() { g_noOperatorSourcesFor = 0; }
 }  // namespace orderview
 
 int g_iCheckHtsODStatus(std::uint32_t, const CString& status, std::uint32_t dwFilter, CString& message)

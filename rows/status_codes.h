@@ -24,6 +24,6 @@ ORDERVIEW_API bool g_bISOperator(std::uint32_t source);
 
 namespace orderview {
 // Reads the order-source exclusion list ([ORDER_SOURCE] NO_OPERATOR of "OrderCfg.ini") again.
-// It is read when the library is loaded and whenever host services are installed.
+// It is read on first use and again after host services are installed.
 ORDERVIEW_API void ReloadOrderSourceExclusions();
 }  // namespace orderview

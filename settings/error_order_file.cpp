@@ -32,7 +32,15 @@ std::string MarkerLine(const CString& fileName)
 class ProfileWriter {
 public:
     explicit ProfileWriter(orderview::ProfileDocument& document) : document_(document) {}
-    void Text(const CString& section, const char* key, const CString& value) { document_.Set(section, key, value); }
+    // A value stays on its key's line: a line break in it (a gateway message can hold one) would
+    // start a key or a section of its own when the file is read back, so it becomes a blank.
+    void Text(const CString& section, const char* key, const CString& value)
+    {
+        CString line = value;
+        line.Replace('\r', ' ');
+        line.Replace('\n', ' ');
+        document_.Set(section, key, line);
+    }
     void Number(const CString& section, const char* key, long long value)
     {
         CString text;

@@ -2,6 +2,7 @@
 
 #include "checks/accepted_commodities.h"
 #include "host/table_host.h"
+#include "support/substitute_host.h"
 
 namespace {
 
@@ -9,7 +10,7 @@ class Accepted : public ::testing::Test {
 protected:
     void SetUp() override { orderview::SetHostServices(&host); }
     void TearDown() override { orderview::SetHostServices(nullptr); }
-    orderview::SubstituteHost host;
+    ovtest::SubstituteHost host;
 };
 
 TEST_F(Accepted, CommoditiesCompareExactly)

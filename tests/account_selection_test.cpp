@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include "host/table_host.h"
+#include "support/substitute_host.h"
 #include "settings/account_selection.h"
 
 namespace {
@@ -23,7 +24,7 @@ class AccountSelection : public ::testing::Test {
 protected:
     void SetUp() override { orderview::SetHostServices(&host); }
     void TearDown() override { orderview::SetHostServices(nullptr); }
-    orderview::SubstituteHost host;
+    ovtest::SubstituteHost host;
     std::vector<AccountType> accounts = {Account("F1", '0'), Account("F2", '0', "x"), Account("S1", 'A', "y")};
 };
 

@@ -3,6 +3,7 @@
 #include <filesystem>
 
 #include "host/table_host.h"
+#include "support/substitute_host.h"
 #include "settings/client_log.h"
 #include "support/fake_platform.h"
 #include "support/temp_folder.h"
@@ -18,7 +19,7 @@ protected:
     }
     void TearDown() override { orderview::SetHostServices(nullptr); }
     ovtest::TempFolder folder;
-    orderview::SubstituteHost host;
+    ovtest::SubstituteHost host;
     ovtest::FakePlatform platform;
 };
 

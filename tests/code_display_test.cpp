@@ -2,6 +2,7 @@
 
 #include "format/code_display.h"
 #include "host/table_host.h"
+#include "support/substitute_host.h"
 
 namespace {
 
@@ -10,7 +11,7 @@ class CodeDisplay : public ::testing::Test {
 protected:
     void SetUp() override { orderview::SetHostServices(&host); }
     void TearDown() override { orderview::SetHostServices(nullptr); }
-    orderview::SubstituteHost host;
+    ovtest::SubstituteHost host;
 };
 
 const char* const kUnknown = "IDS_ORDER-ITEM_STATUS_UNKNOW";

@@ -3,6 +3,7 @@
 #include "format/commodity_display.h"
 #include "host/default_host.h"
 #include "host/table_host.h"
+#include "support/substitute_host.h"
 #include "support/fake_platform.h"
 #include "support/temp_folder.h"
 
@@ -33,7 +34,7 @@ protected:
     void TearDown() override { orderview::SetHostServices(nullptr); }
 
     ovtest::FakePlatform platform;
-    orderview::SubstituteHost host;
+    ovtest::SubstituteHost host;
 };
 
 TEST_F(CommodityDisplay, StockNameFallsBackToTheSymbol)

@@ -2,6 +2,7 @@
 
 #include "format/contract_month.h"
 #include "host/table_host.h"
+#include "support/substitute_host.h"
 #include "support/fake_platform.h"
 
 namespace {
@@ -19,7 +20,7 @@ protected:
         host.mapSymbols[{service, from}].csTransferId = to;
     }
     ovtest::FakePlatform platform;
-    orderview::SubstituteHost host;
+    ovtest::SubstituteHost host;
 };
 
 TEST_F(ContractMonth, FutureCodes)

@@ -7,13 +7,14 @@
 
 #include "host/default_host.h"
 #include "order_data/host_api.h"
+#include "support/substitute_host.h"
 #include "support/temp_folder.h"
 
 namespace {
 
 using orderview::DefaultHost;
 
-bool HasDiagnostic(const DefaultHost& host, const std::string& prefix)
+bool HasDiagnostic(DefaultHost& host, const std::string& prefix)
 {
     const auto& all = host.Diagnostics();
     return std::any_of(all.begin(), all.end(), [&](const CString& d) { return d.str().rfind(prefix, 0) == 0; });
@@ -240,7 +241,7 @@ TEST(DefaultHost, EmptyFolderIsValid)
 
 TEST(TableHostFormatters, BondQuotesAndDottedFractions)
 {
-    orderview::SubstituteHost host;
+    ovtest::SubstituteHost host;
     struct Quote { int base; double value; const char* text; };
     const Quote quotes[] = {
         {32, 101.5, "101-16"},          {32, 101.515625, "101-165"},   {32, 101.5078125, "101-162"},
@@ -267,7 +268,7 @@ TEST(TableHostFormatters, BondQuotesAndDottedFractions)
 
 TEST(TableHostFormatters, MonthIdsOfContractTexts)
 {
-    orderview::SubstituteHost host;
+    ovtest::SubstituteHost host;
     CString id;
     EXPECT_TRUE(host.g_bGetYMID("TXFL6", id, false));
     EXPECT_EQ(id, "L6");
@@ -281,12 +282,16 @@ TEST(TableHostFormatters, MonthIdsOfContractTexts)
     EXPECT_FALSE(host.g_bGetFutureYearMonth("TXFL6", ym, 0));
 }
 
-TEST(SubstituteHost, ServesTablesFedFromCode)
+// An embedder serves its own tables, language texts included, without deriving a host.
+TEST(TableHost, ServesTablesFedFromCode)
 {
-    orderview::SubstituteHost host("C:\\trader");
+    orderview::TableHost host;
+    host.csMainPath = "C:\\trader";
     host.vSetQuote(1, "2330", 125, X1Format(125, 25, 612.5));
+    host.mapLanguage["IDS_ORDER-ITEM_BS_BUY"] = "\xE8\xB2\xB7";
     orderview::SetHostServices(&host);
     EXPECT_EQ(BKOrderInterface::GetBKInterface().LangGetLangString("IDS_ANY"), "IDS_ANY");
+    EXPECT_EQ(BKOrderInterface::GetBKInterface().LangGetLangString("IDS_ORDER-ITEM_BS_BUY"), "\xE8\xB2\xB7");
     EXPECT_EQ(s_PathGetSysPath(0), "C:\\trader\\sys");
     std::vector<X1Format> values;
     ASSERT_TRUE(BKOrderInterface::GetBKInterface().bGetItemDataByItemNo(1, "2330", {125}, values, true, nullptr));

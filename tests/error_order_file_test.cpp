@@ -10,7 +10,9 @@
 #endif
 
 #include "platform/profile_file.h"
+#include "host/record_file.h"
 #include "host/table_host.h"
+#include "support/substitute_host.h"
 #include "settings/error_order_file.h"
 #include "support/fake_platform.h"
 #include "support/temp_folder.h"
@@ -66,7 +68,7 @@ protected:
         return orderview::ProfileString(section, key, "<none>", folder.File("sys/F123.ord").c_str());
     }
     ovtest::TempFolder folder;
-    orderview::SubstituteHost host;
+    ovtest::SubstituteHost host;
     ovtest::FakePlatform platform;
     AccountType account;
 };
@@ -173,5 +175,34 @@ TEST_F(ErrorOrderFile, InterruptedWriteLosesNothing)
     EXPECT_GE(File().size(), before.size());
 }
 #endif  // _WIN32
+
+}  // namespace
+
+namespace {
+
+// An error order whose status code holds a line break and a section header, read from a table
+// that once created a section "[FF2]" and a key of another order when written.
+TEST_F(ErrorOrderFile, LineBreaksInValuesStayOnTheirKeysLine)
+{
+    orderview::RecordFile table(CString(ORDERVIEW_REGRESSIONS "/host/error_orders_value_line_break.csv"),
+                                "error_orders_value_line_break.csv", orderview::RecordFile::Kind::Orders);
+    CBaseOrder_OrderInfo order;
+    std::string list;
+    while (table.NextOrder(order, list)) {
+        order.csAccount = "F123";
+        order.commodity.csExchangeId = "CME";
+        host.vecErrorOrders.push_back(order);
+    }
+    ASSERT_EQ(host.vecErrorOrders.size(), 2u);
+    ASSERT_GE(host.vecErrorOrders[0].csStatusCode.Find('\n'), 0);
+    g_vWriteErrorOrder(account, 50);
+    EXPECT_EQ(Key("FF", "Count"), "2");
+    EXPECT_EQ(Key("FF1", "OrderQty"), "5");
+    EXPECT_EQ(Key("FF2", "OrderQty"), "7");
+    const CString status = Key("FF1", "Status");
+    EXPECT_EQ(status.Find('\n'), -1);
+    EXPECT_EQ(status.Left(4), "0000");
+    EXPECT_GE(status.Find("[FF2]"), 0);
+}
 
 }  // namespace

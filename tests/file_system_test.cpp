@@ -183,7 +183,7 @@ TEST(LineReader, LinesWithOffsetsToComeBackTo)
         offsets.push_back(at);
     }
     ASSERT_EQ(lines.size(), 5u);
-    EXPECT_EQ(lines[0], "first\r");
+    EXPECT_EQ(lines[0], "first");
     EXPECT_EQ(lines[1], "");
     EXPECT_EQ(lines[2], std::string("with\0nul", 8));  // a NUL byte is text like any other
     EXPECT_EQ(lines[3].size(), 70000u);               // longer than one buffer
@@ -193,4 +193,46 @@ TEST(LineReader, LinesWithOffsetsToComeBackTo)
     ASSERT_TRUE(reader.ReadLine(line));
     EXPECT_EQ(line, lines[2]);
     EXPECT_FALSE(orderview::LineReader(CString(folder.File("sys/none.txt"))).IsOpen());
+}
+
+// Every line break is one: LF, CR LF and CR alone, also when a CR LF straddles two of the
+// reader's parts (64 KiB), and coming back to any offset Tell gave reads the same lines again.
+TEST(LineReader, EveryKindOfLineBreakAndEveryOffsetToComeBackTo)
+{
+    struct Case {
+        const char* what;
+        std::string content;
+        std::vector<std::string> lines;
+        std::vector<std::string> breaks;
+    };
+    const std::string part(65535, 'p');
+    const std::vector<Case> cases = {
+        {"LF", "a\nb\n", {"a", "b"}, {"\n", "\n"}},
+        {"CR LF", "a\r\nb", {"a", "b"}, {"\r\n", ""}},
+        {"CR", "a\rb\r\r", {"a", "b", ""}, {"\r", "\r", "\r"}},
+        {"mixed, LF CR is two", "a\n\rb\r\n\nc", {"a", "", "b", "", "c"}, {"\n", "\r", "\r\n", "\n", ""}},
+        {"CR LF across parts", part + "\r\nz", {part, "z"}, {"\r\n", ""}},
+        {"CR at the very end", "a\r", {"a"}, {"\r"}},
+    };
+    ovtest::TempFolder folder;
+    for (const auto& c : cases) {
+        folder.Write("sys/lines.txt", c.content);
+        orderview::LineReader reader(CString(folder.File("sys/lines.txt")));
+        std::vector<std::string> lines, breaks;
+        std::vector<std::uint64_t> offsets;
+        std::string line;
+        for (std::uint64_t at = reader.Tell(); reader.ReadLine(line); at = reader.Tell()) {
+            lines.push_back(line);
+            breaks.push_back(reader.LastBreak());
+            offsets.push_back(at);
+        }
+        EXPECT_EQ(lines, c.lines) << c.what;
+        EXPECT_EQ(breaks, c.breaks) << c.what;
+        EXPECT_EQ(reader.Tell(), c.content.size()) << c.what;
+        for (size_t i = offsets.size(); i-- > 0;) {
+            ASSERT_TRUE(reader.Seek(offsets[i])) << c.what;
+            ASSERT_TRUE(reader.ReadLine(line)) << c.what;
+            EXPECT_EQ(line, c.lines[i]) << c.what << " line " << i;
+        }
+    }
 }

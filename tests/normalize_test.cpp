@@ -6,6 +6,7 @@
 
 #include "format/normalize.h"
 #include "host/table_host.h"
+#include "support/substitute_host.h"
 
 namespace {
 
@@ -121,7 +122,7 @@ TEST(ColorDarker, ScalesEachChannel)
 
 TEST(TransShowString, UsesTheHostsMask)
 {
-    orderview::SubstituteHost host;
+    ovtest::SubstituteHost host;
     orderview::SetHostServices(&host);
     EXPECT_EQ(g_csTransShowString("1234567"), "123****");
     EXPECT_EQ(g_csTransShowString("12345678901"), "123*****901");

@@ -3,6 +3,7 @@
 #include <vector>
 
 #include "host/table_host.h"
+#include "support/substitute_host.h"
 #include "platform/list_control.h"
 #include "rows/operations.h"
 #include "settings/order_settings.h"
@@ -43,7 +44,7 @@ protected:
     std::vector<CString> Offered() { return g_vSetOperator(&order); }
 
     ovtest::TempFolder folder;
-    orderview::SubstituteHost host{folder.MainPath()};
+    ovtest::SubstituteHost host{folder.MainPath()};
     CBaseOrder_OrderInfo order;
 };
 

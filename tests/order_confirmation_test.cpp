@@ -4,6 +4,7 @@
 
 #include "checks/order_confirmation.h"
 #include "host/table_host.h"
+#include "support/substitute_host.h"
 
 namespace {
 
@@ -41,7 +42,7 @@ protected:
         return lines;
     }
 
-    orderview::SubstituteHost host;
+    ovtest::SubstituteHost host;
     CBaseOrder_OrderInfo order;
 };
 

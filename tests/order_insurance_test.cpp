@@ -7,6 +7,7 @@
 #include "checks/order_insurance.h"
 #include "host/default_host.h"
 #include "host/table_host.h"
+#include "support/substitute_host.h"
 #include "order_data/host_api.h"
 #include "support/temp_folder.h"
 
@@ -64,7 +65,7 @@ protected:
         return Check() == "pass";
     }
 
-    orderview::SubstituteHost host;
+    ovtest::SubstituteHost host;
     AccountType account;
     CBaseOrder_OrderInfo order;
 };

@@ -8,6 +8,7 @@
 
 #include "host/default_host.h"
 #include "host/table_host.h"
+#include "support/substitute_host.h"
 #include "rows/order_rows.h"
 #include "support/temp_folder.h"
 
@@ -67,7 +68,7 @@ protected:
         return g_bAddODOI2OIG_QueryOrderRet2FullOrderListCtrl(&row, &order, mode, stamp, oprather, exchange);
     }
 
-    orderview::SubstituteHost host;
+    ovtest::SubstituteHost host;
     CBaseOrder_OrderInfo order;
     CBaseOrderItemGroup row;
 };

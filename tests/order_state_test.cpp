@@ -2,6 +2,7 @@
 
 #include "format/order_state.h"
 #include "host/table_host.h"
+#include "support/substitute_host.h"
 
 namespace {
 
@@ -18,7 +19,7 @@ protected:
     }
     void TearDown() override { orderview::SetHostServices(nullptr); }
     CString State() { return g_cszDisplayOrderState(&order, 0); }
-    orderview::SubstituteHost host;
+    ovtest::SubstituteHost host;
     CBaseOrder_OrderInfo order;
 };
 

@@ -5,6 +5,7 @@
 
 #include "format/price_display.h"
 #include "host/table_host.h"
+#include "support/substitute_host.h"
 
 namespace {
 
@@ -26,7 +27,7 @@ protected:
         record.iSubDenominator = sub;
         host.vecForeignAccept.push_back(record);
     }
-    orderview::SubstituteHost host;
+    ovtest::SubstituteHost host;
 };
 
 TEST_F(PriceDisplay, PlainPricesIgnoreTheFractionSetting)
@@ -137,7 +138,7 @@ TEST(SpecialDecimal, ThirtySecondsAndThousandths)
 
 TEST(Quantities, UnitWordByMarketKind)
 {
-    orderview::SubstituteHost host;
+    ovtest::SubstituteHost host;
     orderview::SetHostServices(&host);
     struct Case { char market; const char* unit; };
     const Case cases[] = {

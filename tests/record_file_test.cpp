@@ -1,9 +1,12 @@
 #include <gtest/gtest.h>
 
 #include <cstdint>
+#include <fstream>
+#include <iterator>
 #include <string>
 #include <vector>
 
+#include "fuzz/host_tables_input.h"
 #include "host/record_file.h"
 #include "support/temp_folder.h"
 
@@ -93,6 +96,68 @@ TEST_F(RecordFileTest, DealsAndTablesThatReadNothing)
     EXPECT_TRUE(missing.Diagnostics().empty());
     RecordFile empty = Open("", RecordFile::Kind::Deals);
     EXPECT_FALSE(empty.NextDeal(deal));
+}
+
+}  // namespace
+
+namespace {
+
+// Order tables that once lost records without a word, read as the default host reads them.
+TEST(RecordFileRegressions, NoRecordLostWithoutADiagnostic)
+{
+    struct Case {
+        const char* file;
+        std::vector<std::string> orders;
+        std::vector<std::string> diagnostics;
+    } cases[] = {
+        {"orders_stray_quote.csv", {"A1", "A2", "A3"}, {}},
+        {"orders_bare_cr.csv", {"A1", "A2", "A3"}, {}},
+        {"orders_cr_line_ends.csv", {"A1", "A2"}, {}},
+        {"orders_bom_inside.csv", {"A1"}, {"orders.csv:3: list must be today or error"}},
+        {"error_orders_value_line_break.csv", {"A1", "A2"}, {}},
+    };
+    ovtest::TempFolder folder;
+    for (const auto& c : cases) {
+        const std::string path = std::string(ORDERVIEW_REGRESSIONS) + "/host/" + c.file;
+        RecordFile file(CString(path), "orders.csv", RecordFile::Kind::Orders);
+        CBaseOrder_OrderInfo order;
+        std::string list;
+        std::vector<std::string> read;
+        while (file.NextOrder(order, list)) read.push_back(order.csOrderNo.str());
+        EXPECT_EQ(read, c.orders) << c.file;
+        ASSERT_EQ(file.Diagnostics().size(), c.diagnostics.size()) << c.file;
+        for (size_t i = 0; i < c.diagnostics.size(); ++i)
+            EXPECT_EQ(file.Diagnostics()[i].str().rfind(c.diagnostics[i], 0), 0u) << file.Diagnostics()[i].str();
+
+        std::ifstream in(path, std::ios::binary);
+        const std::string bytes((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>());
+        EXPECT_EQ(ovfuzz::CheckOrderTable(bytes, folder.path()), "") << c.file;
+    }
+}
+
+// Malformed records anywhere: each line is read into an order or reported at its own line, and a
+// record broken inside quotes costs only its own line.
+TEST(RecordFileRegressions, EveryLineIsReadOrReported)
+{
+    const std::string header = "list,csOrderNo,csAccount,dwOrderQty,csStatusMsg\n";
+    const char* tables[] = {
+        "today,A1,F1,1,\"never closed\ntoday,A2,F1,2,ok\ntoday,A3,F1,3,ok\n",
+        "today,A1,F1,1,\"two\r\nlines\"\ntoday,A2,F1,x,bad\rtoday,A3,F1,3,\"a\"b\n",
+        "today,A1,F1,1,\"x\ntoday,A2,F1,2,\"y\"\ntoday,A3,F1,3,ok",
+        "\n#c\n\"\n\"\"\n,\n\r\r\n\xEF\xBB\xBFtoday,A1,F1,1,x\ntoday,A2,F1,2,5\" lot\n",
+    };
+    ovtest::TempFolder folder;
+    for (const char* table : tables) EXPECT_EQ(ovfuzz::CheckOrderTable(header + table, folder.path()), "") << table;
+
+    folder.Write("sys/t.csv", header + tables[0]);
+    RecordFile file(CString(folder.File("sys/t.csv")), "t.csv", RecordFile::Kind::Orders);
+    CBaseOrder_OrderInfo order;
+    std::string list;
+    std::vector<std::string> read;
+    while (file.NextOrder(order, list)) read.push_back(order.csOrderNo.str());
+    EXPECT_EQ(read, (std::vector<std::string>{"A2", "A3"}));
+    ASSERT_EQ(file.Diagnostics().size(), 1u);
+    EXPECT_EQ(file.Diagnostics()[0], "t.csv:2: quoted field is not closed");
 }
 
 }  // namespace

@@ -143,7 +143,11 @@ std::vector<std::string> OffTickPrices(const orderview::TableHost& host)
 // Loads a main folder with the default host installed, as the order screens would.
 class LoadedFolder {
 public:
-    explicit LoadedFolder(const std::string& folder) : host_(CString(folder)) { orderview::SetHostServices(&host_); }
+    explicit LoadedFolder(const std::string& folder) : host_(CString(folder))
+    {
+        host_.bLoadRecords();
+        orderview::SetHostServices(&host_);
+    }
     ~LoadedFolder() { orderview::SetHostServices(nullptr); }
     orderview::DefaultHost& host() { return host_; }
 

@@ -8,6 +8,7 @@
 #include "checks/stock_order_check.h"
 #include "host/default_host.h"
 #include "host/table_host.h"
+#include "support/substitute_host.h"
 #include "order_data/host_api.h"
 #include "platform/platform.h"
 #include "support/fake_platform.h"
@@ -17,7 +18,7 @@ namespace {
 
 // The substitute host with language texts set per test (the rest show their ids) and a count of
 // the commodity-id lookups.
-class CheckHost : public orderview::SubstituteHost {
+class CheckHost : public ovtest::SubstituteHost {
 public:
     using SubstituteHost::SubstituteHost;
     std::map<CString, CString> texts;

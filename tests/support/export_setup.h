@@ -8,12 +8,13 @@
 #include <vector>
 
 #include "host/table_host.h"
+#include "support/substitute_host.h"
 #include "support/fake_platform.h"
 #include "support/temp_folder.h"
 
 namespace ovtest {
 
-class TranslatingHost : public orderview::SubstituteHost {
+class TranslatingHost : public ovtest::SubstituteHost {
 public:
     std::map<CString, CString> texts;  // id -> text; other ids show as themselves
 
