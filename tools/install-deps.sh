@@ -1,7 +1,8 @@
 #!/bin/sh
 # Installs the Debian 12 packages orderview needs. With no option: what configuring and building
 # the default preset needs (the compiler, CMake, and the libraries the tests, benchmarks and tools
-# link with), enough to build and run the orderview program.
+# link with; the default preset builds them all), enough to build and run the orderview program,
+# and pkg-config for linking an installed library.
 #   --test     adds what running the tests needs: the independent programs the interop tests
 #              judge files with (Python readers, gsf, Apache POI with a JDK, LibreOffice, the PDF
 #              tools), clang for the fuzz targets, and the workbook benchmark's peers
@@ -12,7 +13,7 @@ set -eu
 USAGE="usage: tools/install-deps.sh [--test] [--windows]"
 SUDO=""
 if [ "$(id -u)" != "0" ]; then SUDO="sudo"; fi
-BUILD="cmake g++ make pkg-config libgtest-dev libgmock-dev libbenchmark-dev nlohmann-json3-dev"
+BUILD="cmake g++ make pkg-config libgtest-dev libbenchmark-dev nlohmann-json3-dev"
 TEST="python3 python3-olefile python3-xlrd python3-xlwt python3-openpyxl libgsf-bin default-jdk-headless libapache-poi-java libreoffice-calc-nogui qpdf poppler-utils catdoc gnumeric clang-14 libclang-rt-14-dev"
 WINDOWS="g++-mingw-w64-x86-64-posix wine wine64"
 test=0 windows=0
