@@ -4,7 +4,7 @@ three strings from 5,000 texts) with this library and with the independent progr
 same job here, and prints one table of whole-process times (medians) and peak memory, with each
 program's time as a multiple of this library's.
 
-usage: xls_peers.py XLS_WORKLOAD [RUNS] [--consecutive]   (see README; RUNS at least 5)
+usage: xls_peers.py XLS_WORKLOAD [RUNS] [--consecutive]   (see docs/performance.md; RUNS at least 5)
 By default the runs go in rounds, every program once a round. With --consecutive each program
 makes one unmeasured run and then all of its runs in a row, as a benchmark harness does: the
 memory a program frees is then what its next run gets, where in rounds it follows the peers that

@@ -3,7 +3,7 @@
 // copy of the same file, and must give the same answers and leave the same bytes.
 //
 // Where Windows and Wine are known to differ, the library follows Windows, so those inputs are
-// left out of the random sequences (the README's section on profile files lists them with their
+// left out of the random sequences (docs/profile-files.md lists them with their
 // reasons; profile_file_test.cpp checks the Windows answers):
 //   - a section line without ']' or with text after it, a key asked for with a leading ';', and
 //     the section "" (Wine parses these lines differently);

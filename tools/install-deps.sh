@@ -1,13 +1,33 @@
 #!/bin/sh
-# Installs what building, testing, fuzzing and benchmarking orderview needs on Debian 12;
-# with --windows, also the MinGW-w64 cross compiler and Wine for the Windows DLL and its tests.
+# Installs the Debian 12 packages orderview needs. With no option: what configuring and building
+# the default preset needs (the compiler, CMake, and the libraries the tests, benchmarks and tools
+# link with; the default preset builds them all), enough to build and run the orderview program,
+# and pkg-config for linking an installed library.
+#   --test     adds what running the tests needs: the independent programs the interop tests
+#              judge files with (Python readers, gsf, Apache POI with a JDK, LibreOffice, the PDF
+#              tools), clang for the fuzz targets, and the workbook benchmark's peers
+#   --windows  adds what --test adds, plus the MinGW-w64 cross compiler and Wine for the Windows
+#              DLL and its tests
+# The options combine. Uses sudo when not run as root; installs only what is missing.
 set -eu
+USAGE="usage: tools/install-deps.sh [--test] [--windows]"
 SUDO=""
 if [ "$(id -u)" != "0" ]; then SUDO="sudo"; fi
-PACKAGES="cmake g++ make pkg-config libgtest-dev libgmock-dev libbenchmark-dev nlohmann-json3-dev python3 python3-olefile python3-xlrd python3-xlwt libgsf-bin clang-14 libclang-rt-14-dev default-jdk-headless libapache-poi-java libreoffice-calc-nogui python3-openpyxl qpdf poppler-utils catdoc gnumeric"
-if [ "${1:-}" = "--windows" ]; then
-  PACKAGES="$PACKAGES g++-mingw-w64-x86-64-posix wine wine64"
-fi
+BUILD="cmake g++ make pkg-config libgtest-dev libbenchmark-dev nlohmann-json3-dev"
+TEST="python3 python3-olefile python3-xlrd python3-xlwt python3-openpyxl libgsf-bin default-jdk-headless libapache-poi-java libreoffice-calc-nogui qpdf poppler-utils catdoc gnumeric clang-14 libclang-rt-14-dev"
+WINDOWS="g++-mingw-w64-x86-64-posix wine wine64"
+test=0 windows=0
+for arg in "$@"; do
+  case "$arg" in
+    --test) test=1 ;;
+    --windows) test=1; windows=1 ;;
+    --help|-h) echo "$USAGE"; exit 0 ;;
+    *) echo "install-deps.sh: unknown option '$arg'" >&2; echo "$USAGE" >&2; exit 2 ;;
+  esac
+done
+PACKAGES="$BUILD"
+if [ "$test" = 1 ]; then PACKAGES="$PACKAGES $TEST"; fi
+if [ "$windows" = 1 ]; then PACKAGES="$PACKAGES $WINDOWS"; fi
 missing=""
 for p in $PACKAGES; do
   dpkg -s "$p" >/dev/null 2>&1 || missing="$missing $p"
