@@ -21,6 +21,7 @@ namespace orderview {
 
 namespace detail {
 class CsvReader;
+struct RecordColumns;
 struct CsvRecord {
     int line = 0;                     // line where the record starts
     int lastLine = 0;                 // and where it ends (a quoted field may hold line breaks)
@@ -45,6 +46,10 @@ public:
     // without a diagnostic.
     bool NextOrder(CBaseOrder_OrderInfo& order, std::string& list);
     bool NextDeal(CBaseOrder_DealInfo& deal);
+    // The same, checking every value but keeping none: for going through a day to learn where
+    // its records are (Tell before the call), at a fraction of the cost of reading them.
+    bool SkipOrder(std::string& list);
+    bool SkipDeal();
 
     // Where the next record starts, and a way back to it: Seek(Tell()) before a Next reads that
     // record again. Records read again after a Seek are not reported a second time.
@@ -57,12 +62,17 @@ public:
     int RecordLastLine() const { return fields_.lastLine; }
 
 private:
-    // Fills `record` from the fields of the record just read; false, with the record rejected
-    // and reported, when a field count or a value is wrong.
-    template <class Record, class SetField>
-    bool Fill(Record& record, SetField setField);
+    // Fills `order` (and, for a deal table, `deal`, whose order part `order` is) from the fields
+    // of the record just read; false, with the record rejected and reported, when the field
+    // count or a value is wrong.
+    // Without `keep`, text fields are not set and the record is not cleared first: the values
+    // are only checked.
+    bool Fill(CBaseOrder_OrderInfo& order, CBaseOrder_DealInfo* deal, bool keep);
+    bool ReadOrder(CBaseOrder_OrderInfo* order, std::string& list);
+    bool ReadDeal(CBaseOrder_DealInfo& deal, bool keep);
 
     std::unique_ptr<detail::CsvReader> reader_;
+    std::unique_ptr<detail::RecordColumns> columns_;  // how each column is set, found from the header
     detail::CsvRecord fields_;
     Kind kind_;
     std::vector<std::string> header_;

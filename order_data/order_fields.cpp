@@ -13,53 +13,55 @@ namespace {
 using Order = CBaseOrder_OrderInfo;
 using Deal = CBaseOrder_DealInfo;
 template <class Record>
-using SetterOf = std::function<bool(Record&, const std::string&)>;
+using SetterOf = FieldOf<Record>;
 using Setter = SetterOf<Order>;
 
 template <class Record = Order, class Get>
 SetterOf<Record> Text(Get get)
 {
-    return [get](Record& o, const std::string& t) { get(o) = CString(t); return true; };
+    return {[get](Record& o, const std::string& t) { get(o) = CString(t); return true; }, true};
 }
 
 template <class Record = Order, class Get>
 SetterOf<Record> Code(Get get)
 {
-    return [get](Record& o, const std::string& t) { return ParseCharCode(t, get(o)); };
+    return {[get](Record& o, const std::string& t) { return ParseCharCode(t, get(o)); }, false};
 }
 
 template <class Record = Order, class Get>
 SetterOf<Record> UInt32(Get get)
 {
-    return [get](Record& o, const std::string& t) {
-        std::uint64_t v = 0;
-        if (!ParseUInt(t, 0xFFFFFFFFu, v)) return false;
-        get(o) = static_cast<std::uint32_t>(v);
-        return true;
-    };
+    return {[get](Record& o, const std::string& t) {
+                std::uint64_t v = 0;
+                if (!ParseUInt(t, 0xFFFFFFFFu, v)) return false;
+                get(o) = static_cast<std::uint32_t>(v);
+                return true;
+            },
+            false};
 }
 
 template <class Record = Order, class Get>
 SetterOf<Record> Byte(Get get)
 {
-    return [get](Record& o, const std::string& t) {
-        std::uint64_t v = 0;
-        if (!ParseUInt(t, 0xFF, v)) return false;
-        get(o) = static_cast<std::uint8_t>(v);
-        return true;
-    };
+    return {[get](Record& o, const std::string& t) {
+                std::uint64_t v = 0;
+                if (!ParseUInt(t, 0xFF, v)) return false;
+                get(o) = static_cast<std::uint8_t>(v);
+                return true;
+            },
+            false};
 }
 
 template <class Record = Order, class Get>
 SetterOf<Record> Int32(Get get)
 {
-    return [get](Record& o, const std::string& t) { return ParseInt(t, get(o)); };
+    return {[get](Record& o, const std::string& t) { return ParseInt(t, get(o)); }, false};
 }
 
 template <class Record = Order, class Get>
 SetterOf<Record> Double(Get get)
 {
-    return [get](Record& o, const std::string& t) { return ParseDouble(t, get(o)); };
+    return {[get](Record& o, const std::string& t) { return ParseDouble(t, get(o)); }, false};
 }
 
 #define OV_FIELD(kind, member) {#member, kind([](Order& o) -> auto& { return o.member; })}
@@ -116,11 +118,23 @@ const std::unordered_map<std::string, SetterOf<Deal>>& DealFields()
 
 }  // namespace
 
+const OrderField* FindOrderField(const std::string& name)
+{
+    const auto it = Fields().find(name);
+    return it == Fields().end() ? nullptr : &it->second;
+}
+
+const DealField* FindDealOwnField(const std::string& name)
+{
+    const auto it = DealFields().find(name);
+    return it == DealFields().end() ? nullptr : &it->second;
+}
+
 SetFieldResult SetOrderField(CBaseOrder_OrderInfo& order, const std::string& name, const std::string& text)
 {
     const auto it = Fields().find(name);
     if (it == Fields().end()) return SetFieldResult::UnknownField;
-    return it->second(order, text) ? SetFieldResult::Ok : SetFieldResult::BadValue;
+    return it->second.set(order, text) ? SetFieldResult::Ok : SetFieldResult::BadValue;
 }
 
 bool IsOrderField(const std::string& name) { return Fields().count(name) != 0; }
@@ -129,7 +143,7 @@ SetFieldResult SetDealField(CBaseOrder_DealInfo& deal, const std::string& name, 
 {
     const auto it = DealFields().find(name);
     if (it == DealFields().end()) return SetOrderField(deal, name, text);
-    return it->second(deal, text) ? SetFieldResult::Ok : SetFieldResult::BadValue;
+    return it->second.set(deal, text) ? SetFieldResult::Ok : SetFieldResult::BadValue;
 }
 
 bool IsDealField(const std::string& name) { return DealFields().count(name) != 0 || IsOrderField(name); }

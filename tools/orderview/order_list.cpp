@@ -92,7 +92,7 @@ OrderList::OrderList(orderview::DefaultHost& host, ListKind kind, int mode, std:
     CBaseOrderItemGroup scratch;
     for (;;) {
         const std::uint64_t offset = file_.Tell();
-        scratch.vClear();
+        if (!showsAll) scratch.vClear();
         if (!ReadAndFill(scratch, !showsAll)) {
             if (file_.Tell() == offset) break;  // the end of the day
             continue;                            // hidden by the list mode
@@ -104,11 +104,12 @@ OrderList::OrderList(orderview::DefaultHost& host, ListKind kind, int mode, std:
 bool OrderList::ReadAndFill(CBaseOrderItemGroup& row, bool fill) const
 {
     if (kind_ == ListKind::Deal)
-        return file_.NextDeal(record_) &&
-               (!fill || g_bAddODOI2OIG_DealRet2FullOrderListCtrl(&row, &record_, 0, true, false, true));
+        return fill ? file_.NextDeal(record_) &&
+                          g_bAddODOI2OIG_DealRet2FullOrderListCtrl(&row, &record_, 0, true, false, true)
+                    : file_.SkipDeal();
     std::string list;
     // Only the day's list of orders; the error list is another screen's.
-    if (!file_.NextOrder(record_, list) || list != "today") return false;
+    if (!(fill ? file_.NextOrder(record_, list) : file_.SkipOrder(list)) || list != "today") return false;
     if (!fill) return true;
     if (kind_ == ListKind::Simple) return g_bAddODOI2OIG_SimpleOrderListCtrl(&row, &record_, mode_);
     return g_bAddODOI2OIG_QueryOrderRet2FullOrderListCtrl(&row, &record_, mode_, true, false, true);

@@ -47,7 +47,8 @@ public:
     void SetProgress(Progress* progress) { progress_ = progress; }
 private:
     // Reads the record at the file's position and, with `fill`, fills `row`; false when there is
-    // none or the list (or, with `fill`, the list mode) hides it.
+    // none or the list (or, with `fill`, the list mode) hides it. Without `fill` the record's
+    // values are only checked, not kept.
     bool ReadAndFill(CBaseOrderItemGroup& row, bool fill = true) const;
     void Load(int row) const;
 
