@@ -6,9 +6,11 @@
 // columns (any order, extra columns are reported); blank lines and lines starting with '#'
 // are skipped; a UTF-8 mark at the start is allowed.
 //
-//   language.txt       id=text lines; a missing id shows the id itself
+//   language.txt       id=text lines; a missing id shows the id itself. With a language chosen
+//                      (host.ini [Host] Language, or the host's constructor), language.<name>.txt
+//                      instead ("language.zh-TW.txt"); "en" and none mean language.txt
 //   host.ini           [Host] ProductName, FractionType, MarketClosedText, MarketPreOpenText,
-//                      MarketOpenText; [OrderBK] ShowDelete, Operator (four 0/1 flags, comma
+//                      MarketOpenText, Language; [OrderBK] ShowDelete, Operator (four 0/1 flags, comma
 //                      separated), OffsetFirms (comma separated); [User] Name, BranchNo,
 //                      MainBranchNo, Account
 //   services.csv       service,quote_mode,delay_service
@@ -59,6 +61,8 @@ public:
     // that go through those themselves with RecordFile, however large the day).
     enum class Tables { All, WithoutOrdersAndDeals };
     DefaultHost(const CString& mainPath, Tables tables);
+    // With the language `language` ("zh-TW"), whatever host.ini says; empty: host.ini's choice.
+    DefaultHost(const CString& mainPath, Tables tables, const CString& language);
 
     // ORDERVIEW_HOME when set, else ".".
     static CString DefaultMainPath();
@@ -74,6 +78,7 @@ protected:
 
 private:
     bool loadRecords_ = true;
+    CString language_name_;  // chosen by the constructor; empty: host.ini's [Host] Language
     void LoadLanguage();
     void LoadSettings();
     void LoadServices();

@@ -126,7 +126,7 @@ def test_export(work):
         out = os.path.join(work, "orders." + fmt)
         result = run("export", "--main", SAMPLE, "--format", fmt, "--output", out)
         check(fmt + " export", result.returncode == 0 and os.path.getsize(out) > 1000, result.stderr)
-    with open(os.path.join(work, "orders.html"), encoding="cp1252", errors="replace") as f:
+    with open(os.path.join(work, "orders.html"), encoding="utf-8") as f:
         html = f.read()
     check("html export holds the style sheet and the table", "align_border" in html and "<table" in html)
 
