@@ -54,6 +54,18 @@ def test_usage():
         result = run(*args)
         check("exit status of %s" % " ".join(args), result.returncode == status,
               "%d, expected %d" % (result.returncode, status))
+    # The global --lang: a missing value is a usage error, a language without its file a read error.
+    for args, status, message in [(("list", "--lang"), 2, "--lang needs"), (("--lang=", "list"), 2, "--lang needs"),
+                                  (("--lang", "fr", "list", "--main", SAMPLE), 1, "language.fr.txt"),
+                                  (("list", "--main", SAMPLE, "--lang", "../x"), 1, "not a language name")]:
+        result = run(*args)
+        check("exit status of %s" % " ".join(args), result.returncode == status and message in result.stderr,
+              "%d: %s" % (result.returncode, result.stderr[-200:]))
+    texts = language(SAMPLE)
+    for args in [("--lang", "zh-TW", "list", "--main", SAMPLE), ("list", "--lang=en", "--main", SAMPLE)]:
+        result = run(*args)
+        want = "委託書號" if "zh-TW" in args else texts["IDS_ORDER-ITEM_ORDERNO"]
+        check(" ".join(args[:2]) + " headings", result.returncode == 0 and result.stdout.startswith(want), result.stdout[:80])
     for command in ["list", "check", "export", "print", "generate", "xls", "cfb"]:
         result = run(command, "--help")
         check(command + " --help", result.returncode == 0 and "usage: orderview " + command in result.stdout,
