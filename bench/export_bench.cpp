@@ -15,6 +15,9 @@
 
 #include "orderview.h"
 
+// The workbook export before texts went to UTF-16 (workbook_export_previous.cpp).
+bool PreviousDataExportWorkbook(CListCtrl& list, const CString& sheetName);
+
 namespace {
 
 constexpr int kRows = 100000;
@@ -246,7 +249,8 @@ void BM_HtmlBaseline(benchmark::State& state)
     static const std::vector<Field> fields = HtmlFields(prologue);
     RunBaseline(state, "baseline.xls", "list.xls", fields);
 }
-void BM_Workbook(benchmark::State& state)
+// The sheet-sized list of the workbook benchmarks: the first 65,535 rows.
+orderview::MemoryListCtrl& SheetSized()
 {
     Fixture& f = Setup();
     static orderview::MemoryListCtrl sheetSized = [&] {
@@ -259,13 +263,59 @@ void BM_Workbook(benchmark::State& state)
         }
         return list;
     }();
-    f.platform.path = f.Path("book.xls");
+    return sheetSized;
+}
+
+void RunWorkbook(benchmark::State& state, bool (*exportList)(CListCtrl&, const CString&), const char* name,
+                 orderview::MemoryListCtrl& list)
+{
+    Fixture& f = Setup();
+    f.platform.path = f.Path(name);
     for (auto _ : state) {
         state.PauseTiming();
         std::filesystem::remove(f.platform.path);
         state.ResumeTiming();
-        if (!g_DataExportWorkbook(sheetSized, "Orders")) state.SkipWithError("the workbook was not written");
+        if (!exportList(list, "Orders")) state.SkipWithError("the workbook was not written");
     }
+}
+
+// One export outside any timing.
+void RunWorkbookOnce(bool (*exportList)(CListCtrl&, const CString&), const char* name)
+{
+    Fixture& f = Setup();
+    f.platform.path = f.Path(name);
+    std::filesystem::remove(f.platform.path);
+    exportList(SheetSized(), "Orders");
+}
+
+void BM_Workbook(benchmark::State& state) { RunWorkbook(state, g_DataExportWorkbook, "book.xls", SheetSized()); }
+// The export as it was before wide texts and further sheets, on the same list: the Latin path may
+// not be slower than this by more than 10%. Both write the same file (checked after the timed
+// runs). Run with --benchmark_enable_random_interleaving=true so that neither pays for going first.
+void BM_WorkbookPrevious(benchmark::State& state)
+{
+    RunWorkbook(state, PreviousDataExportWorkbook, "previous.xls", SheetSized());
+    RunWorkbookOnce(g_DataExportWorkbook, "current.xls");
+    if (ReadFile(Setup().Path("current.xls")) != ReadFile(Setup().Path("previous.xls")))
+        state.SkipWithError("the two workbooks differ");
+}
+// The same list with a Chinese account name in every row's commodity column (UTF-8, stored as
+// UTF-16), for the cost of the wide path.
+void BM_WorkbookChinese(benchmark::State& state)
+{
+    static orderview::MemoryListCtrl chinese = [] {
+        orderview::MemoryListCtrl& latin = SheetSized();
+        orderview::MemoryListCtrl list;
+        for (int c = 0; c < kColumns; ++c) list.InsertColumn(latin.GetColumnText(c), latin.GetColumnFormat(c));
+        std::vector<CString> cells(kColumns);
+        for (int r = 0; r < latin.GetItemCount(); ++r) {
+            for (int c = 0; c < kColumns; ++c) cells[c] = latin.GetItemText(r, c);
+            cells[kCommodityColumn] = "\xE9\x99\xB3\xE5\xA4\xA7\xE6\x96\x87\xE6\x9C\x9F\xE8\xB2\xA8" + cells[kCommodityColumn];
+            list.InsertItem(cells);
+        }
+        return list;
+    }();
+    RunWorkbook(state, g_DataExportWorkbook, "chinese.xls", chinese);
 }
 
 }  // namespace
@@ -278,5 +328,7 @@ BENCHMARK(BM_TextBaseline)->Unit(benchmark::kMillisecond)->Iterations(1)->Repeti
 BENCHMARK(BM_Html)->Unit(benchmark::kMillisecond)->Iterations(1)->Repetitions(5)->ReportAggregatesOnly(true);
 BENCHMARK(BM_HtmlBaseline)->Unit(benchmark::kMillisecond)->Iterations(1)->Repetitions(5)->ReportAggregatesOnly(true);
 BENCHMARK(BM_Workbook)->Unit(benchmark::kMillisecond)->Iterations(1)->Repetitions(5)->ReportAggregatesOnly(true);
+BENCHMARK(BM_WorkbookPrevious)->Unit(benchmark::kMillisecond)->Iterations(1)->Repetitions(5)->ReportAggregatesOnly(true);
+BENCHMARK(BM_WorkbookChinese)->Unit(benchmark::kMillisecond)->Iterations(1)->Repetitions(5)->ReportAggregatesOnly(true);
 
 BENCHMARK_MAIN();

@@ -34,9 +34,13 @@ ORDERVIEW_API void g_UnoffsetDataExportXls(CListCtrl& list, CListCtrl& secondLis
                                            const CString& caption, CBaseOrder_UserInfo* user,
                                            bool withSecondList);
 
-// The list as a binary workbook (".xls") with one sheet named `sheetName`: the headings in row 0,
-// one row per list row; cells the HTML export marks as numbers hold numbers (grouping commas
-// dropped, a percent divided by 100) when they read as one, all others text (cut to 32,767
-// bytes). False, with nothing written, when the dialog is cancelled, the sheet name is not
-// valid, the list does not fit a sheet (65,535 rows, 256 columns) or the file cannot be written.
+// The list as a binary workbook (".xls"): the headings in row 0, one row per list row; cells the
+// HTML export marks as numbers hold numbers (grouping commas dropped, a percent divided by 100)
+// when they read as one, all others text. Plain ASCII texts are stored as 8-bit text; any other
+// text is read in the narrow code page (platform/narrow_text.h) and stored as UTF-16, cut between
+// characters to 32,767 code units. The first sheet is named `sheetName`; a list longer than a
+// sheet's 65,535 data rows goes on over sheets named "`sheetName` (2)", "`sheetName` (3)", ...
+// (the name cut to keep within 31 characters), each with the heading row. False, with nothing
+// written, when the dialog is cancelled, the sheet name is not valid, the list has more than 256
+// columns or the file cannot be written.
 ORDERVIEW_API bool g_DataExportWorkbook(CListCtrl& list, const CString& sheetName);

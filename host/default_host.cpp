@@ -1,5 +1,6 @@
 #include "host/default_host.h"
 
+#include <cctype>
 #include <cstdio>
 #include <cstdlib>
 
@@ -84,7 +85,10 @@ std::vector<CString> SplitList(const CString& text, char separator)
 
 DefaultHost::DefaultHost(const CString& mainPath) : DefaultHost(mainPath, Tables::All) {}
 
-DefaultHost::DefaultHost(const CString& mainPath, Tables tables) : loadRecords_(tables == Tables::All)
+DefaultHost::DefaultHost(const CString& mainPath, Tables tables) : DefaultHost(mainPath, tables, CString()) {}
+
+DefaultHost::DefaultHost(const CString& mainPath, Tables tables, const CString& language)
+    : loadRecords_(tables == Tables::All), language_name_(language)
 {
     csMainPath = mainPath;
     LoadTables();
@@ -177,8 +181,26 @@ void DefaultHost::vWriteDebugLog(char* category, int level, const char* text)
 void DefaultHost::LoadLanguage()
 {
     mapLanguage.clear();
+    CString name = language_name_;
+    if (name.IsEmpty()) name = ProfileString("Host", "Language", "", SysFile("host.ini"));
+    name.Trim();
+    std::string file = "language.txt";
+    if (!name.IsEmpty() && name != "en") {
+        // A name picks a file in the system folder and nothing else: letters, digits, '-' and '_'.
+        for (const char c : name.str()) {
+            if (!std::isalnum(static_cast<unsigned char>(c)) && c != '-' && c != '_') {
+                diagnostics_.push_back("language '" + name + "' is not a language name");
+                return;
+            }
+        }
+        file = "language." + name.str() + ".txt";
+    }
     std::string text;
-    if (!ReadWholeFile(SysFile("language.txt"), text)) return;
+    if (!ReadWholeFile(SysFile(file.c_str()), text)) {
+        // Without the language file every text shows its id; a language asked for must be there.
+        if (file != "language.txt") diagnostics_.push_back(CString(file) + ": the language file cannot be read");
+        return;
+    }
     size_t pos = text.compare(0, 3, "\xEF\xBB\xBF") == 0 ? 3 : 0;
     for (int line = 1; pos < text.size(); ++line) {
         size_t end = text.find('\n', pos);
@@ -193,7 +215,7 @@ void DefaultHost::LoadLanguage()
         id.Trim();
         if (eq == std::string::npos || id.IsEmpty()) {
             CString message;
-            message.Format("language.txt:%d: expected id=text", line);
+            message.Format("%s:%d: expected id=text", file.c_str(), line);
             diagnostics_.push_back(message);
             continue;
         }

@@ -25,6 +25,8 @@ public:
     // that go through those themselves with RecordFile, however large the day).
     enum class Tables { All, WithoutOrdersAndDeals };
     DefaultHost(const CString& mainPath, Tables tables);
+    // With the language `language` ("zh-TW"), whatever host.ini says; empty: host.ini's choice.
+    DefaultHost(const CString& mainPath, Tables tables, const CString& language);
 
     // ORDERVIEW_HOME when set, else ".".
     static CString DefaultMainPath();
@@ -44,6 +46,7 @@ public:
 
 private:
     bool loadRecords_ = true;
+    CString language_name_;  // chosen by the constructor; empty: host.ini's [Host] Language
     bool recordsRead_ = false;
     std::mutex recordsMutex_;
     void LoadTables();

@@ -319,4 +319,39 @@ TEST(X1FormatValue, ConversionsAndUnits)
     EXPECT_EQ(static_cast<double>(X1Format(1, 1, nullptr, 5)), 0.0);
 }
 
+// The language comes from the constructor, else from host.ini [Host] Language, else English; a
+// language asked for whose file is missing, or a name that is not one, is reported.
+TEST(DefaultHostLanguage, ChosenFile)
+{
+    ovtest::TempFolder folder;
+    folder.Write("sys/language.txt", "IDS_ORDER-ITEM_BS_BUY=Buy\n");
+    folder.Write("sys/language.zh-TW.txt", "IDS_ORDER-ITEM_BS_BUY=\xE8\xB2\xB7\n");
+    const struct {
+        const char* hostIni;
+        const char* chosen;
+        const char* buy;         // the text of IDS_ORDER-ITEM_BS_BUY
+        const char* diagnostic;  // the start of the one diagnostic, or null
+    } cases[] = {
+        {"", "", "Buy", nullptr},
+        {"[Host]\nLanguage=zh-TW\n", "", "\xE8\xB2\xB7", nullptr},
+        {"[Host]\nLanguage= zh-TW \n", "", "\xE8\xB2\xB7", nullptr},
+        {"[Host]\nLanguage=en\n", "", "Buy", nullptr},
+        {"", "zh-TW", "\xE8\xB2\xB7", nullptr},
+        {"[Host]\nLanguage=zh-TW\n", "en", "Buy", nullptr},
+        {"[Host]\nLanguage=fr\n", "", "IDS_ORDER-ITEM_BS_BUY", "language.fr.txt: the language file cannot be read"},
+        {"", "../sys/language", "IDS_ORDER-ITEM_BS_BUY", "language '../sys/language' is not a language name"},
+    };
+    for (const auto& c : cases) {
+        folder.Write("sys/host.ini", c.hostIni);
+        DefaultHost host(folder.MainPath(), DefaultHost::Tables::All, c.chosen);
+        EXPECT_EQ(host.LangGetLangString("IDS_ORDER-ITEM_BS_BUY"), c.buy) << c.hostIni << " / " << c.chosen;
+        if (c.diagnostic) {
+            ASSERT_EQ(host.Diagnostics().size(), 1u) << c.chosen;
+            EXPECT_EQ(host.Diagnostics()[0], c.diagnostic);
+        } else {
+            EXPECT_TRUE(host.Diagnostics().empty()) << c.hostIni << " / " << c.chosen;
+        }
+    }
+}
+
 }  // namespace

@@ -1,8 +1,10 @@
 #include <gtest/gtest.h>
 
 #include "export/list_export.h"
+#include "platform/narrow_text.h"
 #include "support/export_setup.h"
 #include "xls/book.h"
+#include "xls/utf16.h"
 
 namespace {
 
@@ -332,7 +334,7 @@ TEST_F(ListExport, WorkbookCells)
     MemoryListCtrl list = MakeList({{"Sym", 0}, {"Qty", 1}, {"Rate", 1}, {"Note", 1}},
                                    {{"2330", "1,234,567", "3.5%", "12:30"},
                                     {"A", "-12.50", "25%", "abc,"},
-                                    {"\x80\xff", "", "1e5", std::string(40000, 'n')}});
+                                    {"A", "", "1e5", std::string(40000, 'n')}});
     setup.SaveAs("book.xls");
     ASSERT_TRUE(g_DataExportWorkbook(list, "Orders"));
     ASSERT_EQ(setup.platform.saveRequests.back().csFilter, "(*.xls)|*.xls||");
@@ -346,7 +348,7 @@ TEST_F(ListExport, WorkbookCells)
         {0, 0, 0, "Sym"}, {0, 3, 0, "Note"}, {1, 0, 0, "2330"}, {1, 1, 1234567, nullptr}, {1, 2, 0.035, nullptr},
         {1, 3, 0, "12:30"}, {2, 0, 0, "A"}, {2, 1, -12.5, nullptr}, {2, 2, 0.25, nullptr},
         {2, 3, 0, "abc,"},   // marked as a number in HTML, but not one
-        {3, 0, 0, "\x80\xff"}, {3, 1, 0, ""}, {3, 2, 0, "1e5"},
+        {3, 0, 0, "A"}, {3, 1, 0, ""}, {3, 2, 0, "1e5"},
     };
     for (const Expect& e : cells) {
         const xls::Cell* cell = sheet->Cell(e.row, e.col);
@@ -372,22 +374,100 @@ TEST_F(ListExport, WorkbookFailuresWriteNothing)
     MemoryListCtrl wide;
     for (int i = 0; i < 257; ++i) wide.InsertColumn("c");
     EXPECT_FALSE(g_DataExportWorkbook(wide, "S"));
-    MemoryListCtrl tall = MakeList({{"A", 1}}, {});
-    for (int i = 0; i < 65536; ++i) tall.InsertItem({"1"});
-    EXPECT_FALSE(g_DataExportWorkbook(tall, "S"));
     setup.platform.saveAccepted = false;
     EXPECT_FALSE(g_DataExportWorkbook(small, "S"));
     EXPECT_EQ(Read("keep.xls"), "keep");
     EXPECT_EQ(setup.Names(), (std::vector<std::string>{"Log", "keep.xls", "sys"}));
     // The largest list that fits, and no list at all.
     setup.platform.saveAccepted = true;
-    tall.DeleteAllItems();
+    MemoryListCtrl tall = MakeList({{"A", 1}}, {});
     for (int i = 0; i < 65535; ++i) tall.InsertItem({"1"});
     EXPECT_TRUE(g_DataExportWorkbook(tall, "S"));
+    xls::Book book;
+    ASSERT_TRUE(book.Load(setup.folder.File("keep.xls").c_str()));
+    EXPECT_EQ(book.GetTotalWorkSheets(), 1u);
     MemoryListCtrl none;
     EXPECT_TRUE(g_DataExportWorkbook(none, "S"));
-    xls::Book book;
     EXPECT_TRUE(book.Load(setup.folder.File("keep.xls").c_str()));
+}
+
+// Texts that are not plain ASCII are read in the narrow code page and stored as UTF-16, cut
+// between characters; ASCII stays 8-bit.
+TEST_F(ListExport, WorkbookWideTexts)
+{
+    const std::string a32766(32766, 'a');
+    const struct {
+        std::string narrow;
+        std::u16string utf8;  // what UTF-8 narrow text reads as (the code page but on Windows)
+    } cases[] = {
+        {"\xE5\x8F\xB0\xE7\xA9\x8D\xE9\x9B\xBB", u"\u53F0\u7A4D\u96FB"},  // a stock name
+        {"\xE9\x99\xB3\xE5\xA4\xA7\xE6\x96\x87 F000123", u"\u9673\u5927\u6587 F000123"},
+        {"caf\xC3\xA9 A", u"caf\u00E9 A"},
+        {"\x80\xFF", u"\uFFFD\uFFFD"},                                // not UTF-8: one mark per byte
+        {a32766 + "\xE5\x8F\xB0\xE7\xA9\x8D", std::u16string(32766, u'a') + u"\u53F0"},
+        {a32766 + "\xF0\x9F\x98\x80", std::u16string(32766, u'a')},    // a pair is not split
+    };
+    std::vector<std::vector<CString>> rows;
+    for (const auto& c : cases) rows.push_back({CString(c.narrow), CString(c.narrow)});
+    MemoryListCtrl list = MakeList({{"\xE5\xB8\xB3\xE8\x99\x9F", 0}, {"Qty", 1}}, rows);
+    setup.SaveAs("wide.xls");
+    ASSERT_TRUE(g_DataExportWorkbook(list, "\xE5\xA7\x94\xE8\xA8\x97"));
+    xls::Book book;
+    ASSERT_TRUE(book.Load(setup.folder.File("wide.xls").c_str()));
+    EXPECT_EQ(xls::ToUtf16(book.GetUnicodeSheetName(0)), orderview::NarrowToUtf16("\xE5\xA7\x94\xE8\xA8\x97"));
+    xls::Sheet* sheet = book.GetWorksheet(0);
+    EXPECT_EQ(xls::ToUtf16(sheet->Cell(0, 0)->GetWString()), orderview::NarrowToUtf16("\xE5\xB8\xB3\xE8\x99\x9F"));
+    for (std::size_t i = 0; i < std::size(cases); ++i) {
+        for (int col = 0; col < 2; ++col) {
+            const xls::Cell* cell = sheet->Cell(i + 1, col);
+            ASSERT_EQ(cell->Type(), xls::Cell::kWString) << i;
+            const std::u16string got = xls::ToUtf16(cell->GetWString());
+            std::u16string want = orderview::NarrowToUtf16(cases[i].narrow);
+            want.resize(std::min<std::size_t>(want.size(), 32767));
+            if (want.size() == 32767 && want.back() >= 0xD800 && want.back() <= 0xDBFF) want.pop_back();
+            EXPECT_EQ(got, want) << i;
+#ifndef _WIN32
+            EXPECT_EQ(got, cases[i].utf8) << i;
+#endif
+        }
+    }
+}
+
+// A list longer than a sheet goes on over further sheets, each with the heading row; a name
+// at the 31-character limit is cut to make room for the number.
+TEST_F(ListExport, WorkbookContinuesOnFurtherSheets)
+{
+    const struct {
+        std::string name;
+        int rows;
+        std::vector<std::string> sheets;
+        std::vector<std::size_t> sheetRows;  // data rows per sheet
+    } cases[] = {
+        {"Orders", 2 * 65535 + 2, {"Orders", "Orders (2)", "Orders (3)"}, {65535, 65535, 2}},
+        {std::string(31, 's'), 65536, {std::string(31, 's'), std::string(27, 's') + " (2)"}, {65535, 1}},
+    };
+    for (const auto& c : cases) {
+        MemoryListCtrl list = MakeList({{"No", 0}, {"Qty", 1}}, {});
+        for (int i = 0; i < c.rows; ++i) list.InsertItem({CString(std::to_string(i)), "7"});
+        setup.SaveAs("tall.xls");
+        ASSERT_TRUE(g_DataExportWorkbook(list, CString(c.name))) << c.name;
+        xls::Book book;
+        ASSERT_TRUE(book.Load(setup.folder.File("tall.xls").c_str()));
+        ASSERT_EQ(book.GetTotalWorkSheets(), c.sheets.size()) << c.name;
+        int next = 0;
+        for (std::size_t s = 0; s < c.sheets.size(); ++s) {
+            EXPECT_EQ(book.GetAnsiSheetName(s), c.sheets[s]);
+            xls::Sheet* sheet = book.GetWorksheet(s);
+            ASSERT_EQ(sheet->GetTotalRows(), c.sheetRows[s] + 1) << c.sheets[s];
+            EXPECT_STREQ(sheet->Cell(0, 0)->GetString(), "No");
+            EXPECT_STREQ(sheet->Cell(0, 1)->GetString(), "Qty");
+            EXPECT_EQ(sheet->Cell(1, 0)->GetString(), std::to_string(next)) << c.sheets[s];
+            EXPECT_EQ(sheet->Cell(c.sheetRows[s], 0)->GetString(), std::to_string(next + static_cast<int>(c.sheetRows[s]) - 1));
+            EXPECT_DOUBLE_EQ(sheet->Cell(c.sheetRows[s], 1)->GetDouble(), 7.0);
+            next += static_cast<int>(c.sheetRows[s]);
+        }
+        EXPECT_EQ(next, c.rows);
+    }
 }
 
 }  // namespace

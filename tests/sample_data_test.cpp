@@ -33,18 +33,9 @@ std::string ReadFile(const fs::path& path)
     return text.str();
 }
 
+// Every language file of the sample (English and Traditional Chinese) has a text for every id.
 TEST(SampleLanguage, DefinesEveryIdTheLibraryUses)
 {
-    std::set<std::string> defined;
-    std::istringstream language(ReadFile(kSource / "sample/sys/language.txt"));
-    for (std::string line; std::getline(language, line);) {
-        const size_t eq = line.find('=');
-        if (eq != std::string::npos && line[0] != '#') {
-            EXPECT_LT(eq + 1, line.size()) << "empty text: " << line;
-            defined.insert(line.substr(0, eq));
-        }
-    }
-
     const std::regex id("\"((IDS|HTS)_[A-Za-z0-9_-]+)\"");
     std::map<std::string, std::string> used;  // id -> a file that uses it
     for (const char* folder : {"order_data", "platform", "host", "format", "rows", "checks", "smart_orders",
@@ -60,7 +51,24 @@ TEST(SampleLanguage, DefinesEveryIdTheLibraryUses)
     }
     // The display tables alone use well over a hundred ids; far fewer means the scan broke.
     EXPECT_GT(used.size(), 100u);
-    for (const auto& [name, file] : used) EXPECT_TRUE(defined.count(name)) << name << " (used in " << file << ")";
+
+    for (const char* file : {"language.txt", "language.zh-TW.txt"}) {
+        std::map<std::string, std::string> defined;
+        std::istringstream language(ReadFile(kSource / "sample/sys" / file));
+        for (std::string line; std::getline(language, line);) {
+            const size_t eq = line.find('=');
+            if (eq != std::string::npos && line[0] != '#') {
+                EXPECT_LT(eq + 1, line.size()) << file << ": empty text: " << line;
+                defined.emplace(line.substr(0, eq), line.substr(eq + 1));
+            }
+        }
+        for (const auto& [name, where] : used)
+            EXPECT_TRUE(defined.count(name)) << file << ": " << name << " (used in " << where << ")";
+        // Texts the checks use as formats keep their one conversion.
+        for (const char* format : {"IDS_ORDER-STOCK-CV_OUTOF_UPPERLMT", "IDS_ORDER-FUTURE-CV_OUTOF_DOWNERLMT"})
+            EXPECT_NE(defined[format].find("%.2f"), std::string::npos) << file << ": " << format;
+        EXPECT_NE(defined["IDS_ORDER-STOCK-CV_YESTERDAY_TRADE_VOLUME"].find("%d"), std::string::npos) << file;
+    }
 }
 
 bool IsRequest(const CBaseOrder_OrderInfo& order)
@@ -291,7 +299,8 @@ TEST(Generator, SameSeedSameFiles)
     for (const char* file : {"orders.csv", "deals.csv", "quotes.csv"})
         EXPECT_EQ(ReadFile(fs::path(a) / "sys" / file), ReadFile(fs::path(b) / "sys" / file)) << file;
     EXPECT_NE(ReadFile(fs::path(a) / "sys/orders.csv"), ReadFile(fs::path(c) / "sys/orders.csv"));
-    EXPECT_EQ(ReadFile(fs::path(a) / "sys/language.txt"), ReadFile(kSource / "sample/sys/language.txt"));
+    for (const char* file : {"language.txt", "language.zh-TW.txt", "xls_head.txt"})
+        EXPECT_EQ(ReadFile(fs::path(a) / "sys" / file), ReadFile(kSource / "sample/sys" / file)) << file;
 }
 
 TEST(Generator, ExitCodes)

@@ -7,7 +7,8 @@
 #              judge files with (Python readers, gsf, Apache POI with a JDK, LibreOffice, the PDF
 #              tools), clang for the fuzz targets, and the workbook benchmark's peers
 #   --windows  adds what --test adds, plus the MinGW-w64 cross compiler and Wine for the Windows
-#              DLL and its tests
+#              DLL and its tests, and glibc's locale sources, from which the build makes the Big5
+#              locale its Wine tests run in
 # The options combine. Uses sudo when not run as root; installs only what is missing.
 set -eu
 USAGE="usage: tools/install-deps.sh [--test] [--windows]"
@@ -15,7 +16,7 @@ SUDO=""
 if [ "$(id -u)" != "0" ]; then SUDO="sudo"; fi
 BUILD="cmake g++ make pkg-config libgtest-dev libbenchmark-dev nlohmann-json3-dev"
 TEST="python3 python3-olefile python3-xlrd python3-xlwt python3-openpyxl libgsf-bin default-jdk-headless libapache-poi-java libreoffice-calc-nogui qpdf poppler-utils catdoc gnumeric clang-14 libclang-rt-14-dev"
-WINDOWS="g++-mingw-w64-x86-64-posix wine wine64"
+WINDOWS="g++-mingw-w64-x86-64-posix wine wine64 locales"
 test=0 windows=0
 for arg in "$@"; do
   case "$arg" in

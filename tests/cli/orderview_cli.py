@@ -54,6 +54,18 @@ def test_usage():
         result = run(*args)
         check("exit status of %s" % " ".join(args), result.returncode == status,
               "%d, expected %d" % (result.returncode, status))
+    # The global --lang: a missing value is a usage error, a language without its file a read error.
+    for args, status, message in [(("list", "--lang"), 2, "--lang needs"), (("--lang=", "list"), 2, "--lang needs"),
+                                  (("--lang", "fr", "list", "--main", SAMPLE), 1, "language.fr.txt"),
+                                  (("list", "--main", SAMPLE, "--lang", "../x"), 1, "not a language name")]:
+        result = run(*args)
+        check("exit status of %s" % " ".join(args), result.returncode == status and message in result.stderr,
+              "%d: %s" % (result.returncode, result.stderr[-200:]))
+    texts = language(SAMPLE)
+    for args in [("--lang", "zh-TW", "list", "--main", SAMPLE), ("list", "--lang=en", "--main", SAMPLE)]:
+        result = run(*args)
+        want = "委託書號" if "zh-TW" in args else texts["IDS_ORDER-ITEM_ORDERNO"]
+        check(" ".join(args[:2]) + " headings", result.returncode == 0 and result.stdout.startswith(want), result.stdout[:80])
     for command in ["list", "check", "export", "print", "generate", "xls", "cfb"]:
         result = run(command, "--help")
         check(command + " --help", result.returncode == 0 and "usage: orderview " + command in result.stdout,
@@ -126,7 +138,7 @@ def test_export(work):
         out = os.path.join(work, "orders." + fmt)
         result = run("export", "--main", SAMPLE, "--format", fmt, "--output", out)
         check(fmt + " export", result.returncode == 0 and os.path.getsize(out) > 1000, result.stderr)
-    with open(os.path.join(work, "orders.html"), encoding="cp1252", errors="replace") as f:
+    with open(os.path.join(work, "orders.html"), encoding="utf-8") as f:
         html = f.read()
     check("html export holds the style sheet and the table", "align_border" in html and "<table" in html)
 

@@ -142,9 +142,9 @@ def check_html(tool, work, home, failures):
             if is_number(c, text) and not text.endswith("%"):
                 check(failures, where, got, number_value(text))
             else:
-                # HTML collapses the line break of a cell into one blank; the bytes are read in
-                # the template's code page (windows-1252).
-                check(failures, where, got, " ".join(text.encode("utf-8").decode("cp1252").split()))
+                # HTML collapses the line break of a cell into one blank; the template declares
+                # UTF-8, the narrow text of the exports here.
+                check(failures, where, got, " ".join(text.split()))
 
 
 def workbook_expected(rows):
@@ -153,8 +153,8 @@ def workbook_expected(rows):
         expected[(0, c)] = heading
     for r, row in enumerate(rows):
         for c, text in enumerate(row):
-            # Narrow text is stored byte for byte; readers take the bytes as Latin-1.
-            expected[(r + 1, c)] = number_value(text) if is_number(c, text) else text.encode("utf-8").decode("latin-1")
+            # Narrow (UTF-8) text that is not ASCII is stored as UTF-16: readers show its characters.
+            expected[(r + 1, c)] = number_value(text) if is_number(c, text) else text
     return expected
 
 

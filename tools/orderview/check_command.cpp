@@ -8,6 +8,7 @@
 #include "checks/stock_order_check.h"
 #include "commands.h"
 #include "console_platform.h"
+#include "display_width.h"
 #include "format/symbol_display.h"
 #include "host/record_file.h"
 #include "main_folder.h"
@@ -94,11 +95,11 @@ int CheckCommand(int argc, char** argv)
         const bool stockOk = g_bCheckStockOrder(account, order);
         std::string boxes;
         for (const auto& box : platform.TakeBoxes()) boxes += (boxes.empty() ? "" : " | ") + OneLine(box.text);
-        std::printf("%-40s stock      %-8s %s\n", who.c_str(), stockOk ? "PASS" : "REFUSED", boxes.c_str());
+        std::printf("%s stock      %-8s %s\n", PadToWidth(who, 40).c_str(), stockOk ? "PASS" : "REFUSED", boxes.c_str());
 
         CString message;
         const bool insuranceOk = g_bCheckOrderInsurance(account, &order, message);
-        std::printf("%-40s insurance  %-8s %s\n", who.c_str(), insuranceOk ? "PASS" : "REFUSED",
+        std::printf("%s insurance  %-8s %s\n", PadToWidth(who, 40).c_str(), insuranceOk ? "PASS" : "REFUSED",
                     insuranceOk ? "" : OneLine(message).c_str());
         refused = refused || !stockOk || !insuranceOk;
     }

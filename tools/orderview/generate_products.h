@@ -16,9 +16,10 @@ struct Account {
 };
 
 // Futures, foreign futures, options and stock accounts; the index is used by Product::account.
+// Names are the customers' Chinese names, in UTF-8 (the narrow text of the program's systems).
 inline constexpr Account kAccounts[] = {
-    {"F000123", '0', "Chen Futures"},  {"F000456", '0', "Lin Futures"}, {"F000789", '2', "Wang Foreign"},
-    {"O000321", '1', "Huang Options"}, {"S987654", 'A', "Chang Stocks"},
+    {"F000123", '0', "陳大文期貨"},   {"F000456", '0', "林小美期貨"}, {"F000789", '2', "王志明海外期貨"},
+    {"O000321", '1', "黃淑芬選擇權"}, {"S987654", 'A', "張家豪證券"},
 };
 
 struct Product {

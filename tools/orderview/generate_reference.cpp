@@ -51,13 +51,32 @@ std::string Commodities()
     return text;
 }
 
+// The products' names as the quote side shows them.
+const char* SymbolName(const std::string& symbol)
+{
+    static const struct {
+        const char* symbol;
+        const char* name;
+    } kNames[] = {
+        {"TXFL6", "台指期"},           {"MXFL6", "小台指"},           {"TXFL6/A7", "台指期價差"},
+        {"TXO23000L6", "台指選23000買權"}, {"TXO23000X6", "台指選23000賣權"}, {"2330", "台積電"},
+        {"2317", "鴻海"},              {"0050", "元大台灣50"},        {"2603", "長榮"},
+        {"2498", "宏達電"},            {"ZBZ6", "美國30年期公債"},    {"ZNZ6", "美國10年期公債"},
+        {"TXF00", "台指期近月"},
+    };
+    for (const auto& n : kNames)
+        if (symbol == n.symbol) return n.name;
+    return "";
+}
+
 std::string Symbols()
 {
-    std::string text = "service,symbol,commodity,market_state,is_stock,transfer_symbol\n";
+    std::string text = "service,symbol,commodity,market_state,is_stock,transfer_symbol,name\n";
     for (const Product& p : kProducts)
-        text += std::to_string(p.service) + "," + p.symbol + "," + p.comId + ",2," + (IsStock(p) ? "1" : "0") + ",\n";
+        text += std::to_string(p.service) + "," + p.symbol + "," + p.comId + ",2," + (IsStock(p) ? "1" : "0") + ",," +
+                SymbolName(p.symbol) + "\n";
     // The near-month alias the quote side knows the front future by.
-    text += "1,TXF00,TXF,2,0,TXFL6\n";
+    text += std::string("1,TXF00,TXF,2,0,TXFL6,") + SymbolName("TXF00") + "\n";
     return text;
 }
 
@@ -80,11 +99,13 @@ std::vector<ReferenceFile> ReferenceFiles()
 {
     return {
         {"language.txt", kSampleLanguage},
+        {"language.zh-TW.txt", kSampleLanguageZhTw},
+        {"xls_head.txt", kSampleXlsHead},
         {"OrderCfg.ini", kSampleOrderCfg},
         {"host.ini",
          "[Host]\nProductName=OrderView\nFractionType=2\nMarketClosedText=CLOSE\nMarketPreOpenText=PREOPEN\n"
          "MarketOpenText=OPEN\n[OrderBK]\nShowDelete=1\nOperator=1,0,0,0\nOffsetFirms=F001\n"
-         "[User]\nName=Chen\nBranchNo=F001\nMainBranchNo=F000\nAccount=F000123\n"},
+         "[User]\nName=陳大文\nBranchNo=F001\nMainBranchNo=F000\nAccount=F000123\n"},
         {"services.csv", "service,quote_mode,delay_service\n1,0,0\n6,0,0\n16,0,0\n22,2,1\n"},
         {"quotes.csv", Quotes()},
         {"commodities.csv", Commodities()},
@@ -97,7 +118,7 @@ std::vector<ReferenceFile> ReferenceFiles()
          "1,TX4,1,TXO,202612W4\n"
          "6,ZB,0,,202612 202703 202706\n"
          "6,ZN,0,,202612 202703 202706\n"},
-        {"weekly_names.csv", "commodity,year_month,name\nTX4,202612W4,TXO Dec W4\n"},
+        {"weekly_names.csv", "commodity,year_month,name\nTX4,202612W4,台指選12月W4\n"},
         {"accounts.csv", Accounts()},
         {"accepted.csv",
          "kind,commodity,denominator,sub_denominator\nforeign_future,ZB,32,0\nforeign_future,ZN,64,0\n"
@@ -108,7 +129,7 @@ std::vector<ReferenceFile> ReferenceFiles()
          "S987654,,2498,8,1000,1,0,0,2000000,0,150000\n"
          "F000123,TXF;MXF,,10,300,0,0,1,50,1,4\n"
          "O000321,,,20,100,0,0,0,0,0,0\n"},
-        {"alert_stocks.csv", "account,symbol,name\nS987654,2498,HTC\nS987654,2603,Evergreen\n"},
+        {"alert_stocks.csv", "account,symbol,name\nS987654,2498,宏達電\nS987654,2603,長榮\n"},
         {"stocks.csv",
          "symbol,unit,special,flag1,flag2,flag3\n2330,1000,0,0,0,0\n2317,1000,0,0,0,0\n0050,1000,0,0,0,0\n"
          "2603,1000,0,1,1,0\n2498,1,1,1,1,1\n"},

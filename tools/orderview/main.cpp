@@ -2,8 +2,11 @@
 #include <cstdio>
 #include <cstring>
 
+#include <string>
+
 #include "commands.h"
 #include "generate.h"
+#include "main_folder.h"
 
 namespace {
 
@@ -18,6 +21,11 @@ const char kUsage[] =
     "  print     print a list to a PDF file\n"
     "  xls       dump, make and resave binary workbooks\n"
     "  cfb       list and read the streams of compound files\n"
+    "\n"
+    "Global options (before or after the command):\n"
+    "  --lang NAME  the language of the texts: sys/language.NAME.txt of the main folder\n"
+    "               (zh-TW: Traditional Chinese; en: sys/language.txt, the default unless\n"
+    "               sys/host.ini [Host] Language names another)\n"
     "\n"
     "'orderview COMMAND --help' tells more. Exit status: 0 done, 1 a check refused or a file\n"
     "could not be read or written, 2 usage.\n";
@@ -37,10 +45,38 @@ const Command kCommands[] = {
     {"cfb", ovcli::CfbCommand},
 };
 
+// Takes the global option "--lang NAME" (or "--lang=NAME") out of the arguments, wherever it
+// stands; false when it has no value.
+bool TakeLanguage(int& argc, char** argv)
+{
+    int kept = 1;
+    for (int i = 1; i < argc; ++i) {
+        const std::string arg = argv[i];
+        if (arg == "--lang" || arg.compare(0, 7, "--lang=") == 0) {
+            std::string value = arg.size() > 6 ? arg.substr(7) : "";
+            if (arg == "--lang") {
+                if (i + 1 >= argc) return false;
+                value = argv[++i];
+            }
+            if (value.empty()) return false;
+            ovcli::MainFolder::SetLanguage(value);
+            continue;
+        }
+        argv[kept++] = argv[i];
+    }
+    argc = kept;
+    argv[argc] = nullptr;
+    return true;
+}
+
 }  // namespace
 
 int main(int argc, char** argv)
 {
+    if (!TakeLanguage(argc, argv)) {
+        std::fprintf(stderr, "orderview: option --lang needs a language name\n%s", kUsage);
+        return 2;
+    }
     if (argc < 2) {
         std::fputs(kUsage, stderr);
         return 2;

@@ -8,7 +8,7 @@ namespace ovcli {
 
 MainFolder::MainFolder(const std::string& path)
     : host_(new orderview::DefaultHost(path.empty() ? orderview::DefaultHost::DefaultMainPath() : CString(path),
-                                       orderview::DefaultHost::Tables::WithoutOrdersAndDeals))
+                                       orderview::DefaultHost::Tables::WithoutOrdersAndDeals, CString(language_)))
 {
     // The default host has already printed each diagnostic to standard error.
     ok_ = host_->Diagnostics().empty();

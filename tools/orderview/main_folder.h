@@ -21,6 +21,8 @@ public:
     MainFolder& operator=(const MainFolder&) = delete;
 
     bool Ok() const { return ok_; }
+    // The language of every main folder read afterwards ("zh-TW"; empty: the folder's own choice).
+    static void SetLanguage(const std::string& language) { language_ = language; }
     orderview::DefaultHost& Host() { return *host_; }
     // A language text.
     CString Text(const CString& id) const;
@@ -30,6 +32,7 @@ public:
 private:
     std::unique_ptr<orderview::DefaultHost> host_;
     bool ok_ = false;
+    static inline std::string language_;
 };
 
 }  // namespace ovcli

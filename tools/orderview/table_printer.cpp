@@ -4,6 +4,7 @@
 #include <string>
 #include <vector>
 
+#include "display_width.h"
 #include "progress.h"
 
 namespace ovcli {
@@ -12,15 +13,30 @@ namespace {
 
 // Rows measured to size the columns.
 constexpr int kMeasuredRows = 200;
+// The widest a column but the last gets, in terminal columns: a longer text is cut between
+// characters.
+constexpr size_t kMaxColumnWidth = 60;
 
+// Columns are measured and padded in terminal columns, not bytes: a Chinese character takes two.
 void AppendCell(std::string& line, const CString& text, size_t width, bool right, bool last)
 {
-    const size_t length = static_cast<size_t>(text.GetLength());
-    const size_t pad = length < width ? width - length : 0;
+    std::string_view shown(text.GetString(), static_cast<size_t>(text.GetLength()));
+    size_t columns = 0;
+    if (last)
+        columns = DisplayWidth(shown);
+    else
+        shown = shown.substr(0, CutToWidth(shown, kMaxColumnWidth, columns));
+    const size_t pad = columns < width ? width - columns : 0;
     if (right) line.append(pad, ' ');
-    line += text.str();
+    line += shown;
     if (!right && !last) line.append(pad, ' ');
     if (!last) line += "  ";
+}
+
+size_t CellWidth(const CString& text)
+{
+    return std::min(DisplayWidth(std::string_view(text.GetString(), static_cast<size_t>(text.GetLength()))),
+                    kMaxColumnWidth);
 }
 
 }  // namespace
@@ -32,11 +48,11 @@ bool PrintTable(const CListCtrl& list, std::FILE* out, Progress* progress)
     std::vector<size_t> widths(static_cast<size_t>(columns));
     std::vector<bool> right(static_cast<size_t>(columns));
     for (int c = 0; c < columns; ++c) {
-        widths[static_cast<size_t>(c)] = static_cast<size_t>(list.GetColumnText(c).GetLength());
+        widths[static_cast<size_t>(c)] = CellWidth(list.GetColumnText(c));
         right[static_cast<size_t>(c)] = (list.GetColumnFormat(c) & 3) == CListCtrl::kFormatRight;
         for (int r = 0; r < std::min(rows, kMeasuredRows); ++r)
             widths[static_cast<size_t>(c)] =
-                std::max(widths[static_cast<size_t>(c)], static_cast<size_t>(list.GetItemText(r, c).GetLength()));
+                std::max(widths[static_cast<size_t>(c)], CellWidth(list.GetItemText(r, c)));
     }
     std::string line;
     for (int c = 0; c < columns; ++c)
