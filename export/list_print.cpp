@@ -5,6 +5,7 @@
 #include <string>
 
 #include "export/list_print_layout.h"
+#include "platform/narrow_text.h"
 #include "platform/platform.h"
 
 namespace orderview {
@@ -26,19 +27,10 @@ CString OneLine(const CString& text)
     return CString(std::move(line));
 }
 
-// Where to cut `text` at or before byte `end` without splitting a UTF-8 sequence: back to the
-// lead byte when `end` falls inside a sequence that the lead byte starts.
+// Where to cut `text` at or before byte `end` between two characters of narrow text.
 int CharacterBoundary(const CString& text, int end)
 {
-    const std::string& bytes = text.str();
-    if (end >= static_cast<int>(bytes.size())) return static_cast<int>(bytes.size());
-    for (int back = 1; back <= 3 && end - back >= 0; ++back) {
-        const auto c = static_cast<unsigned char>(bytes[static_cast<std::size_t>(end - back)]);
-        if ((c & 0xC0) == 0x80) continue;
-        const int length = c >= 0xF0 ? 4 : c >= 0xE0 ? 3 : c >= 0xC0 ? 2 : 1;
-        return length > back ? end - back : end;
-    }
-    return end;
+    return static_cast<int>(NarrowCutPoint(text.str(), end < 0 ? 0 : static_cast<std::size_t>(end)));
 }
 
 // The longest start of `text` that fits `width` with "..." after it, cut between characters;
