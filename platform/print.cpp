@@ -133,8 +133,9 @@ public:
         AppendPdfNumber(page_, x);
         page_ += ' ';
         AppendPdfNumber(page_, paper_.dHeight - (box.dTop + box.dHeight / 2 + font.dSize * kCapHeight / 2));
-        page_ += " Td ";
+        page_ += " Td";
         if (runs_.empty()) {
+            page_ += ' ';
             AppendPdfString(page_, bytes_);
             page_ += " Tj ET\n";
         } else {

@@ -4,6 +4,7 @@
 #include <filesystem>
 #include <string>
 
+#include "host/table_host.h"
 #include "platform/file_system.h"
 #include "platform/platform.h"
 #include "platform/print.h"
@@ -13,7 +14,6 @@
 namespace {
 
 using orderview::PrintAlign;
-using orderview::PrintFont;
 
 std::unique_ptr<orderview::IPrintJob> Start(const std::string& path, const char* name = "doc")
 {
@@ -62,12 +62,29 @@ TEST(HelveticaMetrics, MeasureAsThePdfPrints)
         {"\xE4\xB8", 10, false, 11.12},     // a cut sequence: one '?' a byte
     };
     for (const Case& c : cases)
-        EXPECT_NEAR(orderview::MeasureHelvetica(c.text, PrintFont{c.size, c.bold}), c.width, 1e-9) << c.text;
+        EXPECT_NEAR(orderview::MeasureHelvetica(c.text, orderview::PrintFont{c.size, c.bold}), c.width, 1e-9) << c.text;
+}
+
+// Points ORDERVIEW_PRINT_FONT at a file while it lives.
+class PrintFont {
+public:
+    explicit PrintFont(const std::string& path) { ovtest::SetEnvironment("ORDERVIEW_PRINT_FONT", path.c_str()); }
+    ~PrintFont() { ovtest::SetEnvironment("ORDERVIEW_PRINT_FONT", nullptr); }
+};
+
+const char kUming[] = "/usr/share/fonts/truetype/arphic/uming.ttc";
+
+std::size_t Count(const std::string& text, const std::string& what)
+{
+    std::size_t n = 0;
+    for (std::size_t at = text.find(what); at != std::string::npos; at = text.find(what, at + 1)) ++n;
+    return n;
 }
 
 TEST(PdfPrintJob, EscapesAndEncodesTexts)
 {
     ovtest::TempFolder folder;
+    const PrintFont none(folder.File("no-such-font.ttf"));
     const std::string path = folder.File("escape.pdf");
     auto job = Start(path);
     ASSERT_TRUE(job);
@@ -78,7 +95,7 @@ TEST(PdfPrintJob, EscapesAndEncodesTexts)
         {"\xC3\xA9\xE2\x82\xAC\xE4\xB8\xAD!", "(\xE9\x80?!)"},
         {"\x80\xFF", "(\?\?)"},
     };
-    for (const Case& c : cases) job->DrawText({40, 40, 500, 20}, c.text, PrintFont{}, PrintAlign::kLeft);
+    for (const Case& c : cases) job->DrawText({40, 40, 500, 20}, c.text, orderview::PrintFont{}, PrintAlign::kLeft);
     ASSERT_TRUE(job->Finish());
     std::string pdf;
     ASSERT_TRUE(orderview::ReadWholeFile(CString(path), pdf));
@@ -88,16 +105,96 @@ TEST(PdfPrintJob, EscapesAndEncodesTexts)
     EXPECT_TRUE(XrefPointsAtObjects(pdf));
 }
 
+TEST(PdfPrintJob, EmbedsTheChineseGlyphsUsedOnceForTheDocument)
+{
+    if (!std::filesystem::exists(kUming)) GTEST_SKIP() << kUming << " is not installed (fonts-arphic-uming)";
+    const PrintFont font(kUming);
+    orderview::TableHost host;
+    orderview::SetHostServices(&host);
+    ovtest::TempFolder folder;
+    const std::string path = folder.File("chinese.pdf");
+    // 陳大文期貨 on every page, 台積電 on the second, Latin before and after.
+    const CString chen("A\xE9\x99\xB3\xE5\xA4\xA7\xE6\x96\x87\xE6\x9C\x9F\xE8\xB2\xA8z");
+    const CString tsmc("\xE5\x8F\xB0\xE7\xA9\x8D\xE9\x9B\xBB");
+    orderview::PrintRequest request;
+    request.csDocName = "\xE5\xA7\x94\xE8\xA8\x97 Orders";  // 委託 Orders
+    auto job = orderview::StartPdfPrintJob(CString(path), request);
+    ASSERT_TRUE(job);
+    const orderview::PrintFont size10{10, false};
+    // Each ideograph is one em of UMing: 10 points at size 10; A and z in Helvetica.
+    EXPECT_NEAR(job->MeasureText(chen, size10), 6.67 + 50 + 5, 1e-9);
+    EXPECT_NEAR(job->MeasureText(tsmc, size10), 30, 1e-9);
+    job->DrawText({40, 40, 500, 20}, chen, size10, orderview::PrintAlign::kRight);
+    ASSERT_TRUE(job->NextPage());
+    job->DrawText({40, 40, 500, 20}, chen, orderview::PrintFont{10, true}, orderview::PrintAlign::kLeft);
+    job->DrawText({40, 80, 500, 20}, tsmc, size10, orderview::PrintAlign::kLeft);
+    ASSERT_TRUE(job->Finish());
+    orderview::SetHostServices(nullptr);
+    EXPECT_TRUE(host.vecDebugLog.empty());
+
+    const std::string pdf = folder.Read("chinese.pdf");
+    EXPECT_TRUE(XrefPointsAtObjects(pdf));
+    // Right-aligned at 540 - 61.67; the Latin runs in Helvetica, the ideographs by CID.
+    EXPECT_NE(pdf.find("BT /F1 10 Tf 478.33 788.41 Td (A) Tj /F3 10 Tf <00010002000300040005> Tj /F1 10 Tf (z) Tj ET"),
+              std::string::npos);
+    EXPECT_NE(pdf.find("BT /F2 10 Tf 40 788.41 Td (A) Tj /F3 10 Tf <00010002000300040005> Tj /F2 10 Tf (z) Tj ET"),
+              std::string::npos) << "bold shares the glyphs";
+    EXPECT_NE(pdf.find("BT /F3 10 Tf 40 748.41 Td <000600070008> Tj ET"), std::string::npos);
+    EXPECT_EQ(Count(pdf, "/Subtype /Type0"), 1u);
+    EXPECT_EQ(Count(pdf, "/FontFile2"), 1u);
+    EXPECT_EQ(Count(pdf, "/Encoding /Identity-H"), 1u);
+    EXPECT_EQ(Count(pdf, "/CIDToGIDMap /Identity"), 1u);
+    EXPECT_NE(pdf.find("/W [1 [\n1000 1000 1000 1000 1000 1000 1000 1000]]"), std::string::npos);
+    EXPECT_NE(pdf.find("8 beginbfchar\n<0001> <9673>\n<0002> <5927>"), std::string::npos);
+    EXPECT_NE(pdf.find("<0008> <96FB>\nendbfchar"), std::string::npos);
+    const std::size_t base = pdf.find("/BaseFont /", pdf.find("/Subtype /Type0"));
+    ASSERT_NE(base, std::string::npos);
+    const std::string name = pdf.substr(base + 11, 15);
+    EXPECT_EQ(name.substr(6), "+UMingTW ") << "a six-letter subset tag";
+    for (int i = 0; i < 6; ++i) EXPECT_TRUE(name[static_cast<std::size_t>(i)] >= 'A' && name[static_cast<std::size_t>(i)] <= 'Z');
+    EXPECT_NE(pdf.find("/Title <FEFF59D48A170020004F00720064006500720073>"), std::string::npos);
+    // Pages name the font only once it is used: the first page's resources already do.
+    EXPECT_EQ(Count(pdf, "/F3 5 0 R"), 2u);
+}
+
+TEST(PdfPrintJob, WithoutAFontChineseIsAQuestionMarkAndTheLogSaysSoOnce)
+{
+    ovtest::TempFolder folder;
+    folder.Write("not-a-font.ttf", "plain text, not a font");
+    for (const std::string& named : {folder.File("not-a-font.ttf"), folder.File("missing.ttc")}) {
+        SCOPED_TRACE(named);
+        const PrintFont font(named);
+        orderview::TableHost host;
+        orderview::SetHostServices(&host);
+        auto job = Start(folder.File("none.pdf"), "\xE5\xA7\x94\xE8\xA8\x97");
+        ASSERT_TRUE(job);
+        const CString chen("\xE9\x99\xB3\xE5\xA4\xA7");
+        EXPECT_NEAR(job->MeasureText(chen, orderview::PrintFont{10, false}), 11.12, 1e-9) << "two '?'";
+        for (int i = 0; i < 3; ++i) {
+            job->DrawText({40, 40, 500, 20}, chen, orderview::PrintFont{}, orderview::PrintAlign::kLeft);
+            ASSERT_TRUE(job->NextPage());
+        }
+        ASSERT_TRUE(job->Finish());
+        orderview::SetHostServices(nullptr);
+        ASSERT_EQ(host.vecDebugLog.size(), 1u);
+        EXPECT_NE(host.vecDebugLog[0].Find("ORDERVIEW_PRINT_FONT"), -1);
+        const std::string pdf = folder.Read("none.pdf");
+        EXPECT_EQ(Count(pdf, "(\?\?) Tj"), 3u);
+        EXPECT_EQ(pdf.find("/F3"), std::string::npos);
+        EXPECT_TRUE(XrefPointsAtObjects(pdf));
+    }
+}
+
 TEST(PdfPrintJob, AlignsAndClipsInTheBox)
 {
     ovtest::TempFolder folder;
     auto job = Start(folder.File("align.pdf"));
     ASSERT_TRUE(job);
     // "WW" is 18.88 points at size 10 on a box 100 wide at x=100, y=100 on an 842 high page.
-    job->DrawText({100, 100, 100, 20}, "WW", PrintFont{10, false}, PrintAlign::kLeft);
-    job->DrawText({100, 100, 100, 20}, "WW", PrintFont{10, false}, PrintAlign::kRight);
-    job->DrawText({100, 100, 100, 20}, "WW", PrintFont{10, true}, PrintAlign::kCenter);
-    job->DrawText({100, 100, 10, 20}, "WW", PrintFont{10, true}, PrintAlign::kRight);
+    job->DrawText({100, 100, 100, 20}, "WW", orderview::PrintFont{10, false}, PrintAlign::kLeft);
+    job->DrawText({100, 100, 100, 20}, "WW", orderview::PrintFont{10, false}, PrintAlign::kRight);
+    job->DrawText({100, 100, 100, 20}, "WW", orderview::PrintFont{10, true}, PrintAlign::kCenter);
+    job->DrawText({100, 100, 10, 20}, "WW", orderview::PrintFont{10, true}, PrintAlign::kRight);
     ASSERT_TRUE(job->Finish());
     const std::string pdf = folder.Read("align.pdf");
     // Baseline: 842 - (100 + 10 + 3.59) = 728.41.
@@ -137,7 +234,7 @@ TEST(PdfPrintJob, StreamsPagesAndAppearsOnlyWhenFinished)
     ASSERT_TRUE(job);
     const CString line(std::string(200, 'x'));
     for (int page = 0; page < 5; ++page) {
-        for (int i = 0; i < 400; ++i) job->DrawText({36, 36, 500, 10}, line, PrintFont{}, PrintAlign::kLeft);
+        for (int i = 0; i < 400; ++i) job->DrawText({36, 36, 500, 10}, line, orderview::PrintFont{}, PrintAlign::kLeft);
         ASSERT_TRUE(job->NextPage());
     }
     // Five pages of 80 KB each are already on disk, in a temporary file beside the target.
@@ -162,7 +259,7 @@ TEST(PdfPrintJob, FailureLeavesNothingAndKeepsTheOldFile)
         folder.Write("old.pdf", "old content");
         auto job = Start(folder.File("old.pdf"));
         ASSERT_TRUE(job);
-        job->DrawText({36, 36, 100, 10}, "abandoned", PrintFont{}, PrintAlign::kLeft);
+        job->DrawText({36, 36, 100, 10}, "abandoned", orderview::PrintFont{}, PrintAlign::kLeft);
     }  // destroyed without Finish
     EXPECT_EQ(folder.Read("old.pdf"), "old content");
     // A folder in the way: no job starts, and nothing is written beside it.
