@@ -4,7 +4,7 @@
 set -eu
 SUDO=""
 if [ "$(id -u)" != "0" ]; then SUDO="sudo"; fi
-PACKAGES="cmake g++ make pkg-config libgtest-dev libgmock-dev libbenchmark-dev nlohmann-json3-dev python3 python3-olefile python3-xlrd python3-xlwt libgsf-bin clang-14 libclang-rt-14-dev default-jdk-headless libapache-poi-java libreoffice-calc-nogui python3-openpyxl qpdf poppler-utils catdoc gnumeric"
+PACKAGES="cmake g++ make pkg-config libgtest-dev libgmock-dev libbenchmark-dev nlohmann-json3-dev python3 python3-olefile python3-xlrd python3-xlwt libgsf-bin clang-14 libclang-rt-14-dev default-jdk-headless libapache-poi-java libreoffice-calc-nogui python3-openpyxl qpdf poppler-utils catdoc gnumeric fonts-arphic-uming fonts-droid-fallback"
 if [ "${1:-}" = "--windows" ]; then
   PACKAGES="$PACKAGES g++-mingw-w64-x86-64-posix wine wine64"
 fi
