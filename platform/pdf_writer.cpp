@@ -130,7 +130,7 @@ bool EmbeddedFont::Glyph(char32_t cp, std::uint16_t& cid, int& width)
             cidOf_.emplace(glyph, known.cid);
         }
     }
-    if (font_ || tried_) known_.emplace(cp, known);
+    known_.emplace(cp, known);
     cid = known.cid;
     width = known.width;
     return cid != 0;
