@@ -88,6 +88,20 @@ unsigned char WinAnsiOf(char32_t cp)
 
 int HelveticaWidth(unsigned char code, bool bold) { return GlyphWidth(code, bold); }
 
+bool AsciiWidth(const char* text, std::size_t length, bool bold, long& units)
+{
+    const short* widths = bold ? kBold : kRegular;
+    const auto* p = reinterpret_cast<const unsigned char*>(text);
+    long sum = 0;
+    for (std::size_t i = 0; i < length; ++i) {
+        const unsigned char c = p[i];
+        if (c >= 0x80) return false;
+        if (c >= 0x20) sum += widths[c - 0x20];
+    }
+    units = sum;
+    return true;
+}
+
 long AppendWinAnsi(std::string& out, const char* text, std::size_t length, bool bold)
 {
     long units = 0;

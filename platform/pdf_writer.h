@@ -49,6 +49,10 @@ int HelveticaWidth(unsigned char code, bool bold);
 // Returns their width in Helvetica (Helvetica-Bold when `bold`), in 1/1000 of the font size.
 long AppendWinAnsi(std::string& out, const char* text, std::size_t length, bool bold);
 
+// The width of a text of ASCII bytes in Helvetica (Helvetica-Bold when `bold`), in 1/1000 of the
+// font size; false, at the first byte that is not ASCII, for any other text.
+bool AsciiWidth(const char* text, std::size_t length, bool bold, long& units);
+
 // Advance width of narrow text as AppendWinAnsi turns it into WinAnsi, in 1/1000 of the font size.
 long HelveticaTextWidth(const char* text, std::size_t length, bool bold);
 

@@ -89,8 +89,9 @@ public:
 
     double MeasureText(const CString& text, const PrintFont& font) const override
     {
-        if (IsAscii(text)) return MeasureHelvetica(text, font);
         long units = 0;
+        if (AsciiWidth(text.GetString(), static_cast<std::size_t>(text.GetLength()), font.bBold, units))
+            return static_cast<double>(units) * font.dSize / 1000.0;
         ForEachCodePoint(text.str(), [&](char32_t cp) {
             std::uint16_t cid = 0;
             int width = 0;
@@ -104,13 +105,11 @@ public:
     void DrawText(const PrintBox& box, const CString& text, const PrintFont& font, PrintAlign align) override
     {
         drawn_ = true;
-        bytes_.clear();
         runs_.clear();
         const int face = font.bBold ? 2 : 1;
         long units = 0;
-        if (IsAscii(text)) {
-            units = AppendWinAnsi(bytes_, text.GetString(), static_cast<std::size_t>(text.GetLength()), font.bBold);
-            if (bytes_.empty()) return;
+        if (AsciiWidth(text.GetString(), static_cast<std::size_t>(text.GetLength()), font.bBold, units)) {
+            if (text.IsEmpty()) return;  // an ASCII text is its own WinAnsi bytes
         } else {
             units = SplitRuns(text, font.bBold, face);
             if (runs_.empty()) return;
@@ -136,7 +135,7 @@ public:
         page_ += " Td";
         if (runs_.empty()) {
             page_ += ' ';
-            AppendPdfString(page_, bytes_);
+            AppendPdfString(page_, text.str());
             page_ += " Tj ET\n";
         } else {
             for (const Run& run : runs_) {
@@ -198,13 +197,6 @@ private:
         int face;
         std::string bytes;
     };
-
-    static bool IsAscii(const CString& text)
-    {
-        for (const char ch : text.str())
-            if (static_cast<unsigned char>(ch) >= 0x80) return false;
-        return true;
-    }
 
     // Splits a text that is not all ASCII into runs_; returns its width in 1/1000 of the size.
     long SplitRuns(const CString& text, bool bold, int face)
@@ -273,8 +265,7 @@ private:
     PrintPaper paper_;
     CString name_;
     std::string page_;   // the current page's content stream
-    std::string bytes_;  // scratch: an ASCII text
-    std::vector<Run> runs_;  // scratch: any other text
+    std::vector<Run> runs_;  // scratch: a text that is not all ASCII
     std::unique_ptr<EmbeddedFont> font_;  // measuring a text may add glyphs: held by pointer
     int fontObject_ = 0;  // the embedded font's object, once a page shows it
     int face_ = 0;       // font selected in the content stream (1 regular, 2 bold, 3 embedded, 0 none)
