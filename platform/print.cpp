@@ -95,8 +95,9 @@ public:
         ForEachCodePoint(text.str(), [&](char32_t cp) {
             std::uint16_t cid = 0;
             int width = 0;
-            const unsigned char code = WinAnsiOf(cp);
-            if (code || !font_->Glyph(cp, cid, width)) width = HelveticaWidth(code ? code : '?', font.bBold);
+            const int code = Latin(cp);
+            if (code >= 0 || !font_->Glyph(cp, cid, width))
+                width = HelveticaWidth(static_cast<unsigned char>(code >= 0 ? code : '?'), font.bBold);
             units += width;
         });
         return static_cast<double>(units) * font.dSize / 1000.0;
@@ -198,6 +199,16 @@ private:
         std::string bytes;
     };
 
+    // The WinAnsi byte a character prints as in Helvetica: its own, or '?' for a byte that is not
+    // valid narrow text (U+FFFD); -1 when WinAnsi lacks it and the embedded font may have it.
+    static int Latin(char32_t cp)
+    {
+        if (cp < 0x80) return static_cast<int>(cp);
+        if (cp == 0xFFFD) return '?';
+        const unsigned char code = WinAnsiOf(cp);
+        return code ? code : -1;
+    }
+
     // Splits a text that is not all ASCII into runs_; returns its width in 1/1000 of the size.
     long SplitRuns(const CString& text, bool bold, int face)
     {
@@ -205,16 +216,17 @@ private:
         ForEachCodePoint(text.str(), [&](char32_t cp) {
             std::uint16_t cid = 0;
             int width = 0;
-            const unsigned char code = WinAnsiOf(cp);
-            const bool embedded = !code && font_->Glyph(cp, cid, width);
+            const int code = Latin(cp);
+            const bool embedded = code < 0 && font_->Glyph(cp, cid, width);
             const int want = embedded ? 3 : face;
             if (runs_.empty() || runs_.back().face != want) runs_.push_back(Run{want, std::string()});
             if (embedded) {
                 static const char digits[] = "0123456789ABCDEF";
                 for (int shift = 12; shift >= 0; shift -= 4) runs_.back().bytes += digits[(cid >> shift) & 15];
             } else {
-                runs_.back().bytes += static_cast<char>(code ? code : '?');
-                width = HelveticaWidth(code ? code : '?', bold);
+                const auto byte = static_cast<unsigned char>(code >= 0 ? code : '?');
+                runs_.back().bytes += static_cast<char>(byte);
+                width = HelveticaWidth(byte, bold);
             }
             units += width;
         });

@@ -166,6 +166,13 @@ TEST(PdfPrintJob, WithoutAFontChineseIsAQuestionMarkAndTheLogSaysSoOnce)
         const PrintFont font(named);
         orderview::TableHost host;
         orderview::SetHostServices(&host);
+        auto latin = Start(folder.File("latin.pdf"));
+        const CString accented("caf\xC3\xA9 \x80\xFF");
+        EXPECT_NEAR(latin->MeasureText(accented, orderview::PrintFont{10, false}), 32.8, 1e-9);
+        latin->DrawText({40, 40, 500, 20}, accented, orderview::PrintFont{}, orderview::PrintAlign::kLeft);
+        ASSERT_TRUE(latin->Finish());
+        EXPECT_TRUE(host.vecDebugLog.empty()) << "Latin text and bad bytes read no font";
+        EXPECT_NE(folder.Read("latin.pdf").find("(caf\xE9 \?\?) Tj"), std::string::npos);
         auto job = Start(folder.File("none.pdf"), "\xE5\xA7\x94\xE8\xA8\x97");
         ASSERT_TRUE(job);
         const CString chen("\xE9\x99\xB3\xE5\xA4\xA7");
