@@ -3,15 +3,20 @@
 #include <cstdlib>
 #include <filesystem>
 #include <string>
+#include <vector>
 
 #include "host/table_host.h"
 #include "platform/file_system.h"
+#include "platform/narrow_text.h"
 #include "platform/platform.h"
 #include "platform/print.h"
 #include "support/environment.h"
 #include "support/temp_folder.h"
 
 namespace {
+
+// Narrow text (the process's code page) from UTF-16.
+std::string Narrow(const std::u16string& text) { return orderview::Utf16ToNarrow(text); }
 
 using orderview::PrintAlign;
 
@@ -50,20 +55,28 @@ std::size_t FilesIn(const std::string& folder)
 
 TEST(HelveticaMetrics, MeasureAsThePdfPrints)
 {
-    struct Case { const char* text; double size; bool bold; double width; };
+    struct Case { std::string text; double size; bool bold; double width; };
     const Case cases[] = {
         {"", 10, false, 0},
         {"A", 10, false, 6.67},         {"A", 10, true, 7.22},
         {"iii", 10, false, 6.66},       {"W.", 1000, false, 1222},
-        {"\xC3\xA9", 10, false, 5.56},  // e acute: one WinAnsi character
-        {"\xE2\x82\xAC", 10, true, 5.56},  // euro sign
-        {"\xE4\xB8\xAD", 10, false, 5.56},  // CJK: printed as '?'
+        {Narrow(u"\u00E9"), 10, false, 5.56},  // e acute: one WinAnsi character
+        {Narrow(u"\u20AC"), 10, true, 5.56},   // euro sign
+        {Narrow(u"\u4E2D"), 10, false, 5.56},  // CJK: printed as '?'
+#ifndef _WIN32
         {"\xFF\xFE", 10, false, 11.12},     // two invalid bytes: two '?'
         {"\xE4\xB8", 10, false, 11.12},     // a cut sequence: one '?' a byte
+#endif
     };
     for (const Case& c : cases)
-        EXPECT_NEAR(orderview::MeasureHelvetica(c.text, orderview::PrintFont{c.size, c.bold}), c.width, 1e-9) << c.text;
+        EXPECT_NEAR(orderview::MeasureHelvetica(CString(c.text), orderview::PrintFont{c.size, c.bold}), c.width, 1e-9)
+            << c.text;
 }
+
+// Whether the process's narrow code page holds the Chinese characters these tests print (UTF-8
+// and Big5 do; Windows-1252 does not).
+bool Holds(const std::u16string& text) { return orderview::NarrowToUtf16(Narrow(text)) == text; }
+bool HoldsChinese() { return Holds(u"\u9673\u5927\u6587\u671F\u8CA8\u53F0\u7A4D\u96FB\u59D4\u8A17"); }
 
 // Points ORDERVIEW_PRINT_FONT at a file while it lives.
 class PrintFont {
@@ -88,14 +101,17 @@ TEST(PdfPrintJob, EscapesAndEncodesTexts)
     const std::string path = folder.File("escape.pdf");
     auto job = Start(path);
     ASSERT_TRUE(job);
-    struct Case { const char* text; const char* written; };
-    const Case cases[] = {
+    struct Case { std::string text; const char* written; };
+    std::vector<Case> cases = {
         {"a(b)c\\d", "(a\\(b\\)c\\\\d)"},
         {"x\r\ny\x01\x7F", "(x\\015\\012y\\001\\177)"},
-        {"\xC3\xA9\xE2\x82\xAC\xE4\xB8\xAD!", "(\xE9\x80?!)"},
+#ifndef _WIN32
         {"\x80\xFF", "(\?\?)"},
+#endif
     };
-    for (const Case& c : cases) job->DrawText({40, 40, 500, 20}, c.text, orderview::PrintFont{}, PrintAlign::kLeft);
+    if (Holds(u"\u00E9\u20AC")) cases.push_back({Narrow(u"\u00E9\u20AC\u4E2D!"), "(\xE9\x80?!)"});
+    for (const Case& c : cases)
+        job->DrawText({40, 40, 500, 20}, CString(c.text), orderview::PrintFont{}, PrintAlign::kLeft);
     ASSERT_TRUE(job->Finish());
     std::string pdf;
     ASSERT_TRUE(orderview::ReadWholeFile(CString(path), pdf));
@@ -108,16 +124,17 @@ TEST(PdfPrintJob, EscapesAndEncodesTexts)
 TEST(PdfPrintJob, EmbedsTheChineseGlyphsUsedOnceForTheDocument)
 {
     if (!std::filesystem::exists(kUming)) GTEST_SKIP() << kUming << " is not installed (fonts-arphic-uming)";
+    if (!HoldsChinese()) GTEST_SKIP() << "the process's code page has no Chinese characters";
     const PrintFont font(kUming);
     orderview::TableHost host;
     orderview::SetHostServices(&host);
     ovtest::TempFolder folder;
     const std::string path = folder.File("chinese.pdf");
     // 陳大文期貨 on every page, 台積電 on the second, Latin before and after.
-    const CString chen("A\xE9\x99\xB3\xE5\xA4\xA7\xE6\x96\x87\xE6\x9C\x9F\xE8\xB2\xA8z");
-    const CString tsmc("\xE5\x8F\xB0\xE7\xA9\x8D\xE9\x9B\xBB");
+    const CString chen(Narrow(u"A\u9673\u5927\u6587\u671F\u8CA8z"));
+    const CString tsmc(Narrow(u"\u53F0\u7A4D\u96FB"));
     orderview::PrintRequest request;
-    request.csDocName = "\xE5\xA7\x94\xE8\xA8\x97 Orders";  // 委託 Orders
+    request.csDocName = Narrow(u"\u59D4\u8A17 Orders");  // 委託 Orders
     auto job = orderview::StartPdfPrintJob(CString(path), request);
     ASSERT_TRUE(job);
     const orderview::PrintFont size10{10, false};
@@ -159,6 +176,7 @@ TEST(PdfPrintJob, EmbedsTheChineseGlyphsUsedOnceForTheDocument)
 
 TEST(PdfPrintJob, WithoutAFontChineseIsAQuestionMarkAndTheLogSaysSoOnce)
 {
+    if (!HoldsChinese()) GTEST_SKIP() << "the process's code page has no Chinese characters";
     ovtest::TempFolder folder;
     folder.Write("not-a-font.ttf", "plain text, not a font");
     for (const std::string& named : {folder.File("not-a-font.ttf"), folder.File("missing.ttc")}) {
@@ -167,15 +185,19 @@ TEST(PdfPrintJob, WithoutAFontChineseIsAQuestionMarkAndTheLogSaysSoOnce)
         orderview::TableHost host;
         orderview::SetHostServices(&host);
         auto latin = Start(folder.File("latin.pdf"));
-        const CString accented("caf\xC3\xA9 \x80\xFF");
+#ifdef _WIN32
+        const CString accented(Narrow(Holds(u"\u00E9") ? u"caf\u00E9 ??" : u"cafe ??"));
+#else
+        const CString accented("caf\xC3\xA9 \x80\xFF");  // two bytes that are not UTF-8
+#endif
         EXPECT_NEAR(latin->MeasureText(accented, orderview::PrintFont{10, false}), 32.8, 1e-9);
         latin->DrawText({40, 40, 500, 20}, accented, orderview::PrintFont{}, orderview::PrintAlign::kLeft);
         ASSERT_TRUE(latin->Finish());
         EXPECT_TRUE(host.vecDebugLog.empty()) << "Latin text and bad bytes read no font";
-        EXPECT_NE(folder.Read("latin.pdf").find("(caf\xE9 \?\?) Tj"), std::string::npos);
-        auto job = Start(folder.File("none.pdf"), "\xE5\xA7\x94\xE8\xA8\x97");
+        EXPECT_NE(folder.Read("latin.pdf").find(Holds(u"\u00E9") ? "(caf\xE9 \?\?) Tj" : "(cafe \?\?) Tj"), std::string::npos);
+        auto job = Start(folder.File("none.pdf"), "doc");
         ASSERT_TRUE(job);
-        const CString chen("\xE9\x99\xB3\xE5\xA4\xA7");
+        const CString chen(Narrow(u"\u9673\u5927"));
         EXPECT_NEAR(job->MeasureText(chen, orderview::PrintFont{10, false}), 11.12, 1e-9) << "two '?'";
         for (int i = 0; i < 3; ++i) {
             job->DrawText({40, 40, 500, 20}, chen, orderview::PrintFont{}, orderview::PrintAlign::kLeft);
