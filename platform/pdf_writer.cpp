@@ -102,16 +102,6 @@ bool AsciiWidth(const char* text, std::size_t length, bool bold, long& units)
     return true;
 }
 
-long AppendWinAnsi(std::string& out, const char* text, std::size_t length, bool bold)
-{
-    long units = 0;
-    ForEachWinAnsi(text, length, [&out, &units, bold](char c) {
-        out += c;
-        units += GlyphWidth(static_cast<unsigned char>(c), bold);
-    });
-    return units;
-}
-
 long HelveticaTextWidth(const char* text, std::size_t length, bool bold)
 {
     long units = 0;

@@ -44,16 +44,13 @@ unsigned char WinAnsiOf(char32_t cp);
 // Helvetica's (Helvetica-Bold's) advance width of a WinAnsi code, in 1/1000 of the font size.
 int HelveticaWidth(unsigned char code, bool bold);
 
-// Appends the WinAnsi bytes of narrow text: ASCII as it is (control bytes included), other
-// characters by their WinAnsi code, '?' for characters WinAnsi lacks and for invalid bytes.
-// Returns their width in Helvetica (Helvetica-Bold when `bold`), in 1/1000 of the font size.
-long AppendWinAnsi(std::string& out, const char* text, std::size_t length, bool bold);
-
 // The width of a text of ASCII bytes in Helvetica (Helvetica-Bold when `bold`), in 1/1000 of the
 // font size; false, at the first byte that is not ASCII, for any other text.
 bool AsciiWidth(const char* text, std::size_t length, bool bold, long& units);
 
-// Advance width of narrow text as AppendWinAnsi turns it into WinAnsi, in 1/1000 of the font size.
+// Advance width of narrow text in Helvetica (Helvetica-Bold when `bold`), in 1/1000 of the font
+// size: each character by its WinAnsi code; '?' for characters WinAnsi lacks and for bytes that
+// are not valid narrow text.
 long HelveticaTextWidth(const char* text, std::size_t length, bool bold);
 
 // The glyphs a document uses from a TrueType font, embedded as a Type0 font (Identity-H, a
