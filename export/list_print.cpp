@@ -3,8 +3,11 @@
 #include <algorithm>
 #include <memory>
 #include <string>
+#include <string_view>
+#include <vector>
 
 #include "export/list_print_layout.h"
+#include "platform/narrow_text.h"
 #include "platform/platform.h"
 
 namespace orderview {
@@ -26,21 +29,6 @@ CString OneLine(const CString& text)
     return CString(std::move(line));
 }
 
-// Where to cut `text` at or before byte `end` without splitting a UTF-8 sequence: back to the
-// lead byte when `end` falls inside a sequence that the lead byte starts.
-int CharacterBoundary(const CString& text, int end)
-{
-    const std::string& bytes = text.str();
-    if (end >= static_cast<int>(bytes.size())) return static_cast<int>(bytes.size());
-    for (int back = 1; back <= 3 && end - back >= 0; ++back) {
-        const auto c = static_cast<unsigned char>(bytes[static_cast<std::size_t>(end - back)]);
-        if ((c & 0xC0) == 0x80) continue;
-        const int length = c >= 0xF0 ? 4 : c >= 0xE0 ? 3 : c >= 0xC0 ? 2 : 1;
-        return length > back ? end - back : end;
-    }
-    return end;
-}
-
 // The longest start of `text` that fits `width` with "..." after it, cut between characters;
 // the text itself when it fits, nothing when not even "..." fits.
 CString FitText(const IPrintJob& job, const CString& text, const PrintFont& font, double width)
@@ -48,13 +36,25 @@ CString FitText(const IPrintJob& job, const CString& text, const PrintFont& font
     if (job.MeasureText(text, font) <= width) return text;
     const CString ellipsis("...");
     if (job.MeasureText(ellipsis, font) > width) return CString();
-    int fits = 0, over = text.GetLength();
+    // Where a cut may fall: after every byte of the text's leading ASCII (a byte below 0x80
+    // before any other is a character of its own in every code page), then between characters.
+    const std::string& bytes = text.str();
+    std::size_t ascii = 0;
+    while (ascii < bytes.size() && static_cast<unsigned char>(bytes[ascii]) < 0x80) ++ascii;
+    std::vector<int> cuts;
+    for (std::size_t at = ascii; at < bytes.size();) {
+        cuts.push_back(static_cast<int>(at));
+        at += NarrowCharLength(std::string_view(bytes).substr(at));
+    }
+    const auto cutAt = [&](int k) { return k <= static_cast<int>(ascii) ? k : cuts[static_cast<std::size_t>(k) - ascii]; };
+    // Cut k (0 .. ascii + cuts.size() - 1) keeps the first cutAt(k) bytes.
+    int fits = 0, over = static_cast<int>(ascii + cuts.size());
     while (over - fits > 1) {
         const int mid = fits + (over - fits) / 2;
-        if (job.MeasureText(text.Left(CharacterBoundary(text, mid)) + ellipsis, font) <= width) fits = mid;
+        if (job.MeasureText(text.Left(cutAt(mid)) + ellipsis, font) <= width) fits = mid;
         else over = mid;
     }
-    return text.Left(CharacterBoundary(text, fits)) + ellipsis;
+    return text.Left(cutAt(fits)) + ellipsis;
 }
 
 class ListPrinter {

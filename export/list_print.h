@@ -1,6 +1,6 @@
 // Printing a list control: the platform's print dialog (IPlatform::StartPrintJob) chooses the
-// printer; the default platform prints to a PDF file (platform/print.h: characters that the
-// WinAnsi encoding cannot show print as '?').
+// printer; the default platform prints to a PDF file (platform/print.h: Chinese and other
+// characters the standard fonts lack print from an embedded TrueType font, '?' without one).
 //
 // Every page shows the title, the printing date and time ("2026/11/21 09:00:00", from the
 // platform clock), the column headings, its rows and "n / m" at the foot. Columns of width 0

@@ -74,6 +74,9 @@ std::vector<std::string> ListFiles(const FilePath& folder);
 bool ShowMessageBox(const CString& text, const CString& caption, unsigned type, int& answer);
 bool ShowSaveDialog(const SaveFileRequest& request, CString& path, int& filterIndex);
 
+// Font files that may hold Chinese characters, where the system keeps them, best first.
+std::vector<FilePath> PrintFontFiles();
+
 // The system's print dialog: a job on the chosen printer, or null when it is cancelled, no
 // printer is installed, or the system has no dialog.
 std::unique_ptr<IPrintJob> ShowPrintDialog(const PrintRequest& request);

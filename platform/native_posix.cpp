@@ -202,6 +202,20 @@ bool ShowSaveDialog(const SaveFileRequest&, CString&, int&) { return false; }
 // No GDI: printing goes through the PDF job.
 std::unique_ptr<IPrintJob> ShowPrintDialog(const PrintRequest&) { return nullptr; }
 std::unique_ptr<IPrintJob> StartDeviceContextJob(void*, const PrintRequest&, const void*) { return nullptr; }
+std::vector<FilePath> PrintFontFiles()
+{
+    // Debian's and most distributions' packages: AR PL UMing (Traditional Chinese first in the
+    // collection), Droid Sans Fallback, WenQuanYi Zen Hei, AR PL UKai; then macOS.
+    return {"/usr/share/fonts/truetype/arphic/uming.ttc",
+            "/usr/share/fonts/truetype/droid/DroidSansFallbackFull.ttf",
+            "/usr/share/fonts/truetype/wqy/wqy-zenhei.ttc",
+            "/usr/share/fonts/truetype/arphic/ukai.ttc",
+            "/usr/share/fonts/arphic-uming/uming.ttc",
+            "/usr/share/fonts/google-droid/DroidSansFallbackFull.ttf",
+            "/Library/Fonts/Arial Unicode.ttf",
+            "/System/Library/Fonts/Supplemental/Arial Unicode.ttf"};
+}
+
 std::unique_ptr<IPrintJob> StartMetafileJob(const PrintRequest&, const PrintPaper&, MetafilePageSink) { return nullptr; }
 
 }  // namespace native

@@ -257,7 +257,12 @@ bool ShowSaveDialog(const SaveFileRequest& request, CString& path, int& filterIn
 // gives it the device context of each page: a printer's document, or one metafile a page.
 namespace {
 
-std::wstring WideFromUtf8(const CString& text) { return Wide(text.str(), CP_UTF8); }
+// Texts are narrow text in the process's code page.
+std::wstring WideFromNarrow(const CString& text)
+{
+    const std::u16string wide = orderview::NarrowToUtf16(text.str());
+    return std::wstring(wide.begin(), wide.end());
+}
 
 // Device units per inch and where the device's (0, 0) lies from the paper's corner.
 struct DeviceScale {
@@ -303,7 +308,7 @@ public:
     bool Start(const PrintRequest& request)
     {
         if (scale_.dpiX <= 0 || scale_.dpiY <= 0 || paper_.dWidth <= 0 || paper_.dHeight <= 0) return false;
-        const std::wstring name = WideFromUtf8(request.csDocName);
+        const std::wstring name = WideFromNarrow(request.csDocName);
         DOCINFOW info = {};
         info.cbSize = sizeof info;
         info.lpszDocName = name.empty() ? L"orderview" : name.c_str();
@@ -380,7 +385,7 @@ public:
         // "application\0document\0\0"
         description_ = L"orderview";
         description_.push_back(L'\0');
-        description_ += WideFromUtf8(request.csDocName);
+        description_ += WideFromNarrow(request.csDocName);
         description_.push_back(L'\0');
         if (measuring_) {
             scale_.dpiX = ::GetDeviceCaps(measuring_, LOGPIXELSX);
@@ -471,7 +476,7 @@ public:
 
     double MeasureText(const CString& text, const PrintFont& font) const override
     {
-        const std::wstring wide = WideFromUtf8(text);
+        const std::wstring wide = WideFromNarrow(text);
         const HFONT handle = FontFor(font);
         if (wide.empty() || !handle) return 0;
         const HDC dc = surface_->MeasuringDc();
@@ -485,7 +490,7 @@ public:
     void DrawText(const PrintBox& box, const CString& text, const PrintFont& font, PrintAlign align) override
     {
         const HDC dc = Page();
-        const std::wstring wide = WideFromUtf8(text);
+        const std::wstring wide = WideFromNarrow(text);
         const HFONT handle = FontFor(font);
         if (!dc || wide.empty() || !handle) return;
         ::SelectObject(dc, handle);
@@ -628,6 +633,19 @@ std::unique_ptr<IPrintJob> StartPrinterJob(HDC dc, bool ownsDc, std::vector<char
 }
 
 }  // namespace
+
+std::vector<FilePath> PrintFontFiles()
+{
+    // The Fonts folder of Windows: Microsoft JhengHei and MingLiU (Traditional Chinese) first.
+    wchar_t windows[MAX_PATH] = {};
+    const UINT n = ::GetWindowsDirectoryW(windows, MAX_PATH);
+    if (n == 0 || n >= MAX_PATH) return {};
+    std::vector<FilePath> files;
+    for (const wchar_t* name : {L"msjh.ttc", L"mingliu.ttc", L"msjhl.ttc", L"kaiu.ttf", L"mingliub.ttc",
+                                L"simsun.ttc", L"msyh.ttc", L"arialuni.ttf"})
+        files.push_back(FilePath(std::wstring(windows) + L"\\Fonts\\" + name));
+    return files;
+}
 
 std::unique_ptr<IPrintJob> ShowPrintDialog(const PrintRequest& request)
 {

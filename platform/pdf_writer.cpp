@@ -1,14 +1,18 @@
 #include "platform/pdf_writer.h"
 
+#include <algorithm>
 #include <cmath>
 #include <cstdio>
+
+#include "platform/narrow_text.h"
 
 namespace orderview {
 
 namespace {
 
 // Object numbers fixed before the pages: the catalog, the page tree (written last, when its
-// kids are known) and the two fonts. Page content streams and pages follow in pairs.
+// kids are known) and the two standard fonts. Page content streams, pages and the embedded
+// font's objects follow as they come.
 constexpr int kCatalog = 1, kPageTree = 2, kFontRegular = 3, kFontBold = 4, kFirstPageObject = 5;
 
 // Unicode code points of WinAnsi 0x80-0x9F (0 where the encoding has no character).
@@ -52,55 +56,20 @@ constexpr short kBold[224] = {
     611, 611, 611, 611, 611, 611, 611, 584, 611, 611, 611, 611, 611, 556, 611, 556,    // 0xF0
 };
 
-char ToWinAnsi(std::uint32_t cp)
-{
-    if (cp < 0x80 || (cp >= 0xA0 && cp <= 0xFF)) return static_cast<char>(cp);
-    for (int i = 0; i < 32; ++i)
-        if (kWinAnsiHigh[i] != 0 && kWinAnsiHigh[i] == cp) return static_cast<char>(0x80 + i);
-    return '?';
-}
-
-// Length of the valid UTF-8 sequence at `p` (at most `left` bytes) and its code point; 0 when
-// the bytes are not a valid, shortest-form sequence.
-std::size_t DecodeUtf8(const unsigned char* p, std::size_t left, std::uint32_t& cp)
-{
-    const unsigned char b = p[0];
-    std::size_t n;
-    std::uint32_t min;
-    if (b >= 0xC2 && b <= 0xDF) n = 2, cp = b & 0x1Fu, min = 0x80;
-    else if (b >= 0xE0 && b <= 0xEF) n = 3, cp = b & 0x0Fu, min = 0x800;
-    else if (b >= 0xF0 && b <= 0xF4) n = 4, cp = b & 0x07u, min = 0x10000;
-    else return 0;
-    if (n > left) return 0;
-    for (std::size_t i = 1; i < n; ++i) {
-        if ((p[i] & 0xC0) != 0x80) return 0;
-        cp = (cp << 6) | (p[i] & 0x3Fu);
-    }
-    if (cp < min || cp > 0x10FFFF || (cp >= 0xD800 && cp <= 0xDFFF)) return 0;
-    return n;
-}
-
-// Calls `emit` with the WinAnsi byte of each character of UTF-8 text.
+// Calls `emit` with the WinAnsi byte of each character of narrow text ('?' for the others).
 template <class Emit>
 void ForEachWinAnsi(const char* text, std::size_t length, Emit emit)
 {
     const auto* p = reinterpret_cast<const unsigned char*>(text);
-    std::size_t i = 0;
-    while (i < length) {
-        if (p[i] < 0x80) {
-            emit(static_cast<char>(p[i++]));
-            continue;
-        }
-        std::uint32_t cp = 0;
-        const std::size_t n = DecodeUtf8(p + i, length - i, cp);
-        emit(n ? ToWinAnsi(cp) : '?');
-        i += n ? n : 1;
-    }
+    std::size_t ascii = 0;
+    while (ascii < length && p[ascii] < 0x80) ++ascii;
+    for (std::size_t i = 0; i < ascii; ++i) emit(static_cast<char>(p[i]));
+    if (ascii == length) return;
+    ForEachCodePoint(std::string_view(text + ascii, length - ascii), [&emit](char32_t cp) {
+        const unsigned char code = WinAnsiOf(cp);
+        emit(static_cast<char>(code ? code : '?'));
+    });
 }
-
-}  // namespace
-
-namespace {
 
 int GlyphWidth(unsigned char code, bool bold)
 {
@@ -109,14 +78,28 @@ int GlyphWidth(unsigned char code, bool bold)
 
 }  // namespace
 
-long AppendWinAnsi(std::string& out, const char* text, std::size_t length, bool bold)
+unsigned char WinAnsiOf(char32_t cp)
 {
-    long units = 0;
-    ForEachWinAnsi(text, length, [&out, &units, bold](char c) {
-        out += c;
-        units += GlyphWidth(static_cast<unsigned char>(c), bold);
-    });
-    return units;
+    if (cp < 0x80 || (cp >= 0xA0 && cp <= 0xFF)) return static_cast<unsigned char>(cp);
+    for (int i = 0; i < 32; ++i)
+        if (kWinAnsiHigh[i] != 0 && kWinAnsiHigh[i] == cp) return static_cast<unsigned char>(0x80 + i);
+    return 0;
+}
+
+int HelveticaWidth(unsigned char code, bool bold) { return GlyphWidth(code, bold); }
+
+bool AsciiWidth(const char* text, std::size_t length, bool bold, long& units)
+{
+    const short* widths = bold ? kBold : kRegular;
+    const auto* p = reinterpret_cast<const unsigned char*>(text);
+    long sum = 0;
+    for (std::size_t i = 0; i < length; ++i) {
+        const unsigned char c = p[i];
+        if (c >= 0x80) return false;
+        if (c >= 0x20) sum += widths[c - 0x20];
+    }
+    units = sum;
+    return true;
 }
 
 long HelveticaTextWidth(const char* text, std::size_t length, bool bold)
@@ -124,6 +107,125 @@ long HelveticaTextWidth(const char* text, std::size_t length, bool bold)
     long units = 0;
     ForEachWinAnsi(text, length, [&units, bold](char c) { units += GlyphWidth(static_cast<unsigned char>(c), bold); });
     return units;
+}
+
+bool EmbeddedFont::Glyph(char32_t cp, std::uint16_t& cid, int& width)
+{
+    const auto found = known_.find(cp);
+    if (found != known_.end()) {
+        cid = found->second.cid;
+        width = found->second.width;
+        return cid != 0;
+    }
+    if (!tried_) {
+        tried_ = true;
+        font_ = load_ ? load_() : nullptr;
+    }
+    Known known{0, 0};
+    const std::uint16_t glyph = font_ && cp != 0xFFFD ? font_->GlyphOf(cp) : 0;
+    if (glyph != 0) {
+        const auto seen = cidOf_.find(glyph);
+        if (seen != cidOf_.end()) {
+            known = Known{seen->second, font_->Advance(glyph)};
+        } else if (glyphs_.size() < 0xFFF0) {
+            glyphs_.push_back(glyph);
+            codePoints_.push_back(cp);
+            known = Known{static_cast<std::uint16_t>(glyphs_.size()), font_->Advance(glyph)};
+            cidOf_.emplace(glyph, known.cid);
+        }
+    }
+    known_.emplace(cp, known);
+    cid = known.cid;
+    width = known.width;
+    return cid != 0;
+}
+
+namespace {
+
+void AppendHex4(std::string& out, std::uint32_t value)
+{
+    static const char digits[] = "0123456789ABCDEF";
+    for (int shift = 12; shift >= 0; shift -= 4) out += digits[(value >> shift) & 15];
+}
+
+void AppendUtf16Hex(std::string& out, char32_t cp)
+{
+    if (cp >= 0x10000) {
+        AppendHex4(out, 0xD800 + ((cp - 0x10000) >> 10));
+        AppendHex4(out, 0xDC00 + ((cp - 0x10000) & 0x3FF));
+    } else {
+        AppendHex4(out, cp);
+    }
+}
+
+}  // namespace
+
+void EmbeddedFont::Write(PdfWriter& writer, int fontObject) const
+{
+    std::string subset;
+    const bool embedded = font_ && font_->WriteSubset(glyphs_, codePoints_, subset);
+    const int descendant = writer.ReserveObject(), descriptor = writer.ReserveObject();
+    const int toUnicode = writer.ReserveObject(), file = embedded ? writer.ReserveObject() : 0;
+
+    // The subset's tag: six capitals from a hash of its glyphs, so that two documents with
+    // other subsets of the font name them apart.
+    std::uint64_t hash = 1469598103934665603ull;
+    for (const std::uint16_t g : glyphs_) hash = (hash ^ g) * 1099511628211ull;
+    std::string name;
+    for (int i = 0; i < 6; ++i, hash /= 26) name += static_cast<char>('A' + hash % 26);
+    name += '+';
+    name += font_ ? font_->PostScriptName() : std::string("Font");
+
+    std::string body = "<< /Type /Font /Subtype /Type0 /BaseFont /" + name +
+                       " /Encoding /Identity-H /DescendantFonts [" + std::to_string(descendant) +
+                       " 0 R] /ToUnicode " + std::to_string(toUnicode) + " 0 R >>";
+    writer.WriteObject(fontObject, body);
+
+    body = "<< /Type /Font /Subtype /CIDFontType2 /BaseFont /" + name +
+           " /CIDSystemInfo << /Registry (Adobe) /Ordering (Identity) /Supplement 0 >> /FontDescriptor " +
+           std::to_string(descriptor) + " 0 R /DW 1000 /CIDToGIDMap /Identity\n/W [1 [";
+    for (std::size_t i = 0; i < glyphs_.size(); ++i) {
+        body += i % 16 ? " " : "\n";
+        body += std::to_string(font_ ? font_->Advance(glyphs_[i]) : 1000);
+    }
+    body += "]] >>";
+    writer.WriteObject(descendant, body);
+
+    const FontMetrics metrics = font_ ? font_->Metrics() : FontMetrics();
+    body = "<< /Type /FontDescriptor /FontName /" + name + " /Flags 4 /FontBBox [" +
+           std::to_string(metrics.iBox[0]) + " " + std::to_string(metrics.iBox[1]) + " " +
+           std::to_string(metrics.iBox[2]) + " " + std::to_string(metrics.iBox[3]) + "] /ItalicAngle " +
+           std::to_string(metrics.iItalicAngle) + " /Ascent " + std::to_string(metrics.iAscent) + " /Descent " +
+           std::to_string(metrics.iDescent) + " /CapHeight " + std::to_string(metrics.iCapHeight) + " /StemV 80";
+    if (embedded) body += " /FontFile2 " + std::to_string(file) + " 0 R";
+    body += " >>";
+    writer.WriteObject(descriptor, body);
+
+    std::string cmap =
+        "/CIDInit /ProcSet findresource begin\n12 dict begin\nbegincmap\n"
+        "/CIDSystemInfo << /Registry (Adobe) /Ordering (UCS) /Supplement 0 >> def\n"
+        "/CMapName /Adobe-Identity-UCS def\n/CMapType 2 def\n"
+        "1 begincodespacerange\n<0000> <FFFF>\nendcodespacerange\n";
+    for (std::size_t i = 0; i < codePoints_.size(); i += 100) {
+        const std::size_t end = std::min(codePoints_.size(), i + 100);
+        cmap += std::to_string(end - i) + " beginbfchar\n";
+        for (std::size_t k = i; k < end; ++k) {
+            cmap += '<';
+            AppendHex4(cmap, static_cast<std::uint32_t>(k + 1));
+            cmap += "> <";
+            AppendUtf16Hex(cmap, codePoints_[k]);
+            cmap += ">\n";
+        }
+        cmap += "endbfchar\n";
+    }
+    cmap += "endcmap\nCMapName currentdict /CMap defineresource pop\nend\nend\n";
+    writer.WriteObject(toUnicode, "<< /Length " + std::to_string(cmap.size()) + " >>\nstream\n" + cmap +
+                                      "\nendstream");
+    if (embedded) {
+        const std::string length = std::to_string(subset.size());
+        writer.WriteObject(file, "<< /Length " + length + " /Length1 " + length + " >>\nstream\n" + subset +
+                                     "\nendstream");
+    }
 }
 
 void AppendPdfString(std::string& out, const std::string& bytes)
@@ -183,6 +285,19 @@ PdfWriter::PdfWriter(const CString& path) : file_(path)
     file_.Write(std::string("<< /Type /Font /Subtype /Type1 /BaseFont /Helvetica-Bold /Encoding /WinAnsiEncoding >>\nendobj\n"));
 }
 
+int PdfWriter::ReserveObject()
+{
+    offsets_.push_back(0);
+    return static_cast<int>(offsets_.size() - 1);
+}
+
+void PdfWriter::WriteObject(int number, const std::string& body)
+{
+    BeginObject(number);
+    file_.Write(body);
+    file_.Write(std::string("\nendobj\n"));
+}
+
 void PdfWriter::BeginObject(int number)
 {
     if (offsets_.size() <= static_cast<std::size_t>(number)) offsets_.resize(static_cast<std::size_t>(number) + 1, 0);
@@ -195,7 +310,7 @@ void PdfWriter::BeginObject(int number)
 bool PdfWriter::AddPage(double width, double height, const std::string& content)
 {
     if (!IsGood()) return false;
-    const int contents = kFirstPageObject + 2 * pages_;
+    const int contents = ReserveObject();
     BeginObject(contents);
     char head[64];
     int n = std::snprintf(head, sizeof head, "<< /Length %zu >>\nstream\n", content.size());
@@ -203,14 +318,21 @@ bool PdfWriter::AddPage(double width, double height, const std::string& content)
     file_.Write(content);
     file_.Write(std::string("\nendstream\nendobj\n"));
 
-    BeginObject(contents + 1);
+    const int page = ReserveObject();
+    pageObjects_.push_back(page);
+    BeginObject(page);
     scratch_ = "<< /Type /Page /Parent 2 0 R /MediaBox [0 0 ";
     AppendPdfNumber(scratch_, width);
     scratch_ += ' ';
     AppendPdfNumber(scratch_, height);
     n = std::snprintf(head, sizeof head, "] /Contents %d 0 R", contents);
     scratch_.append(head, static_cast<std::size_t>(n));
-    scratch_ += " /Resources << /Font << /F1 3 0 R /F2 4 0 R >> >> >>\nendobj\n";
+    scratch_ += " /Resources << /Font << /F1 3 0 R /F2 4 0 R";
+    if (thirdFont_) {
+        n = std::snprintf(head, sizeof head, " /F3 %d 0 R", thirdFont_);
+        scratch_.append(head, static_cast<std::size_t>(n));
+    }
+    scratch_ += " >> >> >>\nendobj\n";
     ++pages_;
     return file_.Write(scratch_);
 }
@@ -225,19 +347,27 @@ bool PdfWriter::Finish(const CString& title)
     file_.Write(std::string("<< /Type /Pages /Kids ["));
     char ref[32];
     for (int i = 0; i < pages_; ++i) {
-        const int n = std::snprintf(ref, sizeof ref, "%s%d 0 R", i % 10 ? " " : "\n", kFirstPageObject + 2 * i + 1);
+        const int n = std::snprintf(ref, sizeof ref, "%s%d 0 R", i % 10 ? " " : "\n", pageObjects_[static_cast<std::size_t>(i)]);
         file_.Write(ref, static_cast<std::size_t>(n));
     }
     const int n = std::snprintf(ref, sizeof ref, "]\n/Count %d >>\nendobj\n", pages_);
     file_.Write(ref, static_cast<std::size_t>(n));
 
-    // The title goes into the document information as printable ASCII; the rest is '?'.
-    const int info = static_cast<int>(offsets_.size());
+    // The title goes into the document information: printable ASCII as it is, any other title
+    // as a UTF-16BE text string with its byte order mark; control characters become '?'.
+    const int info = ReserveObject();
     BeginObject(info);
-    std::string ascii;
-    for (const char ch : title.str()) ascii += (ch >= 0x20 && ch < 0x7F) ? ch : '?';
+    const std::string& narrow = title.str();
     scratch_ = "<< /Title ";
-    AppendPdfString(scratch_, ascii);
+    if (std::all_of(narrow.begin(), narrow.end(), [](char ch) { return static_cast<unsigned char>(ch) < 0x80; })) {
+        std::string ascii;
+        for (const char ch : narrow) ascii += (ch >= 0x20 && ch < 0x7F) ? ch : '?';
+        AppendPdfString(scratch_, ascii);
+    } else {
+        scratch_ += "<FEFF";
+        for (char16_t unit : NarrowToUtf16(narrow)) AppendHex4(scratch_, unit < 0x20 || unit == 0x7F ? u'?' : unit);
+        scratch_ += '>';
+    }
     scratch_ += " /Producer (orderview) >>\nendobj\n";
     file_.Write(scratch_);
 

@@ -1,7 +1,10 @@
 #include "platform/print.h"
 
+#include <algorithm>
+#include <cstdlib>
 #include <utility>
 
+#include "order_data/host_api.h"
 #include "platform/native.h"
 #include "platform/pdf_writer.h"
 
@@ -39,10 +42,36 @@ constexpr double kCapHeight = 0.718;
 constexpr double kShadeGrey = 0.85;
 constexpr double kLineWidth = 0.5;
 
+void WriteDebugLog(const std::string& text)
+{
+    char category[] = "print";
+    BKOrderInterface::GetBKInterface().vWriteDebugLog(category, 0, text.c_str());
+}
+
+// The font for the characters WinAnsi lacks: the file ORDERVIEW_PRINT_FONT names when it is set,
+// otherwise the first usable one of the system's usual Chinese fonts. Says so on the host's
+// debug log when there is none: those characters then print as '?'.
+std::unique_ptr<TrueTypeFont> LoadPrintFont()
+{
+    const char* named = std::getenv("ORDERVIEW_PRINT_FONT");
+    if (named && *named) {
+        auto font = TrueTypeFont::FromFile(FilePath(named));
+        if (!font)
+            WriteDebugLog(std::string("print: ORDERVIEW_PRINT_FONT (") + named +
+                          ") is not a usable TrueType font: characters the standard fonts lack print as '?'");
+        return font;
+    }
+    for (const FilePath& path : native::PrintFontFiles())
+        if (auto font = TrueTypeFont::FromFile(path)) return font;
+    WriteDebugLog("print: no TrueType font for Chinese text was found (ORDERVIEW_PRINT_FONT names one): characters "
+                  "the standard fonts lack print as '?'");
+    return nullptr;
+}
+
 class PdfPrintJob : public IPrintJob {
 public:
     PdfPrintJob(const CString& path, const PrintRequest& request, const PrintPaper& paper)
-        : writer_(path), paper_(paper), name_(request.csDocName)
+        : writer_(path), paper_(paper), name_(request.csDocName), font_(new EmbeddedFont(LoadPrintFont))
     {
         BeginPage();
     }
@@ -60,15 +89,32 @@ public:
 
     double MeasureText(const CString& text, const PrintFont& font) const override
     {
-        return MeasureHelvetica(text, font);
+        long units = 0;
+        if (AsciiWidth(text.GetString(), static_cast<std::size_t>(text.GetLength()), font.bBold, units))
+            return static_cast<double>(units) * font.dSize / 1000.0;
+        ForEachCodePoint(text.str(), [&](char32_t cp) {
+            std::uint16_t cid = 0;
+            int width = 0;
+            const int code = Latin(cp);
+            if (code >= 0 || !font_->Glyph(cp, cid, width))
+                width = HelveticaWidth(static_cast<unsigned char>(code >= 0 ? code : '?'), font.bBold);
+            units += width;
+        });
+        return static_cast<double>(units) * font.dSize / 1000.0;
     }
 
     void DrawText(const PrintBox& box, const CString& text, const PrintFont& font, PrintAlign align) override
     {
         drawn_ = true;
-        bytes_.clear();
-        const long units = AppendWinAnsi(bytes_, text.GetString(), static_cast<std::size_t>(text.GetLength()), font.bBold);
-        if (bytes_.empty()) return;
+        runs_.clear();
+        const int face = font.bBold ? 2 : 1;
+        long units = 0;
+        if (AsciiWidth(text.GetString(), static_cast<std::size_t>(text.GetLength()), font.bBold, units)) {
+            if (text.IsEmpty()) return;  // an ASCII text is its own WinAnsi bytes
+        } else {
+            units = SplitRuns(text, font.bBold, face);
+            if (runs_.empty()) return;
+        }
         const double width = static_cast<double>(units) * font.dSize / 1000.0;
         double x = box.dLeft;
         if (align == PrintAlign::kRight) x = box.dLeft + box.dWidth - width;
@@ -81,22 +127,27 @@ public:
             AppendBox(box);
             page_ += " re W n\n";
         }
-        const int face = font.bBold ? 2 : 1;
         page_ += "BT";
-        if (face != face_ || font.dSize != size_) {
-            page_ += face == 2 ? " /F2 " : " /F1 ";
-            AppendPdfNumber(page_, font.dSize);
-            page_ += " Tf";
-            face_ = face;
-            size_ = font.dSize;
-        }
+        SelectFont(runs_.empty() ? face : runs_.front().face, font.dSize);
         page_ += ' ';
         AppendPdfNumber(page_, x);
         page_ += ' ';
         AppendPdfNumber(page_, paper_.dHeight - (box.dTop + box.dHeight / 2 + font.dSize * kCapHeight / 2));
-        page_ += " Td ";
-        AppendPdfString(page_, bytes_);
-        page_ += " Tj ET\n";
+        page_ += " Td";
+        if (runs_.empty()) {
+            page_ += ' ';
+            AppendPdfString(page_, text.str());
+            page_ += " Tj ET\n";
+        } else {
+            for (const Run& run : runs_) {
+                SelectFont(run.face, font.dSize);
+                page_ += ' ';
+                if (run.face == 3) page_ += '<' + run.bytes + '>';
+                else AppendPdfString(page_, run.bytes);
+                page_ += " Tj";
+            }
+            page_ += " ET\n";
+        }
         if (clip) {
             page_ += "Q\n";
             face_ = 0;  // the font belongs to the graphics state that Q restored
@@ -135,10 +186,67 @@ public:
     {
         if (finished_) return false;
         finished_ = true;
-        return writer_.AddPage(paper_.dWidth, paper_.dHeight, page_) && writer_.Finish(name_);
+        if (!writer_.AddPage(paper_.dWidth, paper_.dHeight, page_)) return false;
+        if (fontObject_) font_->Write(writer_, fontObject_);
+        return writer_.Finish(name_);
     }
 
 private:
+    // A piece of a text in one font: WinAnsi bytes for Helvetica (faces 1 and 2), hexadecimal
+    // CIDs for the embedded font (face 3).
+    struct Run {
+        int face;
+        std::string bytes;
+    };
+
+    // The WinAnsi byte a character prints as in Helvetica: its own, or '?' for a byte that is not
+    // valid narrow text (U+FFFD); -1 when WinAnsi lacks it and the embedded font may have it.
+    static int Latin(char32_t cp)
+    {
+        if (cp < 0x80) return static_cast<int>(cp);
+        if (cp == 0xFFFD) return '?';
+        const unsigned char code = WinAnsiOf(cp);
+        return code ? code : -1;
+    }
+
+    // Splits a text that is not all ASCII into runs_; returns its width in 1/1000 of the size.
+    long SplitRuns(const CString& text, bool bold, int face)
+    {
+        long units = 0;
+        ForEachCodePoint(text.str(), [&](char32_t cp) {
+            std::uint16_t cid = 0;
+            int width = 0;
+            const int code = Latin(cp);
+            const bool embedded = code < 0 && font_->Glyph(cp, cid, width);
+            const int want = embedded ? 3 : face;
+            if (runs_.empty() || runs_.back().face != want) runs_.push_back(Run{want, std::string()});
+            if (embedded) {
+                static const char digits[] = "0123456789ABCDEF";
+                for (int shift = 12; shift >= 0; shift -= 4) runs_.back().bytes += digits[(cid >> shift) & 15];
+            } else {
+                const auto byte = static_cast<unsigned char>(code >= 0 ? code : '?');
+                runs_.back().bytes += static_cast<char>(byte);
+                width = HelveticaWidth(byte, bold);
+            }
+            units += width;
+        });
+        if (!fontObject_ && std::any_of(runs_.begin(), runs_.end(), [](const Run& r) { return r.face == 3; })) {
+            fontObject_ = writer_.ReserveObject();
+            writer_.SetThirdFont(fontObject_);
+        }
+        return units;
+    }
+
+    void SelectFont(int face, double size)
+    {
+        if (face == face_ && size == size_) return;
+        page_ += face == 3 ? " /F3 " : face == 2 ? " /F2 " : " /F1 ";
+        AppendPdfNumber(page_, size);
+        page_ += " Tf";
+        face_ = face;
+        size_ = size;
+    }
+
     void BeginPage()
     {
         page_.clear();
@@ -169,8 +277,10 @@ private:
     PrintPaper paper_;
     CString name_;
     std::string page_;   // the current page's content stream
-    std::string bytes_;  // scratch: a text in WinAnsi
-    int face_ = 0;       // font selected in the content stream (1 regular, 2 bold, 0 none)
+    std::vector<Run> runs_;  // scratch: a text that is not all ASCII
+    std::unique_ptr<EmbeddedFont> font_;  // measuring a text may add glyphs: held by pointer
+    int fontObject_ = 0;  // the embedded font's object, once a page shows it
+    int face_ = 0;       // font selected in the content stream (1 regular, 2 bold, 3 embedded, 0 none)
     double size_ = 0;
     bool drawn_ = false;
     bool finished_ = false;

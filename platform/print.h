@@ -3,12 +3,21 @@
 // paper and draws text, lines and rectangles page by page. Coordinates and sizes are in
 // points (1/72 inch) from the top-left corner of the paper.
 //
-// The library's own printer writes a PDF 1.4 file with the standard Helvetica and
-// Helvetica-Bold fonts in WinAnsi encoding. Texts are read as UTF-8; a character WinAnsi cannot
-// show (any CJK character, for one) and a byte that is not valid UTF-8 print as '?'.
+// Texts are narrow text (platform/narrow_text.h: the ANSI code page on Windows, UTF-8 elsewhere).
+//
+// The library's own printer writes a PDF 1.4 file. Characters of the WinAnsi encoding print in
+// the standard Helvetica and Helvetica-Bold fonts; any other character (Chinese, for one) prints
+// from a subset of a TrueType font embedded in the file, with a map back to Unicode so that the
+// text can be searched and copied. That font is read when a job first meets such a character:
+// the file the environment variable ORDERVIEW_PRINT_FONT names (.ttf or .ttc) when it is set,
+// otherwise the first of the system's usual Chinese fonts found (AR PL UMing, Droid Sans
+// Fallback on Linux; Microsoft JhengHei, MingLiU in the Windows Fonts folder). Without one, or
+// for a character the font lacks, and for bytes that are not valid narrow text, '?' prints; the
+// job then says so once on the host's debug log (vWriteDebugLog). A document title that is not
+// ASCII goes into the file's information in UTF-16.
 //
 // On Windows the library also draws with GDI, on a printer or into enhanced metafiles: texts
-// go to ExtTextOutW in UTF-16 (every character kept; a byte that is not valid UTF-8 becomes
+// go to ExtTextOutW in UTF-16 (every character kept; a byte that is not valid narrow text becomes
 // U+FFFD) in Arial, measured by the device itself.
 #pragma once
 
@@ -86,8 +95,9 @@ ORDERVIEW_API std::unique_ptr<IPrintJob> StartPdfPrintJob(const CString& path, c
 ORDERVIEW_API std::unique_ptr<IPrintJob> StartPdfPrintJob(const CString& path, const PrintRequest& request,
                                                           const PrintPaper& paper);
 
-// Width in points of a text in Helvetica (Helvetica-Bold when `font.bBold`) as the PDF job
-// prints it: standard glyph widths of the WinAnsi characters, '?' for the others.
+// Width in points of a text in Helvetica (Helvetica-Bold when `font.bBold`): standard glyph
+// widths of the WinAnsi characters, '?' for the others. The PDF job measures the same, but for
+// characters it prints from its embedded font, which it measures by that font's widths.
 ORDERVIEW_API double MeasureHelvetica(const CString& text, const PrintFont& font);
 
 // The GDI jobs (Windows only: elsewhere they answer null). Handles are passed as void*.

@@ -8,6 +8,7 @@
 #include <iterator>
 
 #include "fuzz/compound_file_input.h"
+#include "fuzz/font_input.h"
 #include "fuzz/roundtrip_input.h"
 #include "fuzz/stream_parts_input.h"
 #include "fuzz/workbook_input.h"
@@ -59,6 +60,8 @@ TEST(FuzzRegressions, CompoundFile) { FeedAll("compound_file", FeedCompoundFile)
 TEST(FuzzRegressions, Workbook) { FeedAll("workbook", FeedWorkbook); }
 TEST(FuzzRegressions, WorkbookRoundTrip) { CheckAll("workbook_roundtrip", roundtrip::RoundTrip); }
 TEST(FuzzRegressions, WorkbookEdit) { CheckAll("workbook_edit", roundtrip::EditedRoundTrip); }
+
+TEST(FuzzRegressions, Font) { CheckAll("font", font_input::Check); }
 
 TEST(FuzzRegressions, StreamParts)
 {

@@ -317,6 +317,24 @@ TEST_F(ListPrint, NothingIsPrintedWithoutColumnsOrWhenCancelled)
     EXPECT_FALSE(record.finished);
 }
 
+TEST_F(ListPrint, CutsChineseBetweenCharacters)
+{
+    // 陳 and 台 are three bytes each in UTF-8: a cut lands only between them, at every width.
+    std::string chinese;
+    for (int i = 0; i < 30; ++i) chinese += i % 2 ? "\xE9\x99\xB3" : "\xE5\x8F\xB0";
+    for (const int width : {30, 31, 32, 45, 60, 61, 90}) {
+        SCOPED_TRACE(width);
+        record = ovtest::PrintRecord();
+        ASSERT_TRUE(g_vPrintListCtrl(MakeList({{"Name", kLeft, width}, {"Wide", kLeft, 400}}, {{CString(chinese), "x"}}),
+                                     "Cut"));
+        const std::string t = record.Texts(0)[4];
+        ASSERT_GT(t.size(), 3u);
+        EXPECT_EQ(t.substr(t.size() - 3), "...");
+        EXPECT_EQ((t.size() - 3) % 3, 0u) << t;
+        EXPECT_EQ(chinese.compare(0, t.size() - 3, t, 0, t.size() - 3), 0);
+    }
+}
+
 TEST_F(ListPrint, BadInputPrintsToAValidFile)
 {
     ovtest::TempFolder folder;

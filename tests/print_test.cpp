@@ -3,8 +3,11 @@
 #include <cstdlib>
 #include <filesystem>
 #include <string>
+#include <vector>
 
+#include "host/table_host.h"
 #include "platform/file_system.h"
+#include "platform/narrow_text.h"
 #include "platform/platform.h"
 #include "platform/print.h"
 #include "support/environment.h"
@@ -12,8 +15,10 @@
 
 namespace {
 
+// Narrow text (the process's code page) from UTF-16.
+std::string Narrow(const std::u16string& text) { return orderview::Utf16ToNarrow(text); }
+
 using orderview::PrintAlign;
-using orderview::PrintFont;
 
 std::unique_ptr<orderview::IPrintJob> Start(const std::string& path, const char* name = "doc")
 {
@@ -50,35 +55,63 @@ std::size_t FilesIn(const std::string& folder)
 
 TEST(HelveticaMetrics, MeasureAsThePdfPrints)
 {
-    struct Case { const char* text; double size; bool bold; double width; };
+    struct Case { std::string text; double size; bool bold; double width; };
     const Case cases[] = {
         {"", 10, false, 0},
         {"A", 10, false, 6.67},         {"A", 10, true, 7.22},
         {"iii", 10, false, 6.66},       {"W.", 1000, false, 1222},
-        {"\xC3\xA9", 10, false, 5.56},  // e acute: one WinAnsi character
-        {"\xE2\x82\xAC", 10, true, 5.56},  // euro sign
-        {"\xE4\xB8\xAD", 10, false, 5.56},  // CJK: printed as '?'
+        {Narrow(u"\u00E9"), 10, false, 5.56},  // e acute: one WinAnsi character
+        {Narrow(u"\u20AC"), 10, true, 5.56},   // euro sign
+        {Narrow(u"\u4E2D"), 10, false, 5.56},  // CJK: printed as '?'
+#ifndef _WIN32
         {"\xFF\xFE", 10, false, 11.12},     // two invalid bytes: two '?'
         {"\xE4\xB8", 10, false, 11.12},     // a cut sequence: one '?' a byte
+#endif
     };
     for (const Case& c : cases)
-        EXPECT_NEAR(orderview::MeasureHelvetica(c.text, PrintFont{c.size, c.bold}), c.width, 1e-9) << c.text;
+        EXPECT_NEAR(orderview::MeasureHelvetica(CString(c.text), orderview::PrintFont{c.size, c.bold}), c.width, 1e-9)
+            << c.text;
+}
+
+// Whether the process's narrow code page holds the Chinese characters these tests print (UTF-8
+// and Big5 do; Windows-1252 does not).
+bool Holds(const std::u16string& text) { return orderview::NarrowToUtf16(Narrow(text)) == text; }
+bool HoldsChinese() { return Holds(u"\u9673\u5927\u6587\u671F\u8CA8\u53F0\u7A4D\u96FB\u59D4\u8A17"); }
+
+// Points ORDERVIEW_PRINT_FONT at a file while it lives.
+class PrintFont {
+public:
+    explicit PrintFont(const std::string& path) { ovtest::SetEnvironment("ORDERVIEW_PRINT_FONT", path.c_str()); }
+    ~PrintFont() { ovtest::SetEnvironment("ORDERVIEW_PRINT_FONT", nullptr); }
+};
+
+const char kUming[] = "/usr/share/fonts/truetype/arphic/uming.ttc";
+
+std::size_t Count(const std::string& text, const std::string& what)
+{
+    std::size_t n = 0;
+    for (std::size_t at = text.find(what); at != std::string::npos; at = text.find(what, at + 1)) ++n;
+    return n;
 }
 
 TEST(PdfPrintJob, EscapesAndEncodesTexts)
 {
     ovtest::TempFolder folder;
+    const PrintFont none(folder.File("no-such-font.ttf"));
     const std::string path = folder.File("escape.pdf");
     auto job = Start(path);
     ASSERT_TRUE(job);
-    struct Case { const char* text; const char* written; };
-    const Case cases[] = {
+    struct Case { std::string text; const char* written; };
+    std::vector<Case> cases = {
         {"a(b)c\\d", "(a\\(b\\)c\\\\d)"},
         {"x\r\ny\x01\x7F", "(x\\015\\012y\\001\\177)"},
-        {"\xC3\xA9\xE2\x82\xAC\xE4\xB8\xAD!", "(\xE9\x80?!)"},
+#ifndef _WIN32
         {"\x80\xFF", "(\?\?)"},
+#endif
     };
-    for (const Case& c : cases) job->DrawText({40, 40, 500, 20}, c.text, PrintFont{}, PrintAlign::kLeft);
+    if (Holds(u"\u00E9\u20AC")) cases.push_back({Narrow(u"\u00E9\u20AC\u4E2D!"), "(\xE9\x80?!)"});
+    for (const Case& c : cases)
+        job->DrawText({40, 40, 500, 20}, CString(c.text), orderview::PrintFont{}, PrintAlign::kLeft);
     ASSERT_TRUE(job->Finish());
     std::string pdf;
     ASSERT_TRUE(orderview::ReadWholeFile(CString(path), pdf));
@@ -88,16 +121,109 @@ TEST(PdfPrintJob, EscapesAndEncodesTexts)
     EXPECT_TRUE(XrefPointsAtObjects(pdf));
 }
 
+TEST(PdfPrintJob, EmbedsTheChineseGlyphsUsedOnceForTheDocument)
+{
+    if (!std::filesystem::exists(kUming)) GTEST_SKIP() << kUming << " is not installed (fonts-arphic-uming)";
+    if (!HoldsChinese()) GTEST_SKIP() << "the process's code page has no Chinese characters";
+    const PrintFont font(kUming);
+    orderview::TableHost host;
+    orderview::SetHostServices(&host);
+    ovtest::TempFolder folder;
+    const std::string path = folder.File("chinese.pdf");
+    // 陳大文期貨 on every page, 台積電 on the second, Latin before and after.
+    const CString chen(Narrow(u"A\u9673\u5927\u6587\u671F\u8CA8z"));
+    const CString tsmc(Narrow(u"\u53F0\u7A4D\u96FB"));
+    orderview::PrintRequest request;
+    request.csDocName = Narrow(u"\u59D4\u8A17 Orders");  // 委託 Orders
+    auto job = orderview::StartPdfPrintJob(CString(path), request);
+    ASSERT_TRUE(job);
+    const orderview::PrintFont size10{10, false};
+    // Each ideograph is one em of UMing: 10 points at size 10; A and z in Helvetica.
+    EXPECT_NEAR(job->MeasureText(chen, size10), 6.67 + 50 + 5, 1e-9);
+    EXPECT_NEAR(job->MeasureText(tsmc, size10), 30, 1e-9);
+    job->DrawText({40, 40, 500, 20}, chen, size10, orderview::PrintAlign::kRight);
+    ASSERT_TRUE(job->NextPage());
+    job->DrawText({40, 40, 500, 20}, chen, orderview::PrintFont{10, true}, orderview::PrintAlign::kLeft);
+    job->DrawText({40, 80, 500, 20}, tsmc, size10, orderview::PrintAlign::kLeft);
+    ASSERT_TRUE(job->Finish());
+    orderview::SetHostServices(nullptr);
+    EXPECT_TRUE(host.vecDebugLog.empty());
+
+    const std::string pdf = folder.Read("chinese.pdf");
+    EXPECT_TRUE(XrefPointsAtObjects(pdf));
+    // Right-aligned at 540 - 61.67; the Latin runs in Helvetica, the ideographs by CID.
+    EXPECT_NE(pdf.find("BT /F1 10 Tf 478.33 788.41 Td (A) Tj /F3 10 Tf <00010002000300040005> Tj /F1 10 Tf (z) Tj ET"),
+              std::string::npos);
+    EXPECT_NE(pdf.find("BT /F2 10 Tf 40 788.41 Td (A) Tj /F3 10 Tf <00010002000300040005> Tj /F2 10 Tf (z) Tj ET"),
+              std::string::npos) << "bold shares the glyphs";
+    EXPECT_NE(pdf.find("BT /F3 10 Tf 40 748.41 Td <000600070008> Tj ET"), std::string::npos);
+    EXPECT_EQ(Count(pdf, "/Subtype /Type0"), 1u);
+    EXPECT_EQ(Count(pdf, "/FontFile2"), 1u);
+    EXPECT_EQ(Count(pdf, "/Encoding /Identity-H"), 1u);
+    EXPECT_EQ(Count(pdf, "/CIDToGIDMap /Identity"), 1u);
+    EXPECT_NE(pdf.find("/W [1 [\n1000 1000 1000 1000 1000 1000 1000 1000]]"), std::string::npos);
+    EXPECT_NE(pdf.find("8 beginbfchar\n<0001> <9673>\n<0002> <5927>"), std::string::npos);
+    EXPECT_NE(pdf.find("<0008> <96FB>\nendbfchar"), std::string::npos);
+    const std::size_t base = pdf.find("/BaseFont /", pdf.find("/Subtype /Type0"));
+    ASSERT_NE(base, std::string::npos);
+    const std::string name = pdf.substr(base + 11, 15);
+    EXPECT_EQ(name.substr(6), "+UMingTW ") << "a six-letter subset tag";
+    for (int i = 0; i < 6; ++i) EXPECT_TRUE(name[static_cast<std::size_t>(i)] >= 'A' && name[static_cast<std::size_t>(i)] <= 'Z');
+    EXPECT_NE(pdf.find("/Title <FEFF59D48A170020004F00720064006500720073>"), std::string::npos);
+    // Pages name the font only once it is used: the first page's resources already do.
+    EXPECT_EQ(Count(pdf, "/F3 5 0 R"), 2u);
+}
+
+TEST(PdfPrintJob, WithoutAFontChineseIsAQuestionMarkAndTheLogSaysSoOnce)
+{
+    if (!HoldsChinese()) GTEST_SKIP() << "the process's code page has no Chinese characters";
+    ovtest::TempFolder folder;
+    folder.Write("not-a-font.ttf", "plain text, not a font");
+    for (const std::string& named : {folder.File("not-a-font.ttf"), folder.File("missing.ttc")}) {
+        SCOPED_TRACE(named);
+        const PrintFont font(named);
+        orderview::TableHost host;
+        orderview::SetHostServices(&host);
+        auto latin = Start(folder.File("latin.pdf"));
+#ifdef _WIN32
+        const CString accented(Narrow(Holds(u"\u00E9") ? u"caf\u00E9 ??" : u"cafe ??"));
+#else
+        const CString accented("caf\xC3\xA9 \x80\xFF");  // two bytes that are not UTF-8
+#endif
+        EXPECT_NEAR(latin->MeasureText(accented, orderview::PrintFont{10, false}), 32.8, 1e-9);
+        latin->DrawText({40, 40, 500, 20}, accented, orderview::PrintFont{}, orderview::PrintAlign::kLeft);
+        ASSERT_TRUE(latin->Finish());
+        EXPECT_TRUE(host.vecDebugLog.empty()) << "Latin text and bad bytes read no font";
+        EXPECT_NE(folder.Read("latin.pdf").find(Holds(u"\u00E9") ? "(caf\xE9 \?\?) Tj" : "(cafe \?\?) Tj"), std::string::npos);
+        auto job = Start(folder.File("none.pdf"), "doc");
+        ASSERT_TRUE(job);
+        const CString chen(Narrow(u"\u9673\u5927"));
+        EXPECT_NEAR(job->MeasureText(chen, orderview::PrintFont{10, false}), 11.12, 1e-9) << "two '?'";
+        for (int i = 0; i < 3; ++i) {
+            job->DrawText({40, 40, 500, 20}, chen, orderview::PrintFont{}, orderview::PrintAlign::kLeft);
+            ASSERT_TRUE(job->NextPage());
+        }
+        ASSERT_TRUE(job->Finish());
+        orderview::SetHostServices(nullptr);
+        ASSERT_EQ(host.vecDebugLog.size(), 1u);
+        EXPECT_NE(host.vecDebugLog[0].Find("ORDERVIEW_PRINT_FONT"), -1);
+        const std::string pdf = folder.Read("none.pdf");
+        EXPECT_EQ(Count(pdf, "(\?\?) Tj"), 3u);
+        EXPECT_EQ(pdf.find("/F3"), std::string::npos);
+        EXPECT_TRUE(XrefPointsAtObjects(pdf));
+    }
+}
+
 TEST(PdfPrintJob, AlignsAndClipsInTheBox)
 {
     ovtest::TempFolder folder;
     auto job = Start(folder.File("align.pdf"));
     ASSERT_TRUE(job);
     // "WW" is 18.88 points at size 10 on a box 100 wide at x=100, y=100 on an 842 high page.
-    job->DrawText({100, 100, 100, 20}, "WW", PrintFont{10, false}, PrintAlign::kLeft);
-    job->DrawText({100, 100, 100, 20}, "WW", PrintFont{10, false}, PrintAlign::kRight);
-    job->DrawText({100, 100, 100, 20}, "WW", PrintFont{10, true}, PrintAlign::kCenter);
-    job->DrawText({100, 100, 10, 20}, "WW", PrintFont{10, true}, PrintAlign::kRight);
+    job->DrawText({100, 100, 100, 20}, "WW", orderview::PrintFont{10, false}, PrintAlign::kLeft);
+    job->DrawText({100, 100, 100, 20}, "WW", orderview::PrintFont{10, false}, PrintAlign::kRight);
+    job->DrawText({100, 100, 100, 20}, "WW", orderview::PrintFont{10, true}, PrintAlign::kCenter);
+    job->DrawText({100, 100, 10, 20}, "WW", orderview::PrintFont{10, true}, PrintAlign::kRight);
     ASSERT_TRUE(job->Finish());
     const std::string pdf = folder.Read("align.pdf");
     // Baseline: 842 - (100 + 10 + 3.59) = 728.41.
@@ -137,7 +263,7 @@ TEST(PdfPrintJob, StreamsPagesAndAppearsOnlyWhenFinished)
     ASSERT_TRUE(job);
     const CString line(std::string(200, 'x'));
     for (int page = 0; page < 5; ++page) {
-        for (int i = 0; i < 400; ++i) job->DrawText({36, 36, 500, 10}, line, PrintFont{}, PrintAlign::kLeft);
+        for (int i = 0; i < 400; ++i) job->DrawText({36, 36, 500, 10}, line, orderview::PrintFont{}, PrintAlign::kLeft);
         ASSERT_TRUE(job->NextPage());
     }
     // Five pages of 80 KB each are already on disk, in a temporary file beside the target.
@@ -162,7 +288,7 @@ TEST(PdfPrintJob, FailureLeavesNothingAndKeepsTheOldFile)
         folder.Write("old.pdf", "old content");
         auto job = Start(folder.File("old.pdf"));
         ASSERT_TRUE(job);
-        job->DrawText({36, 36, 100, 10}, "abandoned", PrintFont{}, PrintAlign::kLeft);
+        job->DrawText({36, 36, 100, 10}, "abandoned", orderview::PrintFont{}, PrintAlign::kLeft);
     }  // destroyed without Finish
     EXPECT_EQ(folder.Read("old.pdf"), "old content");
     // A folder in the way: no job starts, and nothing is written beside it.

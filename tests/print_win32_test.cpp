@@ -16,6 +16,7 @@
 #include "export/list_print.h"
 #include "export/list_print_layout.h"
 #include "platform/list_control.h"
+#include "platform/narrow_text.h"
 #include "platform/print.h"
 #include "support/fake_platform.h"
 #include "support/print_recorder.h"
@@ -72,14 +73,11 @@ std::vector<PrintedText> TextsOf(HENHMETAFILE page)
     return reading.texts;
 }
 
-std::wstring Wide(const std::string& utf8)
+// Narrow text (the process's ANSI code page) as the UTF-16 the jobs must draw.
+std::wstring Wide(const std::string& narrow)
 {
-    if (utf8.empty()) return std::wstring();
-    std::wstring wide(utf8.size(), L'\0');
-    const int n = ::MultiByteToWideChar(CP_UTF8, MB_ERR_INVALID_CHARS, utf8.data(), static_cast<int>(utf8.size()),
-                                        &wide[0], static_cast<int>(wide.size()));
-    wide.resize(n > 0 ? static_cast<std::size_t>(n) : 0);
-    return wide;
+    const std::u16string wide = orderview::NarrowToUtf16(narrow);
+    return std::wstring(wide.begin(), wide.end());
 }
 
 // The pages a metafile job delivers, deleted with the test.
@@ -107,7 +105,8 @@ int ScreenDpi(int index)
 
 long Device(double points, int dpi) { return std::lround(points * dpi / 72.0); }
 
-const char* const kCjkName = "\xE3\x83\x88\xE3\x83\xA8\xE3\x82\xBF\xE8\x87\xAA\xE5\x8B\x95\xE8\xBB\x8A";  // トヨタ自動車
+// A stock name in the ANSI code page (its characters are '?' where the code page lacks them).
+const std::string kCjkName = orderview::Utf16ToNarrow(u"\u30C8\u30E8\u30BF\u81EA\u52D5\u8ECA");  // トヨタ自動車
 
 TEST(MetafilePrintJob, ListTextsComeBackInRowOrderOnTheirPages)
 {
@@ -166,11 +165,11 @@ TEST(MetafilePrintJob, ListTextsComeBackInRowOrderOnTheirPages)
             }
         }
         EXPECT_GT(printed.back().reference.y, printed[printed.size() - 5].reference.y) << "the foot is at the foot";
-        for (const PrintedText& t : printed) sawCjk |= t.text == L"\u30C8\u30E8\u30BF\u81EA\u52D5\u8ECA";
+        for (const PrintedText& t : printed) sawCjk |= t.text == Wide(kCjkName);
         EXPECT_EQ(printed[2].font.lfWeight, FW_BOLD) << "headings are bold";
         EXPECT_EQ(printed[6].font.lfWeight, FW_NORMAL) << "cells are not";
     }
-    EXPECT_TRUE(sawCjk) << "the stock name in UTF-16";
+    EXPECT_TRUE(sawCjk) << "the stock name in UTF-16, from the code page";
 }
 
 TEST(MetafilePrintJob, AlignsClipsAndSizesTextInItsBox)

@@ -2,7 +2,8 @@
 # Builds the libFuzzer targets and runs each for a bounded time (seconds, default 60), seeded
 # from the workbook corpus and the kept regression inputs. A crashing input is copied into
 # tests/fuzz_regressions/<target>/ to be kept as a regression test, and the run fails. The
-# workbook targets are also seeded with the kept workbook inputs.
+# workbook targets are also seeded with the kept workbook inputs; the font target with its kept
+# inputs only (small fonts).
 set -eu
 cd "$(dirname "$0")/.."
 seconds="${1:-60}"
@@ -10,15 +11,18 @@ corpus="${ORDERVIEW_CORPUS_DIR:-../shared/corpus/xls}"
 cmake --preset fuzz >/dev/null
 cmake --build --preset fuzz
 status=0
-for target in compound_file workbook workbook_roundtrip workbook_edit stream_parts host_tables; do
+for target in compound_file workbook workbook_roundtrip workbook_edit stream_parts host_tables font; do
   work=$(mktemp -d)
   mkdir -p "$work/seeds" "$work/artifacts"
-  [ "$target" = host_tables ] || { [ -d "$corpus" ] && cp "$corpus"/*.xls "$work/seeds/" 2>/dev/null || true; }
   cp tests/fuzz_regressions/$target/* "$work/seeds/" 2>/dev/null || true
   case "$target" in
-    compound_file) ;;
+    compound_file) [ -d "$corpus" ] && cp "$corpus"/*.xls "$work/seeds/" 2>/dev/null || true ;;
     host_tables) cp tests/regressions/host/* "$work/seeds/" ;;
-    *) cp tests/fuzz_regressions/workbook/* "$work/seeds/" 2>/dev/null || true ;;
+    font) ;;
+    *)
+      [ -d "$corpus" ] && cp "$corpus"/*.xls "$work/seeds/" 2>/dev/null || true
+      cp tests/fuzz_regressions/workbook/* "$work/seeds/" 2>/dev/null || true
+      ;;
   esac
   if ! "build/fuzz/tests/fuzz/${target}_fuzz" -max_total_time="$seconds" -rss_limit_mb=2048 -timeout=10 \
        -artifact_prefix="$work/artifacts/" "$work/seeds" >"$work/log" 2>&1; then

@@ -40,16 +40,17 @@ def read_manifest(path):
     return files
 
 
-def as_printed(raw):
-    """The text a reader extracts: UTF-8 characters that WinAnsi (cp1252) holds, '?' for the
-    others and for each byte that is not valid UTF-8; blanks left out."""
+def as_printed(raw, embedded):
+    """The text a reader extracts: UTF-8 characters that WinAnsi (cp1252) holds, and when the
+    file embeds a Chinese font the ideographs too; '?' for the others and for each byte that is
+    not valid UTF-8; blanks left out."""
     out = []
     for ch in raw.decode("utf-8", errors="surrogateescape"):
         try:
             ch.encode("cp1252")
             out.append(ch)
         except UnicodeEncodeError:
-            out.append("?")
+            out.append(ch if embedded and "\u3400" <= ch <= "\u9fff" else "?")
     return squeeze("".join(out))
 
 
@@ -76,13 +77,15 @@ def judge(folder, entry):
     if len(sizes) != pages or any(abs(float(w) - want[0]) > 0.01 or abs(float(h) - want[1]) > 0.01 for w, h in sizes):
         errors.append("pdfinfo: page sizes %s, want %s" % (sorted(set(sizes)), want))
 
+    fonts = run(["pdffonts", path]).stdout.decode(errors="replace")
+    embedded = "CID TrueType" in fonts
     text = run(["pdftotext", "-layout", path, "-"]).stdout.decode("utf-8", errors="replace")
     page_texts = text.split("\f")
     for page in range(1, pages + 1):
         shown = squeeze(page_texts[page - 1]) if page - 1 < len(page_texts) else ""
         at = 0
         for raw in entry["texts"].get(page, []):
-            want_text = as_printed(raw)
+            want_text = as_printed(raw, embedded)
             if not want_text:
                 continue
             found_at = shown.find(want_text, at)

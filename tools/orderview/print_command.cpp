@@ -58,10 +58,15 @@ int PrintCommand(int argc, char** argv)
     const CString title = options.Has("title")
                               ? CString(options.Get("title"))
                               : CString(ListTitle(kind));
+    const std::size_t logged = folder.Host().vecDebugLog.size();
     bool printed = false;
     if (style == "plain") printed = g_vPrintListCtrl(list, title);
     else if (style == "grid") printed = g_vPrintListCtrlExcelStyle(list, title);
     else printed = g_vPrintListCtrlInventory(list, title);
+    // What the print job wrote on the debug log (no font for Chinese text, once) goes to stderr.
+    const auto& log = folder.Host().vecDebugLog;
+    for (std::size_t i = logged; i < log.size(); ++i)
+        if (log[i].Left(7) == "print: ") std::fprintf(stderr, "orderview %s\n", log[i].GetString());
     if (!printed) {
         std::fprintf(stderr, "orderview print: %s: could not be written\n", output.c_str());
         return 1;
