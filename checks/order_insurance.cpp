@@ -6,10 +6,11 @@
 #include "checks/stock_order_check.h"
 #include "format/normalize.h"
 #include "order_data/host_api.h"
+#include "order_data/language_text.h"
 
 namespace {
 
-CString Lang(const char* id) { return BKOrderInterface::GetBKInterface().LangGetLangString(id); }
+using orderview::detail::LangText;
 
 bool IsFuturesAccount(std::uint32_t tradeType) { return tradeType == '0' || tradeType == '2'; }
 
@@ -133,6 +134,6 @@ bool g_bCheckOrderInsurance(AccountType& account, CBaseOrder_OrderInfo* order, C
     if (order == nullptr) return false;
     const char* rule = BrokenRule(account, *order);
     if (rule == nullptr) return true;
-    message.Format("%s%s", Lang("IDS_INSURANCESETTING_MESSAGE").GetString(), Lang(rule).GetString());
+    message.Format("%s%s", LangText("IDS_INSURANCESETTING_MESSAGE").GetString(), LangText(rule).GetString());
     return false;
 }

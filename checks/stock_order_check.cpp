@@ -8,6 +8,7 @@
 #include "format/normalize.h"
 #include "format/quote_items.h"
 #include "order_data/host_api.h"
+#include "order_data/language_text.h"
 #include "platform/platform.h"
 #include "settings/order_settings.h"
 
@@ -27,7 +28,7 @@ constexpr unsigned kStyleStockLimit = 0x130;   // warning icon, second button de
 constexpr unsigned kStyleFutureLimit = 0x34;   // warning icon, Yes/No
 constexpr unsigned kStylePlain = 0;            // OK
 
-CString Lang(const char* id) { return BKOrderInterface::GetBKInterface().LangGetLangString(id); }
+using orderview::detail::LangText;
 
 int ShowBox(const CString& text, unsigned style)
 {
@@ -77,12 +78,12 @@ bool InIntRange(double value) { return value >= -2147483648.0 && value <= 214748
 // A limit price out of the band: the stock text refuses, the futures question lets the user go on.
 bool AskAboutLimit(const char* stockId, const char* futureId, double limit)
 {
-    const CString stockText = Lang(stockId);
+    const CString stockText = LangText(stockId);
     if (!stockText.IsEmpty()) {
         ShowBox(orderview::detail::FormatWithDouble(stockText, limit), kStyleStockLimit);
         return false;
     }
-    const CString question = orderview::detail::FormatWithDouble(Lang(futureId), limit);
+    const CString question = orderview::detail::FormatWithDouble(LangText(futureId), limit);
     return ShowBox(question, kStyleFutureLimit) == orderview::kIdYes;
 }
 
@@ -178,7 +179,7 @@ bool g_bCheckStockOrder(AccountType account, const CBaseOrder_OrderInfo& order)
     for (const CBaseOrder_AlertStock& stock : OrderBK_GetDSAlertStock(account)) {
         if (stock.csSymbolID != comId) continue;
         special = true;
-        const CString text = Lang("IDS_ORDER-STOCK-CV_ALERTSTOCK_NOT_NET_ORDER");
+        const CString text = LangText("IDS_ORDER-STOCK-CV_ALERTSTOCK_NOT_NET_ORDER");
         if (!text.IsEmpty()) {
             ShowBox(text, kStylePlain);
             return false;
@@ -190,7 +191,7 @@ bool g_bCheckStockOrder(AccountType account, const CBaseOrder_OrderInfo& order)
     bool first = false, second = false, third = false;
     if (OrderBK_bIsStockInfo(comId, first, second, third) && first && second && third) special = true;
     if (special) {
-        const CString text = Lang("IDS_ORDER-STOCK-CV_SPECIAL_NOT_NET_ORDER");
+        const CString text = LangText("IDS_ORDER-STOCK-CV_SPECIAL_NOT_NET_ORDER");
         if (!text.IsEmpty()) {
             ShowBox(text, kStylePlain);
             return false;
@@ -201,7 +202,7 @@ bool g_bCheckStockOrder(AccountType account, const CBaseOrder_OrderInfo& order)
     const int leastVolume = orderview::GetYesterdayTradeVolumeSetting();
     if (leastVolume > 0 && order.dwBS == 'B' &&
         g_GetSymbolInfoByItem(kVolumeService, order.commodity.cszGetSymbolID(), kItemYesterdayVolume) < leastVolume) {
-        ShowBox(orderview::detail::FormatWithInteger(Lang("IDS_ORDER-STOCK-CV_YESTERDAY_TRADE_VOLUME"), leastVolume),
+        ShowBox(orderview::detail::FormatWithInteger(LangText("IDS_ORDER-STOCK-CV_YESTERDAY_TRADE_VOLUME"), leastVolume),
                 kStylePlain);
         return false;
     }

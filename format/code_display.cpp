@@ -7,7 +7,7 @@
 using orderview::detail::Code;
 using orderview::detail::CodeTable;
 using orderview::detail::Is;
-using orderview::detail::Word;
+using orderview::detail::LangText;
 
 namespace {
 
@@ -165,7 +165,7 @@ CString g_cszDisplayOrderKind(CBaseOrder_OrderInfo* order, unsigned long)
 CString g_cszDisplayOrderOS(unsigned long openClose, unsigned long dayTrade, unsigned long)
 {
     if (Is(openClose, ' '))
-        return Word(Is(dayTrade, 'Y') ? "IDS_ORDER-ITEM_OS_DYTRADE_ONOFFSET" : "IDS_ORDER-ITEM_OS_AUTO_OFFSET");
+        return LangText(Is(dayTrade, 'Y') ? "IDS_ORDER-ITEM_OS_DYTRADE_ONOFFSET" : "IDS_ORDER-ITEM_OS_AUTO_OFFSET");
     return kOpenClose.Display(openClose);
 }
 
@@ -187,14 +187,14 @@ CString g_cszDisplayOrderStockBSType(unsigned long marketKind, unsigned long sto
     CString kindWord, sideWord;
     if (!suffix.IsEmpty()) {
         const CString kindId = marketId + suffix;
-        kindWord = Word(kindId);
+        kindWord = LangText(kindId);
         const CString& sideSuffix = kSideSuffix.Id(side);
-        if (!sideSuffix.IsEmpty()) sideWord = Word(kindId + sideSuffix);
+        if (!sideSuffix.IsEmpty()) sideWord = LangText(kindId + sideSuffix);
     } else {
         kindWord = kGeneralStockKind.Display(stockTradeKind);
         sideWord = kPlainSide.Display(side);
     }
-    return Word(marketId) + kindWord + sideWord;
+    return LangText(marketId) + kindWord + sideWord;
 }
 
 CString g_cszDisplayOrderBSorComplex(CBaseOrder_OrderInfo* order, unsigned long)
@@ -203,7 +203,7 @@ CString g_cszDisplayOrderBSorComplex(CBaseOrder_OrderInfo* order, unsigned long)
     const unsigned long market = order->commodity.dwMarketKind;
     if (IsFuturesOrOptions(market)) {
         const bool singleLeg = Is(order->dwComplexKind, '0') || Is(order->dwComplexKind, 'N');
-        return singleLeg ? kPlainSide.Display(order->dwBS) : Word("IDS_ORDER-ITEM_BS_SPREAD");
+        return singleLeg ? kPlainSide.Display(order->dwBS) : LangText("IDS_ORDER-ITEM_BS_SPREAD");
     }
     if (IsStock(market))
         return g_cszDisplayOrderStockBSType(market, order->commodity.dwStockTradeKind, order->dwBS, 0);
@@ -220,11 +220,11 @@ CString g_cszDisplayOrderTypeAndPrice(CBaseOrder_OrderInfo* order)
         return CString(g_cszNormalizCstring(price));
     };
     if (Is(order->commodity.dwMarketKind, 'D'))
-        return held ? Word("IDS_ORDER-COMMON_ORDER_STRICKERPRICE") : priceText();
+        return held ? LangText("IDS_ORDER-COMMON_ORDER_STRICKERPRICE") : priceText();
 
     const unsigned long kind = order->dwOrderKind;
     const unsigned long type = order->dwOrderType;
-    if (Is(kind, '1') || Is(kind, '3')) return Word("IDS_ORDER-COMMON_ORDER_MARKETPRICE");
+    if (Is(kind, '1') || Is(kind, '3')) return LangText("IDS_ORDER-COMMON_ORDER_MARKETPRICE");
     if (Is(kind, '2') || Is(kind, '4')) return priceText();
     if (Is(kind, '5')) {
         const CString word = g_cszDisplayOrderType(kind);

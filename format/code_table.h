@@ -45,7 +45,7 @@ public:
             if (row.code == code) return true;
         return false;
     }
-    CString Display(unsigned long code) const { return Word(Id(code)); }
+    CString Display(unsigned long code) const { return LangText(Id(code)); }
 
 private:
     struct Entry {

@@ -7,15 +7,10 @@
 
 #include "order_data/cstring.h"
 #include "order_data/host_api.h"
+#include "order_data/language_text.h"
 
 namespace orderview {
 namespace detail {
-
-// The host's language text of `id`; an empty id is the empty text and asks nothing.
-inline CString Word(const CString& id)
-{
-    return id.IsEmpty() ? CString() : BKOrderInterface::GetBKInterface().LangGetLangString(id);
-}
 
 // A double truncated toward zero to an int. NaN and values outside the int range give
 // INT_MIN, as the processor's conversion instruction does, instead of undefined behaviour.

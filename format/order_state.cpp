@@ -6,7 +6,7 @@
 #include "format/display_support.h"
 
 using orderview::detail::Is;
-using orderview::detail::Word;
+using orderview::detail::LangText;
 
 namespace {
 
@@ -87,24 +87,24 @@ CString g_cszDisplayOrderState(CBaseOrder_OrderInfo* order, unsigned long)
     const unsigned long kind = Is(market, 'A') ? o.dwOrderType : o.dwOrderKind;
     const unsigned long last = o.dwLastAction;
     const unsigned long gate = IsFuturesMarket(market) ? kind : last;
-    const CString chase = o.byChasePrice == 1 ? "(" + Word("IDS_ORDER-ITEM_CHASEPRICE") + ")" : CString();
+    const CString chase = o.byChasePrice == 1 ? "(" + LangText("IDS_ORDER-ITEM_CHASEPRICE") + ")" : CString();
     const std::uint32_t ordered = o.dwOrderQty, dealt = o.dwDealQty, cancelled = o.dwCancelQty;
 
     // 1. Exchange state.
     if (!o.csStateCode.IsEmpty() && !IsChangeAction(gate)) {
         const CString& state = o.csStateCode;
         if (state == "F") {
-            if (ordered != dealt + cancelled) return Word("IDS_ORDER-ITEM_STATUS_PARTDEAL") + chase;
-            if (cancelled < 1) return Word("IDS_ORDER-ITEM_STATUS_COMPLETEDEAL") + chase;
-            return Word("IDS_ORDER-ITEM_STATUS_PARTDEALANDCANCEL") + chase;
+            if (ordered != dealt + cancelled) return LangText("IDS_ORDER-ITEM_STATUS_PARTDEAL") + chase;
+            if (cancelled < 1) return LangText("IDS_ORDER-ITEM_STATUS_COMPLETEDEAL") + chase;
+            return LangText("IDS_ORDER-ITEM_STATUS_PARTDEALANDCANCEL") + chase;
         }
         if (state == "C")
-            return Word(dealt < 1 ? "IDS_ORDER-ITEM_STATUS_CANCELSUCCESS" : "IDS_ORDER-ITEM_STATUS_PARTDEALANDCANCEL") +
+            return LangText(dealt < 1 ? "IDS_ORDER-ITEM_STATUS_CANCELSUCCESS" : "IDS_ORDER-ITEM_STATUS_PARTDEALANDCANCEL") +
                    chase;
-        if (state == "U") return Word("IDS_ORDER-ITEM_STATUS_CHANGESUCCESS");
+        if (state == "U") return LangText("IDS_ORDER-ITEM_STATUS_CHANGESUCCESS");
         if (state == "P") {
-            if (ordered != dealt) return Word("IDS_ORDER-ITEM_STATUS_CHANGEPRICESUCCESS");
-            return Word("IDS_ORDER-ITEM_STATUS_COMPLETEDEAL") + chase;
+            if (ordered != dealt) return LangText("IDS_ORDER-ITEM_STATUS_CHANGEPRICESUCCESS");
+            return LangText("IDS_ORDER-ITEM_STATUS_COMPLETEDEAL") + chase;
         }
         return state;
     }
@@ -114,23 +114,23 @@ CString g_cszDisplayOrderState(CBaseOrder_OrderInfo* order, unsigned long)
     const bool toMessage = (!accepted && dealt < 1) || !IsLiveKind(kind) || IsChangeAction(last);
     if (!toMessage) {
         if (dealt >= 1) {
-            if (ordered != cancelled + dealt) return Word("IDS_ORDER-ITEM_STATUS_PARTDEAL") + chase;
-            return Word("IDS_ORDER-ITEM_STATUS_COMPLETEDEAL") + chase;
+            if (ordered != cancelled + dealt) return LangText("IDS_ORDER-ITEM_STATUS_PARTDEAL") + chase;
+            return LangText("IDS_ORDER-ITEM_STATUS_COMPLETEDEAL") + chase;
         }
-        if (ordered == cancelled) return Word("IDS_ORDER-ITEM_STATUS_CANCELSUCCESS") + chase;
+        if (ordered == cancelled) return LangText("IDS_ORDER-ITEM_STATUS_CANCELSUCCESS") + chase;
         if (ordered >= dealt) {
-            if (cancelled != 0 && cancelled < ordered) return Word("IDS_ORDER-ITEM_STATUS_CHANGESUCCESS");
+            if (cancelled != 0 && cancelled < ordered) return LangText("IDS_ORDER-ITEM_STATUS_CHANGESUCCESS");
             if (o.csStatusCode != "9997") {
                 if (!Is(o.dwChangeLock, 'Y')) {
                     o.byStateShown = 1;
-                    return Word("IDS_ORDER-ITEM_STATUS_ORDERSUCCESS") + chase;
+                    return LangText("IDS_ORDER-ITEM_STATUS_ORDERSUCCESS") + chase;
                 }
-                return Word(Is(o.dwOrderCond, '6') ? "IDS_ORDER-ITEM_STATUS_ETSCLOSE" : "IDS_ORDER-ITEM_STATUS_CLOSE");
+                return LangText(Is(o.dwOrderCond, '6') ? "IDS_ORDER-ITEM_STATUS_ETSCLOSE" : "IDS_ORDER-ITEM_STATUS_CLOSE");
             }
             o.byStateShown = 1;
-            return Word("IDS_ORDER-ITEM_STATUS_BOOKORDER");
+            return LangText("IDS_ORDER-ITEM_STATUS_BOOKORDER");
         }
-        return Word("IDS_ORDER-ITEM_STATUS_ERR_DEAL_LARGERTHEN_ORDER");
+        return LangText("IDS_ORDER-ITEM_STATUS_ERR_DEAL_LARGERTHEN_ORDER");
     }
 
     // 3. Gateway message.
@@ -146,16 +146,16 @@ CString g_cszDisplayOrderState(CBaseOrder_OrderInfo* order, unsigned long)
     o.byStateShown = 1;
     const long n = LeadingNumber(o.csStatusCode);
     if (n < 1) {
-        if (o.csStatusCode != "0000") return Tagged(Word(GatewayCodeId(o.csStatusCode)), o.csStatusCode);
+        if (o.csStatusCode != "0000") return Tagged(LangText(GatewayCodeId(o.csStatusCode)), o.csStatusCode);
         // Answers to a change, cancel or change-price request clear the flag again.
         const char* id = nullptr;
         if (Is(kind, 'U') || Is(last, 'U')) id = "IDS_ORDER-ITEM_STATUS_CHANGESUCCESS";
         else if (Is(kind, 'C') || Is(last, 'C')) id = "IDS_ORDER-ITEM_STATUS_CANCELSUCCESS";
         else if (Is(kind, 'P') || Is(last, 'P')) id = "IDS_ORDER-ITEM_STATUS_CHANGEPRICESUCCESS";
         if (id) o.byStateShown = 0;
-        return Tagged(Word(id ? id : "IDS_ORDER-ITEM_STATUS_ORDERSUCCESS"), o.csStatusCode);
+        return Tagged(LangText(id ? id : "IDS_ORDER-ITEM_STATUS_ORDERSUCCESS"), o.csStatusCode);
     }
-    if (n == 9997) return Tagged(Word("IDS_ORDER-ITEM_STATUS_WAITING") + chase, o.csStatusCode);
-    if (n == 9998 || n == 9999) return Tagged(Word("IDS_ORDER-ITEM_STATUS_WAITINGORDER"), o.csStatusCode);
+    if (n == 9997) return Tagged(LangText("IDS_ORDER-ITEM_STATUS_WAITING") + chase, o.csStatusCode);
+    if (n == 9998 || n == 9999) return Tagged(LangText("IDS_ORDER-ITEM_STATUS_WAITINGORDER"), o.csStatusCode);
     return Tagged(CString(), o.csStatusCode);
 }

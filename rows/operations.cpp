@@ -1,6 +1,7 @@
 #include "rows/operations.h"
 
 #include "order_data/host_api.h"
+#include "order_data/language_text.h"
 #include "platform/profile_file.h"
 #include "rows/item_keys.h"
 #include "settings/order_settings.h"
@@ -25,7 +26,7 @@ bool IsOneOf(std::uint32_t code, const char* codes)
     return false;
 }
 
-CString Text(const char* id) { return BKOrderInterface::GetBKInterface().LangGetLangString(id); }
+using orderview::detail::LangText;
 
 bool IsAllDigits(const CString& text)
 {
@@ -46,7 +47,7 @@ std::vector<CString> g_vSetOperator(CBaseOrder_OrderInfo* order)
     using orderview::GetOrderOperateFlag;
     std::vector<CString> operations;
     if (!order) return operations;
-    if (GetOrderOperateFlag(0)) operations.push_back(Text("IDS_ORDER-ITEM_DELETEQTY"));
+    if (GetOrderOperateFlag(0)) operations.push_back(LangText("IDS_ORDER-ITEM_DELETEQTY"));
 
     const std::uint32_t market = order->commodity.dwMarketKind;
     const std::uint32_t kind = order->dwOrderKind;
@@ -64,9 +65,9 @@ std::vector<CString> g_vSetOperator(CBaseOrder_OrderInfo* order)
     if (IsOneOf(market, "243")) changePrice = false;
     const bool chase = (market == '2' || market == '4') && kind != '1' && kind != '3' && ForeignChaseEnabled();
 
-    if (changeQty && GetOrderOperateFlag(1)) operations.push_back(Text("IDS_ORDER-ITEM_CHANGEQTY"));
-    if (chase && GetOrderOperateFlag(2)) operations.push_back(Text("IDS_ORDER-ITEM_CHASEPRICE"));
-    if (changePrice && GetOrderOperateFlag(3)) operations.push_back(Text("IDS_ORDER-ITEM_CHANGEPRICE"));
+    if (changeQty && GetOrderOperateFlag(1)) operations.push_back(LangText("IDS_ORDER-ITEM_CHANGEQTY"));
+    if (chase && GetOrderOperateFlag(2)) operations.push_back(LangText("IDS_ORDER-ITEM_CHASEPRICE"));
+    if (changePrice && GetOrderOperateFlag(3)) operations.push_back(LangText("IDS_ORDER-ITEM_CHANGEPRICE"));
     return operations;
 }
 

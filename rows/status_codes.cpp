@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "order_data/host_api.h"
+#include "order_data/language_text.h"
 #include "settings/order_settings.h"
 
 namespace {
@@ -31,7 +32,7 @@ bool IsExcludedSource(unsigned long source)
     return std::find(sources.begin(), sources.end(), source) != sources.end();
 }
 
-CString Word(const char* id) { return BKOrderInterface::GetBKInterface().LangGetLangString(id); }
+using orderview::detail::LangText;
 
 }  // namespace
 
@@ -50,10 +51,10 @@ int g_iCheckHtsODStatus(std::uint32_t, const CString& status, std::uint32_t dwFi
         return 1;
     }
     if (status == "C010" || status == "C019") {
-        message = Word("IDS_ORDER-COMMON_ERRMSG_GATEWAY_TIMEOUT");
+        message = LangText("IDS_ORDER-COMMON_ERRMSG_GATEWAY_TIMEOUT");
         return 0;
     }
-    message = Word("IDS_ORDER-COMMON_ERRMSG_ORIGINAL_ORDER_ERR");
+    message = LangText("IDS_ORDER-COMMON_ERRMSG_ORIGINAL_ORDER_ERR");
     return -1;
 }
 
@@ -68,7 +69,7 @@ bool g_bGetErrorMsg(CString& message, const CString& reply)
     const int numberStart = open + static_cast<int>(sizeof kOpen) - 1;
     // A closing tag inside the opening one cannot enclose anything.
     const CString number = close > numberStart ? reply.Mid(numberStart, close - numberStart) : CString();
-    if (!number.IsEmpty() && number != Word("IDS_ORDER-ITEM_STATUS_WAITINGORDER")) message.Format("[%s] ", number.GetString());
+    if (!number.IsEmpty() && number != LangText("IDS_ORDER-ITEM_STATUS_WAITINGORDER")) message.Format("[%s] ", number.GetString());
 
     const int status = reply.Find(kStatus, close + 1);
     if (status < 0) return false;

@@ -5,6 +5,7 @@
 #include "export/list_cells.h"
 #include "export/list_export.h"
 #include "order_data/host_api.h"
+#include "order_data/language_text.h"
 #include "platform/profile_file.h"
 #include "settings/order_settings.h"
 
@@ -12,7 +13,7 @@ namespace {
 
 using orderview::ExportFile;
 
-CString Lang(const char* id) { return BKOrderInterface::GetBKInterface().LangGetLangString(id); }
+using orderview::detail::LangText;
 
 // Asks for the file and starts it; false when there is nothing more to write.
 bool StartExport(ExportFile& file)
@@ -40,11 +41,11 @@ void WriteAccountBlock(ExportFile& file, const CBaseOrder_UserInfo* user)
     if (!user) user = &empty;
     const CString open = ExportFile::CellOpen("default", "");
     file.BeginRow();
-    file.Cell(open, Lang("IDS_QWORDERVIEW_GLOABLDATAPROC_NAME") + ":" + user->csName);
-    file.Cell(open, Lang("IDS_QWORDERVIEW_GLOABLDATAPROC_BHNO") + ":" + user->csBranchNo);
+    file.Cell(open, LangText("IDS_QWORDERVIEW_GLOABLDATAPROC_NAME") + ":" + user->csName);
+    file.Cell(open, LangText("IDS_QWORDERVIEW_GLOABLDATAPROC_BHNO") + ":" + user->csBranchNo);
     if (!user->csMainBranchNo.IsEmpty())
-        file.Cell(open, Lang("IDS_QWORDERVIEW_GLOABLDATAPROC_MAINBHNO") + ":" + user->csMainBranchNo);
-    file.Cell(open, Lang("IDS_QWORDERVIEW_GLOABLDATAPROC_CSEQ") + ":" + user->csBranchNo + user->csAccount);
+        file.Cell(open, LangText("IDS_QWORDERVIEW_GLOABLDATAPROC_MAINBHNO") + ":" + user->csMainBranchNo);
+    file.Cell(open, LangText("IDS_QWORDERVIEW_GLOABLDATAPROC_CSEQ") + ":" + user->csBranchNo + user->csAccount);
     file.EndRow();
 }
 
@@ -53,10 +54,10 @@ void WriteUnoffsetHeading(ExportFile& file)
     const CString center = "text-align:center";
     file.BeginRow();
     file.Cell(ExportFile::CellOpen("align_border", ""), "");
-    file.Cell(ExportFile::CellOpenSpan(6, "align_border", center), Lang("IDS_ORDER-TAB-FINANCE_STATIC_TYPE2"));
-    file.Cell(ExportFile::CellOpenSpan(7, "align_border", center), Lang("IDS_ORDER-TAB-FINANCE_STATIC_RZ"));
-    file.Cell(ExportFile::CellOpenSpan(7, "align_border", center), Lang("IDS_ORDER-TAB-FINANCE_STATIC_RG"));
-    file.Cell(ExportFile::CellOpenSpan(6, "align_border", center), Lang("IDS_QWORDERVIEW_GLOABLDATAPROC_ODD_STKNUM"));
+    file.Cell(ExportFile::CellOpenSpan(6, "align_border", center), LangText("IDS_ORDER-TAB-FINANCE_STATIC_TYPE2"));
+    file.Cell(ExportFile::CellOpenSpan(7, "align_border", center), LangText("IDS_ORDER-TAB-FINANCE_STATIC_RZ"));
+    file.Cell(ExportFile::CellOpenSpan(7, "align_border", center), LangText("IDS_ORDER-TAB-FINANCE_STATIC_RG"));
+    file.Cell(ExportFile::CellOpenSpan(6, "align_border", center), LangText("IDS_QWORDERVIEW_GLOABLDATAPROC_ODD_STKNUM"));
     file.EndRow();
 }
 
@@ -93,7 +94,7 @@ void g_DataExportXls(CListCtrl& list, const CString& title, const CString&, CBas
     ExportFile file;
     if (!StartExport(file)) return;
     WriteAccountBlock(file, user);
-    if (title.Find(Lang("IDS_ORDER-EXT-TAB_STOCK_UNOFFSET")) >= 0 &&
+    if (title.Find(LangText("IDS_ORDER-EXT-TAB_STOCK_UNOFFSET")) >= 0 &&
         orderview::GetPrivateProfileIntA("ORDER_SETTING", "USE_NEWSTOCKUNOFFSET", 0, g_vGetOrderCfgFileName()) == 1)
         WriteUnoffsetHeading(file);
     WriteList(file, list);
@@ -109,7 +110,7 @@ void g_UnoffsetDataExportXls(CListCtrl& list, CListCtrl& secondList, const CStri
     WriteList(file, list);
     if (withSecondList) {
         file.BeginRow();
-        file.Cell(ExportFile::CellOpen("default", ""), Lang("IDS_QWORDERVIEW_GLOABLDATAPROC_SECURITY_LENDING"));
+        file.Cell(ExportFile::CellOpen("default", ""), LangText("IDS_QWORDERVIEW_GLOABLDATAPROC_SECURITY_LENDING"));
         file.EndRow();
         WriteList(file, secondList);
     }
