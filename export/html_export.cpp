@@ -18,10 +18,7 @@ using orderview::detail::LangText;
 // Asks for the file and starts it; false when there is nothing more to write.
 bool StartExport(ExportFile& file)
 {
-    orderview::SaveFileRequest request;
-    request.csDefaultExt = ".xls";
-    request.csFilter = "(*.xls)|*.xls||";
-    request.bOverwritePrompt = true;
+    const orderview::SaveFileRequest request = orderview::ExportSaveRequest(".xls", "(*.xls)|*.xls||");
     CString path;
     if (!orderview::AskSavePath(request, path)) return false;
     const int opened = file.Open(path);

@@ -82,6 +82,15 @@ bool NumberValue(const CString& text, double& value)
     return true;
 }
 
+SaveFileRequest ExportSaveRequest(const char* defaultExt, const char* filter)
+{
+    SaveFileRequest request;
+    request.csDefaultExt = defaultExt;
+    request.csFilter = filter;
+    request.bOverwritePrompt = true;
+    return request;
+}
+
 bool AskSavePath(const SaveFileRequest& request, CString& path)
 {
     CString chosen;

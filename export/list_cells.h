@@ -30,6 +30,9 @@ int NumberKind(const CString& text, CString& decimals);
 // what remains is not a whole, finite decimal number.
 bool NumberValue(const CString& text, double& value);
 
+// What an export asks the save-as dialog: the default extension and the filter, and a prompt
+// before overwriting.
+SaveFileRequest ExportSaveRequest(const char* defaultExt, const char* filter);
 // Shows the save-as dialog with `request`; true with the chosen path on OK.
 bool AskSavePath(const SaveFileRequest& request, CString& path);
 

@@ -43,10 +43,7 @@ private:
 void g_DataExport(CListCtrl& list)
 {
     const int columns = list.GetColumnCount();
-    orderview::SaveFileRequest request;
-    request.csDefaultExt = ".csv";
-    request.csFilter = "(*.csv)|*.csv|(*.txt)|*.txt||";
-    request.bOverwritePrompt = true;
+    const orderview::SaveFileRequest request = orderview::ExportSaveRequest(".csv", "(*.csv)|*.csv|(*.txt)|*.txt||");
     CString path;
     if (!orderview::AskSavePath(request, path)) return;
     orderview::ReplacingFile file(path);

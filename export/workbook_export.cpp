@@ -67,10 +67,7 @@ std::u16string SheetName(const std::u16string& base, std::size_t index)
 bool g_DataExportWorkbook(CListCtrl& list, const CString& sheetName)
 {
     const int columns = list.GetColumnCount();
-    orderview::SaveFileRequest request;
-    request.csDefaultExt = ".xls";
-    request.csFilter = "(*.xls)|*.xls||";
-    request.bOverwritePrompt = true;
+    const orderview::SaveFileRequest request = orderview::ExportSaveRequest(".xls", "(*.xls)|*.xls||");
     CString path;
     if (!orderview::AskSavePath(request, path)) return false;
     if (columns > static_cast<int>(xls::Sheet::kMaxCols)) return false;
