@@ -10,7 +10,7 @@
 namespace {
 
 const char kUsage[] =
-    "usage: orderview generate --orders N --output DIR [--seed S]\n"
+    "usage: orderview generate --orders N --output DIR [--seed S] [--quiet]\n"
     "\n"
     "Writes a synthetic main folder to DIR/sys: quotes, commodities, symbols, contract months,\n"
     "accounts with insurance settings and alert stocks, and one trading day of N orders\n"
@@ -20,7 +20,10 @@ const char kUsage[] =
     "  --orders N    number of orders\n"
     "  --output DIR  main folder, created if missing\n"
     "  --seed S      random seed, a non-negative integer\n"
-    "  --help        this text\n";
+    "  --quiet       no closing line\n"
+    "  -h, --help    this text\n"
+    "\n"
+    "Numbers are decimal. A closing line on standard error says what was written.\n";
 
 bool ParseCount(const char* text, std::uint64_t max, std::uint64_t& out)
 {
@@ -49,13 +52,19 @@ int GenerateCommand(int argc, char** argv)
     std::uint64_t orders = 0, seed = 1;
     bool haveOrders = false;
     std::string output;
+    bool quiet = false;
     for (int i = 1; i < argc; ++i) {
         const std::string option = argv[i] ? argv[i] : "";
-        if (option == "--help") {
+        if (option == "--help" || option == "-h") {
             std::fputs(kUsage, stdout);
             return 0;
         }
-        if (option != "--orders" && option != "--output" && option != "--seed") return Usage("unknown option " + option);
+        if (option == "--quiet") {
+            quiet = true;
+            continue;
+        }
+        if (option != "--orders" && option != "--output" && option != "--seed")
+            return Usage((option.empty() || option[0] != '-' ? "unexpected argument '" : "unknown option '") + option + "'");
         if (i + 1 >= argc || !argv[i + 1]) return Usage(option + " needs a value");
         const char* value = argv[++i];
         if (option == "--orders") {
@@ -76,6 +85,14 @@ int GenerateCommand(int argc, char** argv)
     if (!orderview::generate::WriteMainFolder(output, orders, seed, error)) {
         std::fprintf(stderr, "orderview generate: %s\n", error.c_str());
         return 1;
+    }
+    if (!quiet) {
+        std::string count = std::to_string(orders), grouped;
+        for (std::size_t i = 0; i < count.size(); ++i) {
+            if (i && (count.size() - i) % 3 == 0) grouped += ',';
+            grouped += count[i];
+        }
+        std::fprintf(stderr, "wrote %s orders to %s\n", grouped.c_str(), output.c_str());
     }
     return 0;
 }

@@ -2,6 +2,7 @@
 #include <cstdio>
 #include <cstring>
 
+#include "cli_support.h"
 #include "commands.h"
 #include "generate.h"
 
@@ -19,8 +20,8 @@ const char kUsage[] =
     "  xls       dump, make and resave binary workbooks\n"
     "  cfb       list and read the streams of compound files\n"
     "\n"
-    "'orderview COMMAND --help' tells more. Exit status: 0 done, 1 a check refused or a file\n"
-    "could not be read or written, 2 usage.\n";
+    "'orderview COMMAND --help' tells more; 'orderview --version' the library's version.\n"
+    "Exit status: 0 done, 1 a check refused or a file could not be read or written, 2 usage.\n";
 
 struct Command {
     const char* name;
@@ -29,6 +30,7 @@ struct Command {
 
 const Command kCommands[] = {
     {"list", ovcli::ListCommand},
+    {"columns", ovcli::ColumnsCommand},
     {"check", ovcli::CheckCommand},
     {"export", ovcli::ExportCommand},
     {"generate", GenerateCommand},
@@ -45,12 +47,17 @@ int main(int argc, char** argv)
         std::fputs(kUsage, stderr);
         return 2;
     }
-    if (!std::strcmp(argv[1], "--help") || !std::strcmp(argv[1], "help")) {
+    if (!std::strcmp(argv[1], "--help") || !std::strcmp(argv[1], "-h") || !std::strcmp(argv[1], "help")) {
         std::fputs(kUsage, stdout);
         return 0;
     }
+    if (!std::strcmp(argv[1], "--version")) {
+        std::printf("orderview %s\n", ORDERVIEW_VERSION);
+        return 0;
+    }
+    ovcli::InstallSignalHandlers();
     for (const Command& command : kCommands)
         if (!std::strcmp(argv[1], command.name)) return command.run(argc - 1, argv + 1);
-    std::fprintf(stderr, "orderview: unknown command '%s'\n%s", argv[1], kUsage);
+    std::fprintf(stderr, "orderview: unknown %s '%s'\n%s", argv[1][0] == '-' ? "option" : "command", argv[1], kUsage);
     return 2;
 }

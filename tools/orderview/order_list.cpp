@@ -3,7 +3,9 @@
 #include <algorithm>
 #include <cstdio>
 
+#include "cli_support.h"
 #include "format/normalize.h"
+#include "options.h"
 #include "progress.h"
 #include "rows/order_rows.h"
 
@@ -79,6 +81,50 @@ std::vector<CString> DefaultColumns(ListKind kind)
     return {};
 }
 
+std::vector<CString> KnownColumns(ListKind kind)
+{
+    // The row functions set the same items for every record; a blank one shows them.
+    CBaseOrderItemGroup row;
+    CBaseOrder_DealInfo record;
+    if (kind == ListKind::Deal) g_bAddODOI2OIG_DealRet2FullOrderListCtrl(&row, &record, 0, true, false, true);
+    else if (kind == ListKind::Simple) g_bAddODOI2OIG_SimpleOrderListCtrl(&row, &record, DefaultMode(kind));
+    else g_bAddODOI2OIG_QueryOrderRet2FullOrderListCtrl(&row, &record, DefaultMode(kind), true, false, true);
+    std::vector<CString> keys;
+    for (const auto& call : row.GetSetCalls())
+        if (std::find(keys.begin(), keys.end(), call.Key()) == keys.end()) keys.push_back(call.Key());
+    for (const CString& key : DefaultColumns(kind))
+        if (std::find(keys.begin(), keys.end(), key) == keys.end()) keys.push_back(key);
+    return keys;
+}
+
+int ReadListChoice(const Options& options, const char* command, const char* usage, ListChoice& choice)
+{
+    const std::string kind = options.Get("list", "full");
+    if (!ParseListKind(kind, choice.kind))
+        return UsageError(command, "--list is simple, full or deal, not '" + kind + "'", usage);
+    long long mode = DefaultMode(choice.kind);
+    Options copy = options;
+    if (options.Has("mode") && !copy.GetInt("mode", 0, 0x7fffffff, mode)) return UsageError(command, copy.Error(), usage);
+    choice.mode = static_cast<int>(mode);
+    choice.columns.clear();
+    const std::string text = options.Get("columns");
+    const std::vector<CString> known = KnownColumns(choice.kind);
+    for (std::size_t start = 0; start <= text.size();) {
+        const std::size_t comma = std::min(text.find(',', start), text.size());
+        const CString key(text.substr(start, comma - start));
+        start = comma + 1;
+        if (key.IsEmpty()) continue;
+        if (std::find(known.begin(), known.end(), key) == known.end())
+            return UsageError(command,
+                              "unknown column key '" + key.str() + "' ('orderview columns --list " + kind +
+                                  "' lists them)",
+                              usage);
+        choice.columns.push_back(key);
+    }
+    if (choice.columns.empty()) choice.columns = DefaultColumns(choice.kind);
+    return -1;
+}
+
 OrderList::OrderList(orderview::DefaultHost& host, ListKind kind, int mode, std::vector<CString> columns)
     : host_(host), kind_(kind), mode_(mode), columns_(std::move(columns)),
       file_(host.s_PathGetSysPath(0) + (kind == ListKind::Deal ? "\\deals.csv" : "\\orders.csv"),
@@ -116,6 +162,7 @@ bool OrderList::ReadAndFill(CBaseOrderItemGroup& row, bool fill) const
 
 void OrderList::Load(int row) const
 {
+    LibraryWriteGuard::Poll();  // a signal during a write ends the program here
     if (row == cachedRow_) return;
     row_.vClear();
     file_.Seek(shown_[static_cast<size_t>(row)]);
