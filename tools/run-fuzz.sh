@@ -10,12 +10,13 @@ corpus="${ORDERVIEW_CORPUS_DIR:-../shared/corpus/xls}"
 cmake --preset fuzz >/dev/null
 cmake --build --preset fuzz
 status=0
-for target in compound_file workbook workbook_roundtrip workbook_edit stream_parts; do
+for target in compound_file workbook workbook_roundtrip workbook_edit stream_parts workbook_plan; do
   work=$(mktemp -d)
   mkdir -p "$work/seeds" "$work/artifacts"
   [ -d "$corpus" ] && cp "$corpus"/*.xls "$work/seeds/" 2>/dev/null || true
   cp tests/fuzz_regressions/$target/* "$work/seeds/" 2>/dev/null || true
-  [ "$target" = compound_file ] || cp tests/fuzz_regressions/workbook/* "$work/seeds/" 2>/dev/null || true
+  case "$target" in compound_file|workbook_plan) ;; *) cp tests/fuzz_regressions/workbook/* "$work/seeds/" 2>/dev/null || true ;; esac
+  [ "$target" = workbook_plan ] && cp tests/cli/regressions/*.json "$work/seeds/" 2>/dev/null || true
   if ! "build/fuzz/tests/fuzz/${target}_fuzz" -max_total_time="$seconds" -rss_limit_mb=2048 -timeout=10 \
        -artifact_prefix="$work/artifacts/" "$work/seeds" >"$work/log" 2>&1; then
     tail -n 40 "$work/log"

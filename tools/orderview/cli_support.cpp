@@ -127,6 +127,44 @@ std::string OutputProblem(const std::string& path)
     return std::string();
 }
 
+std::string ReadableProblem(const std::string& path)
+{
+    struct stat st;
+    if (::stat(path.c_str(), &st) != 0) return path + ": " + SystemReason(errno);
+    if (S_ISDIR(st.st_mode)) return path + ": " + SystemReason(EISDIR);
+    std::FILE* file = std::fopen(path.c_str(), "rb");
+    if (!file) return path + ": " + SystemReason(errno);
+    std::fclose(file);
+    return std::string();
+}
+
+bool ReadWhole(const std::string& path, std::size_t limit, std::string& text, std::string& error)
+{
+    text.clear();
+    error = ReadableProblem(path);
+    if (!error.empty()) return false;
+    std::FILE* file = std::fopen(path.c_str(), "rb");
+    if (!file) {
+        error = path + ": " + SystemReason(errno);
+        return false;
+    }
+    char buffer[1 << 16];
+    std::size_t got;
+    while ((got = std::fread(buffer, 1, sizeof buffer, file)) > 0) {
+        if (text.size() + got > limit) {
+            std::fclose(file);
+            error = path + ": larger than " + std::to_string(limit >> 20) + " MiB";
+            return false;
+        }
+        text.append(buffer, got);
+    }
+    const bool failed = std::ferror(file) != 0;
+    const int reason = errno;
+    std::fclose(file);
+    if (failed) error = path + ": " + SystemReason(reason);
+    return !failed;
+}
+
 void RemoveStaleTemporaries(const std::string& target)
 {
     if (target == "-") return;

@@ -36,6 +36,12 @@ std::string MainFolderPath(const std::string& option);
 // Empty when nothing stands in the way.
 std::string OutputProblem(const std::string& path);
 
+// Why `path` cannot be read ("PATH: reason"), or empty.
+std::string ReadableProblem(const std::string& path);
+// Reads a whole file of at most `limit` bytes; false with `error` ("PATH: reason" or "PATH:
+// larger than N MiB").
+bool ReadWhole(const std::string& path, std::size_t limit, std::string& text, std::string& error);
+
 // Removes the temporary files an interrupted write of `target` left beside it: the files named
 // as the library and this program name theirs ("TARGET.tmp" and six letters or digits).
 void RemoveStaleTemporaries(const std::string& target);
