@@ -99,6 +99,9 @@ bool ReadWorkbookPlan(const std::string& text, std::vector<PlanSheet>& sheets, s
     } catch (const json::parse_error& e) {
         error = "not JSON (at byte " + std::to_string(e.byte) + ")";
         return false;
+    } catch (const json::exception&) {
+        error = "not JSON this reader takes (a number out of range?)";
+        return false;
     }
     if (!plan.is_object() || !plan.contains("sheets") || !plan["sheets"].is_array()) {
         error = "not a plan: {\"sheets\": [...]} expected";
