@@ -304,6 +304,29 @@ def test_signals(work):
             check(label + ": the old file stays", open(target).read() == "the old file")
             check(label + ": no temporary file left", not temporaries(work, name), temporaries(work, name))
 
+    # generate: the folder keeps its old files.
+    folder = generated(work, 50, "regenerated")
+    sys_folder = os.path.join(folder, "sys")
+    before = {n: open(os.path.join(sys_folder, n), "rb").read() for n in os.listdir(sys_folder)}
+    for sig in [signal.SIGINT, signal.SIGTERM]:
+        process = subprocess.Popen([PROGRAM, "generate", "--orders", "3000000", "--output", folder, "--quiet"],
+                                   stdout=subprocess.DEVNULL, stderr=subprocess.PIPE)
+        deadline = time.time() + 60
+        while not temporaries(sys_folder, "orders.csv") and process.poll() is None and time.time() < deadline:
+            time.sleep(0.002)
+        time.sleep(0.2)
+        process.send_signal(sig)
+        process.wait(60)
+        check("generate on %s: ended by the signal" % sig.name, process.returncode == -sig, process.returncode)
+        after = {n: open(os.path.join(sys_folder, n), "rb").read() for n in os.listdir(sys_folder)}
+        check("generate on %s: the old files stay, no temporary file left" % sig.name, after == before,
+              sorted(set(after) ^ set(before)))
+    with open(os.path.join(sys_folder, "orders.csv.tmpQ1w2E3"), "w") as f:
+        f.write("stale")
+    result = text("generate", "--orders", "60", "--output", folder, "--quiet")
+    check("generate removes stale temporary files", result.returncode == 0 and
+          sorted(os.listdir(sys_folder)) == sorted(before), sorted(os.listdir(sys_folder)))
+
     # A temporary file of an earlier crash goes with the next write of the same target only.
     target = os.path.join(work, "stale.csv")
     stale = [target + ".tmpAb12Z9", target + ".tmpzzzzzz"]
@@ -366,6 +389,10 @@ def test_progress(work):
           result.stderr.startswith(b"wrote "), result.stderr[:200])
     status, seen, _ = run_on_terminal(["print", "--main", big, "--output", os.path.join(work, "p.pdf")])
     check("print draws a bar", status == 0 and b"[###" in seen and b"wrote " in seen, seen[-200:])
+    status, seen, _ = run_on_terminal(["generate", "--orders", "400000", "--output", os.path.join(work, "g")])
+    check("generate draws a bar", status == 0 and b"[###" in seen and seen.endswith(
+        b"wrote 400,000 orders to %s\r\n" % os.path.join(work, "g").encode()), seen[-200:])
+    shutil.rmtree(os.path.join(work, "g"))
     status, seen, stdout = run_on_terminal(["check", "--main", big])
     check("a long check draws a bar", b"[###" in seen and stdout.rstrip().endswith(b"refused"), seen[-200:])
     # Rows on the terminal the bar would be on: no bar between them.

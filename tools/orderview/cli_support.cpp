@@ -296,6 +296,21 @@ void LibraryWriteGuard::Poll()
     DieBy(signal);
 }
 
+HeldSignals::HeldSignals()
+{
+    g_pendingSignal = 0;
+    g_libraryWrite = 1;
+}
+
+HeldSignals::~HeldSignals()
+{
+    g_libraryWrite = 0;
+    const int signal = g_pendingSignal;
+    if (signal) DieBy(signal);
+}
+
+bool HeldSignals::Pending() { return g_pendingSignal != 0; }
+
 void InstallSignalHandlers()
 {
     struct sigaction action {};

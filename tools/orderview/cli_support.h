@@ -86,6 +86,17 @@ public:
     static void Poll();
 };
 
+// While one lives, SIGINT and SIGTERM are held: Pending() tells the work to stop and clean up,
+// and the destructor then ends the program by the signal.
+class HeldSignals {
+public:
+    HeldSignals();
+    ~HeldSignals();
+    HeldSignals(const HeldSignals&) = delete;
+    HeldSignals& operator=(const HeldSignals&) = delete;
+    static bool Pending();
+};
+
 // Installs the SIGINT and SIGTERM handlers the two classes above rely on.
 void InstallSignalHandlers();
 

@@ -5,7 +5,9 @@
 #include <cstring>
 #include <string>
 
+#include "cli_support.h"
 #include "generate_writer.h"
+#include "progress.h"
 
 namespace {
 
@@ -20,10 +22,12 @@ const char kUsage[] =
     "  --orders N    number of orders\n"
     "  --output DIR  main folder, created if missing\n"
     "  --seed S      random seed, a non-negative integer\n"
-    "  --quiet       no closing line\n"
+    "  --quiet       no progress bar and no closing line\n"
     "  -h, --help    this text\n"
     "\n"
-    "Numbers are decimal. A closing line on standard error says what was written.\n";
+    "Numbers are decimal. Every file is written under a temporary name and renamed into place at\n"
+    "the end: an interrupted run (SIGINT, SIGTERM) keeps the folder's old files. A closing line on\n"
+    "standard error says what was written.\n";
 
 bool ParseCount(const char* text, std::uint64_t max, std::uint64_t& out)
 {
@@ -82,7 +86,20 @@ int GenerateCommand(int argc, char** argv)
     if (output.empty()) return Usage("--output is required");
 
     std::string error;
-    if (!orderview::generate::WriteMainFolder(output, orders, seed, error)) {
+    bool written;
+    {
+        // SIGINT and SIGTERM stop the run at the next order; its files are removed, the folder's
+        // old ones stay, and the program ends by the signal.
+        ovcli::HeldSignals held;
+        ovcli::Progress progress("generate", static_cast<std::size_t>(orders), quiet);
+        written = orderview::generate::WriteMainFolder(output, orders, seed, error, [&](std::uint64_t done) {
+            progress.Step(static_cast<std::size_t>(done));
+            return !ovcli::HeldSignals::Pending();
+        });
+        progress.Clear();
+        if (!written && ovcli::HeldSignals::Pending()) return 1;  // the signal ends the program here
+    }
+    if (!written) {
         std::fprintf(stderr, "orderview generate: %s\n", error.c_str());
         return 1;
     }
