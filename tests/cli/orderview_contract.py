@@ -1,7 +1,7 @@
 #!/usr/bin/env python3
 """What a trader and a script rely on from the orderview program, theme by theme:
 orderview_contract.py THEME PROGRAM SAMPLE_DIR VERSION [EXPORTTOOL]. Themes: failfast, csv,
-pipes, plans, signals, progress, html, check. Real program, real files in a temporary folder."""
+pipes, plans, signals, progress, html, print, check. Real program, real files in a temporary folder."""
 import csv
 import io
 import json
@@ -416,6 +416,45 @@ def test_html(work):
     result = run("export", "--main", SAMPLE, "--format", "html", "--output", out)
     head = open(os.path.join(SAMPLE, "sys", "xls_head.txt"), "rb").read()
     check("html export with the template", result.returncode == 0 and head in open(out, "rb").read())
+
+
+def pdf_pages(path):
+    result = subprocess.run(["pdftotext", "-layout", path, "-"], capture_output=True, text=True)
+    return result.stdout.split("\f")[:-1] if result.returncode == 0 else []
+
+
+def test_print(work):
+    out = os.path.join(work, "o.pdf")
+    for kind in ["full", "simple", "deal"]:
+        listing = json_lines(run("list", "--main", SAMPLE, "--list", kind, "--format", "json").stdout)
+        headings = [c["heading"] for c in listing[0]["columns"]]
+        for style in ["plain", "grid", "inventory"]:
+            result = text("print", "--main", SAMPLE, "--list", kind, "--style", style, "--output", out, "--quiet")
+            pages = pdf_pages(out)
+            check("print %s %s" % (kind, style), result.returncode == 0 and pages, result.stderr)
+            # The sample's columns fit landscape A4 at 6 points or more: every page shows them all.
+            missing = [(n, h) for n, page in enumerate(pages) for h in headings if h not in page]
+            check("print %s %s: every column on every page" % (kind, style), not missing, missing[:5])
+
+    # Inventory totals: labelled by the language, request rows left out, the list's thousands
+    # separators.
+    folder = os.path.join(work, "labelled")
+    shutil.copytree(SAMPLE, folder)
+    with open(os.path.join(folder, "sys", "language.txt"), encoding="utf-8") as f:
+        language = f.read()
+    check("the sample language has the totals label", "\nIDS_ORDER-COMMON_TOTAL=Total\n" in language)
+    with open(os.path.join(folder, "sys", "language.txt"), "w", encoding="utf-8") as f:
+        f.write(language.replace("IDS_ORDER-COMMON_TOTAL=Total", "IDS_ORDER-COMMON_TOTAL=Subtotal"))
+    rows = json_lines(run("list", "--main", folder, "--format", "json").stdout)[1:]
+    orders = [r for r in rows if not re.search(r"-[CU][0-9]+$", r["IDS_ORDER-ITEM_ORDERNO"])]
+    check("the sample has request rows", len(orders) < len(rows))
+    expected = ["{:,}".format(sum(int(r[key].replace(",", "")) for r in orders))
+                for key in ["IDS_ORDER-ITEM_ORDERQTY", "IDS_ORDER-ITEM_DEALQTY", "IDS_ORDER-ITEM_CANCELQTY"]]
+    result = text("print", "--main", folder, "--style", "inventory", "--output", out, "--quiet")
+    pages = pdf_pages(out)
+    totals = [line.split() for line in (pages[-1] if pages else "").splitlines() if line.startswith("Subtotal")]
+    check("one totals row, labelled by the language", result.returncode == 0 and len(totals) == 1, totals)
+    check("totals of the orders without requests", totals and totals[0][1:] == expected, (totals, expected))
 
 
 def test_check(work):

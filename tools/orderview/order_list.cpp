@@ -6,6 +6,7 @@
 #include "cli_support.h"
 #include "format/normalize.h"
 #include "options.h"
+#include "platform/narrow_text.h"
 #include "progress.h"
 #include "rows/order_rows.h"
 
@@ -38,6 +39,21 @@ CString ItemText(const CBaseOrderItemGroup::Item* item)
         return g_cszNormalizCstring(text);
     }
     return text;
+}
+
+// Character cells of a text: two for an East Asian wide character, one for any other.
+int Characters(const CString& text)
+{
+    int cells = 0;
+    for (const char16_t unit : orderview::NarrowToUtf16(text.str())) {
+        if (unit >= 0xDC00 && unit <= 0xDFFF) continue;  // the second half of a pair
+        const bool wide = (unit >= 0x1100 && unit <= 0x115F) || (unit >= 0x2E80 && unit <= 0xA4CF) ||
+                          (unit >= 0xAC00 && unit <= 0xD7A3) || (unit >= 0xF900 && unit <= 0xFAFF) ||
+                          (unit >= 0xFE30 && unit <= 0xFE4F) || (unit >= 0xFF00 && unit <= 0xFF60) ||
+                          (unit >= 0xFFE0 && unit <= 0xFFE6) || (unit >= 0xD800 && unit <= 0xDBFF);
+        cells += wide ? 2 : 1;
+    }
+    return cells;
 }
 
 }  // namespace
@@ -188,11 +204,12 @@ int OrderList::GetColumnFormat(int column) const
 int OrderList::GetColumnWidth(int column) const
 {
     if (column < 0 || column >= GetColumnCount()) return 0;
-    // About 8 pixels a character of the heading or of the widest of the first rows.
-    int characters = headings_[static_cast<size_t>(column)].GetLength();
+    // As a screen sizes its columns at its 9-point font: about 7 pixels a character (two for a
+    // wide one) of the heading or of the widest of the first rows, and a margin.
+    int characters = Characters(headings_[static_cast<size_t>(column)]);
     for (int row = 0; row < std::min(GetItemCount(), 200); ++row)
-        characters = std::max(characters, GetItemText(row, column).GetLength());
-    return 8 * characters + 24;
+        characters = std::max(characters, Characters(GetItemText(row, column)));
+    return 7 * characters + 12;
 }
 
 CString OrderList::GetItemText(int row, int column) const
