@@ -1,7 +1,7 @@
 #!/bin/sh
 # Time and peak memory of the orderview program on a generated day of N orders (default
-# 1,000,000): `orderview list --list full` and `orderview export --format csv`, each streaming
-# the day's records. bench/cli_scale.sh build/default/tools/orderview [N]
+# 1,000,000): `orderview list --list full` and `orderview export` as CSV (RFC 4180), the screen's
+# CSV and JSON Lines, each streaming the day's records. bench/cli_scale.sh build/default/tools/orderview [N]
 set -eu
 program="$1"
 orders="${2:-1000000}"
@@ -14,4 +14,6 @@ measure() {
   printf '%-40s %s\n' "$2 $4 $5" "$(tail -n 1 "$work/time")"
 }
 measure "$program" list --main "$work/main" --list full
-measure "$program" export --main "$work/main" --format csv --output "$work/orders.csv"
+measure "$program" export --main "$work/main" --format csv --output "$work/orders.csv" --quiet
+measure "$program" export --main "$work/main" --format screen-csv --output "$work/orders.csv" --quiet
+measure "$program" export --main "$work/main" --format json --output "$work/orders.json" --quiet
