@@ -398,7 +398,11 @@ def test_progress(work):
     # Rows on the terminal the bar would be on: no bar between them.
     status, seen, _ = run_on_terminal(["list", "--main", big, "--format", "csv"], stdout_to_terminal=True)
     check("list on the terminal", status == 0 and seen.count(b"\n") > 150000)
-    check("no bar among rows on the terminal", b"[###" not in seen)
+    heading = seen.find(b"Order no.")
+    check("no bar among rows on the terminal", heading >= 0 and b"[###" not in seen[heading:], seen[heading:][:200])
+    bar = seen.rfind(b"[###", 0, max(heading, 0))
+    check("the reading bar is cleared before the first row",
+          bar < 0 or re.search(rb"\r +\r$", seen[bar:heading]) is not None, seen[bar:heading][-100:])
 
 
 def test_html(work):

@@ -152,7 +152,8 @@ int ExportCommand(int argc, char** argv)
         if (!file) return Failure("export", templ + ": " + SystemReason(errno) + " (the HTML export's template)");
         std::fclose(file);
     }
-    OrderList list(folder.Host(), choice.kind, choice.mode, choice.columns);
+    Progress reading("reading", OrderList::FileSize(MainFolderPath(options.Get("main")), choice.kind), quiet);
+    OrderList list(folder.Host(), choice.kind, choice.mode, choice.columns, &reading);
     if (!MainFolder::Report(list.Diagnostics())) return kExitFailed;
     const std::size_t rows = static_cast<std::size_t>(list.GetItemCount());
     Progress progress("export", rows, quiet);

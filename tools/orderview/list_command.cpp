@@ -65,7 +65,8 @@ int ListCommand(int argc, char** argv)
 
     MainFolder folder(options.Get("main"));
     if (!folder.Ok()) return kExitFailed;
-    OrderList list(folder.Host(), choice.kind, choice.mode, choice.columns);
+    Progress reading("reading", OrderList::FileSize(MainFolderPath(options.Get("main")), choice.kind), options.Has("quiet"));
+    OrderList list(folder.Host(), choice.kind, choice.mode, choice.columns, &reading);
     if (!MainFolder::Report(list.Diagnostics())) return kExitFailed;
     // Rows on the terminal show their own progress.
     const bool rowsToTerminal = Progress::OutputIsTerminal();

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstdio>
+#include <filesystem>
 
 #include "cli_support.h"
 #include "format/normalize.h"
@@ -141,7 +142,16 @@ int ReadListChoice(const Options& options, const char* command, const char* usag
     return -1;
 }
 
-OrderList::OrderList(orderview::DefaultHost& host, ListKind kind, int mode, std::vector<CString> columns)
+std::size_t OrderList::FileSize(const std::string& mainFolder, ListKind kind)
+{
+    std::error_code error;
+    const auto size = std::filesystem::file_size(
+        std::filesystem::path(mainFolder) / "sys" / (kind == ListKind::Deal ? "deals.csv" : "orders.csv"), error);
+    return error ? 0 : static_cast<std::size_t>(size);
+}
+
+OrderList::OrderList(orderview::DefaultHost& host, ListKind kind, int mode, std::vector<CString> columns,
+                     Progress* scan)
     : host_(host), kind_(kind), mode_(mode), columns_(std::move(columns)),
       file_(host.s_PathGetSysPath(0) + (kind == ListKind::Deal ? "\\deals.csv" : "\\orders.csv"),
             kind == ListKind::Deal ? "deals.csv" : "orders.csv",
@@ -154,6 +164,7 @@ OrderList::OrderList(orderview::DefaultHost& host, ListKind kind, int mode, std:
     CBaseOrderItemGroup scratch;
     for (;;) {
         const std::uint64_t offset = file_.Tell();
+        if (scan) scan->Step(static_cast<std::size_t>(offset));
         scratch.vClear();
         if (!ReadAndFill(scratch, !showsAll)) {
             if (file_.Tell() == offset) break;  // the end of the day
@@ -161,6 +172,7 @@ OrderList::OrderList(orderview::DefaultHost& host, ListKind kind, int mode, std:
         }
         shown_.push_back(offset);
     }
+    if (scan) scan->Clear();
 }
 
 bool OrderList::ReadAndFill(CBaseOrderItemGroup& row, bool fill) const

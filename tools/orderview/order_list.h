@@ -43,8 +43,12 @@ std::vector<CString> KnownColumns(ListKind kind);
 class OrderList : public CListCtrl {
 public:
     // Finds the shown records; `columns` are item keys, their headings the language texts. The
-    // day's malformed records are in Diagnostics().
-    OrderList(orderview::DefaultHost& host, ListKind kind, int mode, std::vector<CString> columns);
+    // day's malformed records are in Diagnostics(). `scan` (when set) is stepped with the bytes
+    // read of the day's file, and cleared at the end.
+    OrderList(orderview::DefaultHost& host, ListKind kind, int mode, std::vector<CString> columns,
+              Progress* scan = nullptr);
+    // The size in bytes of the file a list of `kind` reads in `mainFolder` (0 when unknown).
+    static std::size_t FileSize(const std::string& mainFolder, ListKind kind);
     const std::vector<CString>& Diagnostics() const { return file_.Diagnostics(); }
     const std::vector<CString>& Keys() const { return columns_; }
 

@@ -56,7 +56,8 @@ int PrintCommand(int argc, char** argv)
     if (!folder.Ok()) return kExitFailed;
     ConsolePlatform platform;
     platform.AnswerPrintDialog(CString(output));
-    OrderList list(folder.Host(), choice.kind, choice.mode, choice.columns);
+    Progress reading("reading", OrderList::FileSize(MainFolderPath(options.Get("main")), choice.kind), quiet);
+    OrderList list(folder.Host(), choice.kind, choice.mode, choice.columns, &reading);
     if (!MainFolder::Report(list.Diagnostics())) return kExitFailed;
     const std::size_t rows = static_cast<std::size_t>(list.GetItemCount());
     Progress progress("print", rows, quiet);

@@ -25,7 +25,7 @@ bool Progress::OutputIsTerminal() { return ::isatty(STDOUT_FILENO) != 0 && ::isa
 
 void Progress::Step(std::size_t done)
 {
-    if (!terminal_ || total_ == 0 || (done & 1023) != 0) return;  // look at the clock now and then
+    if (!terminal_ || total_ == 0 || (++calls_ & 1023) != 0) return;  // look at the clock now and then
     const auto now = std::chrono::steady_clock::now();
     if (now - start_ < std::chrono::seconds(1) || now - last_ < std::chrono::milliseconds(100)) return;
     last_ = now;

@@ -31,6 +31,7 @@ private:
     bool terminal_;
     bool drawn_ = false;
     bool rowsToTerminal_ = false;
+    std::size_t calls_ = 0;
     std::chrono::steady_clock::time_point start_, last_;
 };
 
