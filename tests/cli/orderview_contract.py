@@ -304,6 +304,21 @@ def test_signals(work):
             check(label + ": the old file stays", open(target).read() == "the old file")
             check(label + ": no temporary file left", not temporaries(work, name), temporaries(work, name))
 
+    # Standard output: the library's export is staged in TMPDIR, and the staged copy goes too.
+    staging = os.path.join(work, "staging")
+    os.mkdir(staging)
+    for fmt in ["screen-csv", "html"]:
+        process = subprocess.Popen([PROGRAM, "export", "--main", big, "--format", fmt, "--output", "-", "--quiet"],
+                                   stdout=subprocess.DEVNULL, stderr=subprocess.PIPE,
+                                   env=dict(os.environ, TMPDIR=staging))
+        deadline = time.time() + 60
+        while not [n for n in os.listdir(staging) if ".tmp" in n] and process.poll() is None and time.time() < deadline:
+            time.sleep(0.002)
+        process.send_signal(signal.SIGTERM)
+        process.wait(60)
+        check("%s to standard output on SIGTERM" % fmt, process.returncode == -signal.SIGTERM, process.returncode)
+        check("%s to standard output leaves nothing in TMPDIR" % fmt, os.listdir(staging) == [], os.listdir(staging))
+
     # generate: the folder keeps its old files.
     folder = generated(work, 50, "regenerated")
     sys_folder = os.path.join(folder, "sys")

@@ -25,7 +25,7 @@ volatile std::sig_atomic_t g_ownTempSet = 0;
 // A library write is under way: the handler only notes the signal, Poll acts on it.
 volatile std::sig_atomic_t g_libraryWrite = 0;
 volatile std::sig_atomic_t g_pendingSignal = 0;
-std::string g_libraryTarget;
+std::string g_libraryTarget, g_libraryScratch;
 
 void DieBy(int signal)
 {
@@ -268,10 +268,11 @@ void OutputFile::Discard()
     g_ownTempSet = 0;
 }
 
-LibraryWriteGuard::LibraryWriteGuard(const std::string& target)
+LibraryWriteGuard::LibraryWriteGuard(const std::string& target, const std::string& scratch)
 {
     RemoveStaleTemporaries(target);
     g_libraryTarget = target;
+    g_libraryScratch = scratch;
     g_pendingSignal = 0;
     g_libraryWrite = 1;
 }
@@ -282,6 +283,7 @@ LibraryWriteGuard::~LibraryWriteGuard()
     const int signal = g_pendingSignal;
     if (signal) {
         // The write ended before a row showed the signal: what it left is complete or removed.
+        if (!g_libraryScratch.empty()) ::unlink(g_libraryScratch.c_str());
         DieBy(signal);
     }
 }
@@ -293,6 +295,7 @@ void LibraryWriteGuard::Poll()
     // The temporary files of the target were removed when the write began: any there now is
     // this write's.
     RemoveStaleTemporaries(g_libraryTarget);
+    if (!g_libraryScratch.empty()) ::unlink(g_libraryScratch.c_str());
     DieBy(signal);
 }
 

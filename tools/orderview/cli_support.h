@@ -77,7 +77,8 @@ private:
 // Stale temporary files of the target are removed when it starts.
 class LibraryWriteGuard {
 public:
-    explicit LibraryWriteGuard(const std::string& target);
+    // `scratch` (when not empty) is a file of the program's own that goes with the temporary ones.
+    explicit LibraryWriteGuard(const std::string& target, const std::string& scratch = std::string());
     ~LibraryWriteGuard();
     LibraryWriteGuard(const LibraryWriteGuard&) = delete;
     LibraryWriteGuard& operator=(const LibraryWriteGuard&) = delete;

@@ -184,7 +184,7 @@ int ExportCommand(int argc, char** argv)
         const Stamp before = StampOf(target);
         bool ok = true;
         {
-            LibraryWriteGuard guard(target);
+            LibraryWriteGuard guard(target, toStandardOutput ? staging.Path() : std::string());
             if (format == "screen-csv" || format == "screen-txt") {
                 g_DataExport(list);
             } else if (format == "html") {
