@@ -87,6 +87,10 @@ def test_failfast(work):
             result = text(command, flag)
             check("%s %s" % (command, flag), result.returncode == 0 and "usage: orderview " + command in result.stdout,
                   result.stdout[:100])
+    overview = text("-h").stdout
+    check("the overview names every command", all("\n  %s " % c in overview for c in
+                                                   ["list", "columns", "check", "export", "print", "generate", "xls", "cfb"]),
+          overview)
     result = text("--version")
     check("--version", result.returncode == 0 and result.stdout == "orderview %s\n" % VERSION, result.stdout)
 
