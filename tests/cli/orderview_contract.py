@@ -55,6 +55,8 @@ def test_failfast(work):
     nosys = os.path.join(work, "nosys")
     os.mkdir(nosys)
     missing = os.path.join(work, "missing")
+    noday = os.path.join(work, "noday")
+    os.makedirs(os.path.join(noday, "sys"))
     # (arguments, exit status, what standard error must name)
     cases = [
         (("list", "--main", missing), 1, [missing, os.strerror(2)]),
@@ -62,6 +64,11 @@ def test_failfast(work):
         (("export", "--main", missing, "--format", "csv", "--output", "-"), 1, [missing]),
         (("print", "--main", nosys, "--output", os.path.join(work, "x.pdf")), 1, [nosys, "sys"]),
         (("columns", "--main", nosys), 1, [nosys, "sys"]),
+        (("list", "--main", noday), 1, [os.path.join(noday, "sys", "orders.csv"), os.strerror(2)]),
+        (("list", "--main", noday, "--list", "deal"), 1, [os.path.join(noday, "sys", "deals.csv")]),
+        (("check", "--main", noday), 1, [os.path.join(noday, "sys", "orders.csv")]),
+        (("export", "--main", noday, "--format", "json", "--output", "-"), 1, ["orders.csv"]),
+        (("print", "--main", noday, "--output", os.path.join(work, "x.pdf")), 1, ["orders.csv"]),
         (("list", "--main", SAMPLE, "stray"), 2, ["stray"]),
         (("export", "--main", SAMPLE, "--format", "csv", "--output", "-", "more"), 2, ["more"]),
         (("list", "-x"), 2, ["-x"]),

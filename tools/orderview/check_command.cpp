@@ -16,6 +16,7 @@
 #include "host/record_file.h"
 #include "main_folder.h"
 #include "options.h"
+#include "order_list.h"
 #include "progress.h"
 
 namespace ovcli {
@@ -112,6 +113,8 @@ int CheckCommand(int argc, char** argv)
     const bool json = format == "json", quiet = options.Has("quiet");
     const std::string problem = MainFolderProblem(options.Get("main"));
     if (!problem.empty()) return Failure("check", problem);
+    const std::string dayProblem = ReadableProblem(OrderList::DayFile(MainFolderPath(options.Get("main")), ListKind::Full));
+    if (!dayProblem.empty()) return Failure("check", dayProblem);
     MainFolder folder(options.Get("main"));
     if (!folder.Ok()) return kExitFailed;
     ConsolePlatform platform(answer == "yes");

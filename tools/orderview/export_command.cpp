@@ -140,6 +140,8 @@ int ExportCommand(int argc, char** argv)
     const bool quiet = options.Has("quiet");
     const std::string problem = MainFolderProblem(options.Get("main"));
     if (!problem.empty()) return Failure("export", problem);
+    const std::string dayProblem = ReadableProblem(OrderList::DayFile(MainFolderPath(options.Get("main")), choice.kind));
+    if (!dayProblem.empty()) return Failure("export", dayProblem);
     const std::string outputProblem = OutputProblem(output);
     if (!outputProblem.empty()) return Failure("export", outputProblem);
 

@@ -62,6 +62,8 @@ int ListCommand(int argc, char** argv)
     if (options.Has("bom") && format != "csv") return UsageError("list", "--bom goes with --format csv", kUsage);
     const std::string problem = MainFolderProblem(options.Get("main"));
     if (!problem.empty()) return Failure("list", problem);
+    const std::string dayProblem = ReadableProblem(OrderList::DayFile(MainFolderPath(options.Get("main")), choice.kind));
+    if (!dayProblem.empty()) return Failure("list", dayProblem);
 
     MainFolder folder(options.Get("main"));
     if (!folder.Ok()) return kExitFailed;

@@ -142,11 +142,15 @@ int ReadListChoice(const Options& options, const char* command, const char* usag
     return -1;
 }
 
+std::string OrderList::DayFile(const std::string& mainFolder, ListKind kind)
+{
+    return (std::filesystem::path(mainFolder) / "sys" / (kind == ListKind::Deal ? "deals.csv" : "orders.csv")).string();
+}
+
 std::size_t OrderList::FileSize(const std::string& mainFolder, ListKind kind)
 {
     std::error_code error;
-    const auto size = std::filesystem::file_size(
-        std::filesystem::path(mainFolder) / "sys" / (kind == ListKind::Deal ? "deals.csv" : "orders.csv"), error);
+    const auto size = std::filesystem::file_size(DayFile(mainFolder, kind), error);
     return error ? 0 : static_cast<std::size_t>(size);
 }
 

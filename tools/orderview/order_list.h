@@ -47,7 +47,8 @@ public:
     // read of the day's file, and cleared at the end.
     OrderList(orderview::DefaultHost& host, ListKind kind, int mode, std::vector<CString> columns,
               Progress* scan = nullptr);
-    // The size in bytes of the file a list of `kind` reads in `mainFolder` (0 when unknown).
+    // The day's file a list of `kind` reads in `mainFolder`, and its size in bytes (0 when unknown).
+    static std::string DayFile(const std::string& mainFolder, ListKind kind);
     static std::size_t FileSize(const std::string& mainFolder, ListKind kind);
     const std::vector<CString>& Diagnostics() const { return file_.Diagnostics(); }
     const std::vector<CString>& Keys() const { return columns_; }

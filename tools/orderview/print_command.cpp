@@ -49,6 +49,8 @@ int PrintCommand(int argc, char** argv)
     const bool quiet = options.Has("quiet");
     const std::string problem = MainFolderProblem(options.Get("main"));
     if (!problem.empty()) return Failure("print", problem);
+    const std::string dayProblem = ReadableProblem(OrderList::DayFile(MainFolderPath(options.Get("main")), choice.kind));
+    if (!dayProblem.empty()) return Failure("print", dayProblem);
     const std::string outputProblem = OutputProblem(output);
     if (!outputProblem.empty()) return Failure("print", outputProblem);
 
