@@ -1,7 +1,7 @@
 #!/bin/sh
 # Time and peak memory of the orderview program on a generated day of N orders (default
-# 1,000,000): `orderview list --list full` and `orderview export --format csv`, each streaming
-# the day's records, against the bound (bench/cli_bound.cpp: orders.csv read once and one full
+# 1,000,000): `orderview list --list full` and `orderview export` as CSV (RFC 4180), the screen's
+# CSV and JSON Lines, each streaming the day's records, against the bound (bench/cli_bound.cpp: orders.csv read once and one full
 # row filled per order, nothing printed) and, when given, an earlier build of the program, all
 # in the same run; then the time to build the default host in that folder. Medians of RUNS runs.
 #   bench/cli_scale.sh build/default/tools/orderview build/default/bench/cli_bound [N] [RUNS] [EARLIER]
@@ -35,6 +35,8 @@ measure() {
 measure "bound" "$bound" rows "$work/main"
 measure "list --list full" "$program" list --main "$work/main" --list full
 measure "export --format csv" "$program" export --main "$work/main" --format csv --output "$work/orders.csv"
+measure "export --format screen-csv" "$program" export --main "$work/main" --format screen-csv --output "$work/orders.csv"
+measure "export --format json" "$program" export --main "$work/main" --format json --output "$work/orders.json"
 if [ -n "$earlier" ]; then
   measure "earlier list --list full" "$earlier" list --main "$work/main" --list full
   measure "earlier export --format csv" "$earlier" export --main "$work/main" --format csv --output "$work/orders.csv"

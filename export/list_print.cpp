@@ -124,8 +124,11 @@ private:
         }
         if (layout_.bTotals && band == layout_.iRowBands - 1) {
             job_.DrawLine(left, top, tableRight, top);
-            for (const ListPrintColumn& column : group)
-                DrawCell(column, top, layout_.totals[static_cast<std::size_t>(column.iColumn)], heading_);
+            for (const auto& totals : layout_.totals) {
+                for (const ListPrintColumn& column : group)
+                    DrawCell(column, top, totals[static_cast<std::size_t>(column.iColumn)], heading_);
+                top += rowHeight;
+            }
         }
 
         CString number;

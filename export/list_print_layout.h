@@ -1,8 +1,9 @@
 // The page layout of a printed list, computed before anything is drawn so that every page
 // knows the page count. Columns keep the list's proportions scaled to the printable width;
-// the font shrinks with them down to kMinFontSize, then the paper turns to landscape, and past
-// that the columns are split into groups that each fill a page, the first column repeated.
-// Pages run row band by row band, each band across all column groups.
+// the font shrinks with them down to kMinFontSize, then the paper turns to landscape, and only
+// when they do not fit there at kMinFontSize are the columns split into groups, the first column
+// repeated, as few groups as fit and as even as they can be (no group of a lone column when
+// others could give it company). Pages run row band by row band, each band across all groups.
 #pragma once
 
 #include <vector>
@@ -39,8 +40,8 @@ struct ListPrintLayout {
     int iRowBands = 0;                                  // pages down the list
     std::vector<std::vector<ListPrintColumn>> groups;   // column groups, one page across each
     std::vector<int> rows;                              // list rows printed, in order
-    bool bTotals = false;                               // a totals row follows the last row
-    std::vector<CString> totals;                        // by list column; empty for no total
+    bool bTotals = false;                               // totals rows follow the last row
+    std::vector<std::vector<CString>> totals;           // totals rows (export/list_totals.h), by list column
 
     int PageCount() const { return iRowBands * static_cast<int>(groups.size()); }
 };

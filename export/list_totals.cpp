@@ -1,8 +1,10 @@
 #include "export/list_totals.h"
 
+#include <algorithm>
 #include <string>
 
 #include "export/list_cells.h"
+#include "order_data/host_api.h"
 
 namespace orderview {
 
@@ -74,7 +76,7 @@ struct Sum {
     }
 };
 
-CString Format(const Decimal& d)
+CString Format(const Decimal& d, bool commas)
 {
     if (d.units == (-9223372036854775807LL - 1)) return CString();
     const unsigned long long magnitude = static_cast<unsigned long long>(d.units < 0 ? -d.units : d.units);
@@ -83,7 +85,7 @@ CString Format(const Decimal& d)
     const std::string whole = digits.substr(0, digits.size() - d.decimals);
     std::string text = d.units < 0 ? "-" : "";
     for (std::size_t i = 0; i < whole.size(); ++i) {
-        if (d.commas && i > 0 && (whole.size() - i) % 3 == 0) text += ',';
+        if (commas && i > 0 && (whole.size() - i) % 3 == 0) text += ',';
         text += whole[i];
     }
     if (d.decimals > 0) text += "." + digits.substr(whole.size());
@@ -91,7 +93,119 @@ CString Format(const Decimal& d)
     return CString(text);
 }
 
+// An order number of a change or cancel request: "...-C<seq>" or "...-U<seq>".
+bool IsRequestNumber(const std::string& text)
+{
+    std::size_t i = text.size();
+    while (i > 0 && text[i - 1] >= '0' && text[i - 1] <= '9') --i;
+    return i < text.size() && i >= 2 && (text[i - 1] == 'C' || text[i - 1] == 'U') && text[i - 2] == '-';
+}
+
+CString Lang(const char* id)
+{
+    std::string copy(id);
+    return s_LangGetLangString(&copy[0]);
+}
+
+// The first of `columns` headed by the language text of `id`, or -1.
+int ColumnHeaded(const CListCtrl& list, const std::vector<int>& columns, const char* id)
+{
+    const CString heading = Lang(id);
+    if (heading.IsEmpty()) return -1;
+    for (const int column : columns)
+        if (list.GetColumnText(column) == heading) return column;
+    return -1;
+}
+
 }  // namespace
+
+std::vector<std::vector<CString>> TotalsRows(const CListCtrl& list, const std::vector<int>& rows,
+                                             const std::vector<int>& columns)
+{
+    const int count = list.GetColumnCount();
+    if (count <= 0) return {};
+    std::vector<int> shown;
+    for (const int column : columns)
+        if (column >= 0 && column < count) shown.push_back(column);
+    const int orderColumn = ColumnHeaded(list, shown, "IDS_ORDER-ITEM_ORDERNO");
+    const int currencyColumn = ColumnHeaded(list, shown, "IDS_QWORDERVIEW_SQWORDERSTOCKDLG_DELIVERYCURRENCY");
+    std::vector<int> summed;  // right-aligned columns, the ones that can hold numbers
+    for (const int column : shown)
+        if ((list.GetColumnFormat(column) & 3) == CListCtrl::kFormatRight && column != currencyColumn)
+            summed.push_back(column);
+
+    std::vector<CString> currencies;
+    std::vector<std::vector<Sum>> sums;  // by currency, then by list column
+    std::vector<bool> summable(static_cast<std::size_t>(count), true);
+    bool commas = false;
+    for (const int row : rows) {
+        if (orderColumn >= 0 && IsRequestNumber(list.GetItemText(row, orderColumn).str())) continue;
+        const CString currency = currencyColumn >= 0 ? list.GetItemText(row, currencyColumn) : CString();
+        std::size_t group = 0;
+        while (group < currencies.size() && currencies[group] != currency) ++group;
+        if (group == currencies.size()) {
+            currencies.push_back(currency);
+            sums.emplace_back(static_cast<std::size_t>(count));
+        }
+        for (const int column : summed) {
+            const std::size_t c = static_cast<std::size_t>(column);
+            if (!summable[c] && commas) continue;
+            const CString text = list.GetItemText(row, column);
+            if (text.IsEmpty()) continue;
+            const bool number = IsNumberCell(list.GetColumnFormat(column), text);
+            commas = commas || (number && text.Find(',') >= 0);
+            Decimal d;
+            if (!summable[c]) continue;
+            if (!number || !ReadDecimal(text.str(), d)) {
+                summable[c] = false;
+                continue;
+            }
+            sums[group][c].Add(d);
+            if (!sums[group][c].summable) summable[c] = false;
+        }
+    }
+
+    std::vector<bool> totalled(static_cast<std::size_t>(count), false);
+    for (const auto& byColumn : sums)
+        for (const int column : summed)
+            if (summable[static_cast<std::size_t>(column)] && byColumn[static_cast<std::size_t>(column)].numbers)
+                totalled[static_cast<std::size_t>(column)] = true;
+    if (std::find(totalled.begin(), totalled.end(), true) == totalled.end()) return {};
+    int labelColumn = -1;
+    for (const int column : shown)
+        if (!totalled[static_cast<std::size_t>(column)] && column != currencyColumn) {
+            labelColumn = column;
+            break;
+        }
+    CString label = Lang("IDS_ORDER-COMMON_TOTAL");
+    if (label.IsEmpty() || label == "IDS_ORDER-COMMON_TOTAL") label = "Total";
+
+    // Every row of a column shows the decimals of the column's most precise cell.
+    std::vector<int> decimals(static_cast<std::size_t>(count), 0);
+    for (auto& byColumn : sums)
+        for (const int column : summed) {
+            const std::size_t c = static_cast<std::size_t>(column);
+            if (byColumn[c].numbers) decimals[c] = std::max(decimals[c], byColumn[c].total.decimals);
+        }
+    std::vector<std::vector<CString>> out;
+    for (std::size_t group = 0; group < sums.size(); ++group) {
+        std::vector<CString> cells(static_cast<std::size_t>(count));
+        if (labelColumn >= 0) cells[static_cast<std::size_t>(labelColumn)] = label;
+        if (currencyColumn >= 0) cells[static_cast<std::size_t>(currencyColumn)] = currencies[group];
+        for (const int column : summed) {
+            const std::size_t c = static_cast<std::size_t>(column);
+            if (totalled[c]) {
+                Decimal total = sums[group][c].total;
+                if (sums[group][c].numbers && Rescale(total.units, total.decimals, decimals[c])) {
+                    total.decimals = decimals[c];
+                    cells[c] = Format(total, commas);
+                }
+            }
+        }
+        out.push_back(std::move(cells));
+    }
+    return out;
+}
 
 std::vector<CString> ColumnTotals(const CListCtrl& list, const std::vector<int>& rows, const std::vector<int>& columns)
 {
@@ -111,7 +225,7 @@ std::vector<CString> ColumnTotals(const CListCtrl& list, const std::vector<int>&
             sum.Add(d);
             if (!sum.summable) break;
         }
-        if (sum.summable && sum.numbers) totals[static_cast<std::size_t>(column)] = Format(sum.total);
+        if (sum.summable && sum.numbers) totals[static_cast<std::size_t>(column)] = Format(sum.total, sum.total.commas);
     }
     return totals;
 }

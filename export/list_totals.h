@@ -20,4 +20,20 @@ namespace orderview {
 // cell, thousands commas and a percent sign when its cells use them; empty for no total.
 std::vector<CString> ColumnTotals(const CListCtrl& list, const std::vector<int>& rows, const std::vector<int>& columns);
 
+// The totals rows of an inventory print, each one text per list column; empty when no column
+// of `columns` has a total.
+//  - Rows of change and cancel requests are left out: the rows whose order number (the column
+//    headed by the language text of "IDS_ORDER-ITEM_ORDERNO") ends in "-C" or "-U" and the
+//    request's sequence number, as the order lists number them.
+//  - When the currency column (headed by the text of
+//    "IDS_QWORDERVIEW_SQWORDERSTOCKDLG_DELIVERYCURRENCY") is among `columns`, there is one row
+//    per currency, in the order the currencies first appear, its currency in that column;
+//    amounts of different currencies are never added together.
+//  - Totals follow the list's number format: thousands commas when any summed cell of the list
+//    shows them, and as many decimals as the column's most precise cell.
+//  - The first of `columns` that has no total (and is not the currency column) holds the label,
+//    the language text of "IDS_ORDER-COMMON_TOTAL" ("Total" when the language has none).
+std::vector<std::vector<CString>> TotalsRows(const CListCtrl& list, const std::vector<int>& rows,
+                                             const std::vector<int>& columns);
+
 }  // namespace orderview

@@ -9,6 +9,8 @@
 #include "export/list_print.h"
 #include "export/list_print_layout.h"
 #include "platform/list_control.h"
+#include "order_data/host_api.h"
+#include "support/export_setup.h"
 #include "support/fake_platform.h"
 #include "support/print_recorder.h"
 #include "support/temp_folder.h"
@@ -256,7 +258,7 @@ TEST_F(ListPrint, InventoryTotalsTheNumericColumns)
         const std::string total = c.total;
         const auto& last = record.pages.back().texts;
         const auto bold = std::count_if(last.begin(), last.end(), [](const auto& t) { return t.font.bBold; });
-        EXPECT_EQ(bold, total.empty() ? 3 : 4);
+        EXPECT_EQ(bold, total.empty() ? 3 : 5) << "the label and the total";
         if (!total.empty()) {
             ASSERT_GE(last.size(), 2u);
             EXPECT_EQ(last[last.size() - 2].text, total);
@@ -281,8 +283,75 @@ TEST_F(ListPrint, TotalsRowTakesAPageOfItsOwnWhenTheLastIsFull)
     EXPECT_EQ(LaidOutPages(list, orderview::ListPrintStyle::kInventory, all), 2);
     ASSERT_TRUE(g_vPrintListCtrlInventory(list, "Full"));
     ASSERT_EQ(record.pages.size(), 2u);
-    EXPECT_EQ(record.Texts(1), (std::vector<std::string>{"Full", "2026/11/21 09:30:05", "Symbol", "Qty",
+    EXPECT_EQ(record.Texts(1), (std::vector<std::string>{"Full", "2026/11/21 09:30:05", "Symbol", "Qty", "Total",
                                                          std::to_string(2 * perPage), "2 / 2"}));
+}
+
+TEST_F(ListPrint, InventoryTotalsPerCurrencyWithoutRequestsInTheListsFormat)
+{
+    ovtest::TranslatingHost host;
+    host.texts = {{"IDS_ORDER-ITEM_ORDERNO", "Order no."},
+                  {"IDS_QWORDERVIEW_SQWORDERSTOCKDLG_DELIVERYCURRENCY", "Currency"},
+                  {"IDS_ORDER-COMMON_TOTAL", "Sum"}};
+    orderview::SetHostServices(&host);
+    const std::vector<std::vector<CString>> rows = {
+        {"A1-21", "TWD", "1", "1,000.5"}, {"A2-21", "USD", "2", "10.25"}, {"A1-U2", "TWD", "5", "999"},
+        {"A3-C3", "USD", "7", "1"},       {"A4-22", "TWD", "999", "2"},   {"A5-C", "JPY", "3", "4"}};
+    struct Case { std::vector<Column> columns; std::vector<int> cells; std::vector<std::string> totals; };
+    const Case cases[] = {
+        // One row per currency; change (-U) and cancel (-C) requests left out; the list groups
+        // thousands, so every total does; a column's totals share its decimals.
+        {{{"Order no.", kLeft, 80}, {"Currency", kLeft, 60}, {"Qty", kRight, 60}, {"Amount", kRight, 80}},
+         {0, 1, 2, 3},
+         {"Sum", "TWD", "1,000", "1,002.50", "Sum", "USD", "2", "10.25", "Sum", "JPY", "3", "4.00"}},
+        // No currency column: one row over every currency.
+        {{{"Order no.", kLeft, 80}, {"Qty", kRight, 60}, {"Amount", kRight, 80}}, {0, 2, 3},
+         {"Sum", "1,005", "1,016.75"}},
+        // No order number column: requests cannot be told apart and count; no cell groups
+        // thousands, so no total does.
+        {{{"Currency", kLeft, 60}, {"Symbol", kLeft, 60}, {"Qty", kRight, 60}}, {1, 0, 2},
+         {"TWD", "Sum", "1005", "USD", "Sum", "9", "JPY", "Sum", "3"}},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.columns.size());
+        std::vector<std::vector<CString>> picked;
+        for (const auto& row : rows) {
+            picked.emplace_back();
+            for (const int cell : c.cells) picked.back().push_back(row[static_cast<std::size_t>(cell)]);
+        }
+        ASSERT_TRUE(g_vPrintListCtrlInventory(MakeList(c.columns, picked), "Positions"));
+        ASSERT_EQ(record.pages.size(), 1u);
+        const auto texts = record.Texts(0);
+        ASSERT_GT(texts.size(), c.totals.size() + 1);
+        EXPECT_EQ(std::vector<std::string>(texts.end() - 1 - static_cast<long>(c.totals.size()), texts.end() - 1),
+                  c.totals);
+    }
+    orderview::SetHostServices(nullptr);
+}
+
+TEST_F(ListPrint, ColumnsThatFitAtTheSmallestFontShareAPageAndSplitsAreEven)
+{
+    // Landscape A4 holds 770 points: 1,540 pixels at 6 points.
+    struct Case { int columns; int width; std::size_t pages; };
+    const Case cases[] = {{14, 110, 1}, {15, 100, 1}, {16, 100, 2}, {17, 100, 2}, {29, 100, 2}, {31, 100, 3},
+                          {40, 100, 3}, {7, 220, 1}, {8, 220, 2}};
+    for (const Case& c : cases) {
+        SCOPED_TRACE(std::to_string(c.columns) + " columns of " + std::to_string(c.width));
+        ASSERT_TRUE(g_vPrintListCtrl(WideList(c.columns, c.width, 2), "Wide"));
+        EXPECT_TRUE(record.paper.bLandscape);
+        ASSERT_EQ(record.pages.size(), c.pages);
+        std::size_t fewest = 1000, most = 0;
+        for (std::size_t p = 0; p < record.pages.size(); ++p) {
+            std::size_t headings = 0;
+            for (const auto& t : record.pages[p].texts) {
+                headings += t.text[0] == 'C';
+                if (t.text[0] == 'r') EXPECT_GE(t.font.dSize, orderview::kMinFontSize);
+            }
+            fewest = std::min(fewest, headings);
+            most = std::max(most, headings);
+        }
+        EXPECT_LE(most - fewest, 1u) << "no page of a lone column beside the first";
+    }
 }
 
 TEST_F(ListPrint, PartialPrintsOnlyTheSelectedRows)

@@ -11,7 +11,7 @@ corpus="${ORDERVIEW_CORPUS_DIR:-../shared/corpus/xls}"
 cmake --preset fuzz >/dev/null
 cmake --build --preset fuzz
 status=0
-for target in compound_file workbook workbook_roundtrip workbook_edit stream_parts host_tables font; do
+for target in compound_file workbook workbook_roundtrip workbook_edit stream_parts host_tables font workbook_plan; do
   work=$(mktemp -d)
   mkdir -p "$work/seeds" "$work/artifacts"
   cp tests/fuzz_regressions/$target/* "$work/seeds/" 2>/dev/null || true
@@ -19,6 +19,7 @@ for target in compound_file workbook workbook_roundtrip workbook_edit stream_par
     compound_file) [ -d "$corpus" ] && cp "$corpus"/*.xls "$work/seeds/" 2>/dev/null || true ;;
     host_tables) cp tests/regressions/host/* "$work/seeds/" ;;
     font) ;;
+    workbook_plan) cp tests/cli/regressions/*.json "$work/seeds/" 2>/dev/null || true ;;
     *)
       [ -d "$corpus" ] && cp "$corpus"/*.xls "$work/seeds/" 2>/dev/null || true
       cp tests/fuzz_regressions/workbook/* "$work/seeds/" 2>/dev/null || true

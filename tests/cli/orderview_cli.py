@@ -103,21 +103,21 @@ def test_list():
 def test_check():
     orders = [o for o in records(SAMPLE, "orders.csv", "today") if o["dwOrderKind"] not in ("C", "U")]
     result = run("check", "--main", SAMPLE)
-    lines = result.stdout.splitlines()
+    lines = result.stdout.splitlines()[1:-1]  # the heading row and the summary around the verdicts
     check("two verdicts per order", len(lines) == 2 * len(orders), "%d lines" % len(lines))
-    refused = [line for line in lines if " REFUSED " in line]
+    refused = [line for line in lines if " REFUSED" in line]
     check("check exit status follows the verdicts", result.returncode == (1 if refused else 0))
     check("refusals carry a message", all(len(line.split("REFUSED", 1)[1].strip()) > 0 for line in refused))
     answered_no = run("check", "--main", SAMPLE, "--answer", "no")
     check("--answer no refuses at least as often",
-          answered_no.stdout.count(" REFUSED ") >= result.stdout.count(" REFUSED "))
+          answered_no.stdout.count(" REFUSED") >= result.stdout.count(" REFUSED"))
 
 
 def test_export(work):
     texts = language(SAMPLE)
     orders = records(SAMPLE, "orders.csv", "today")
     out = os.path.join(work, "orders.csv")
-    result = run("export", "--main", SAMPLE, "--format", "csv", "--output", out)
+    result = run("export", "--main", SAMPLE, "--format", "screen-csv", "--output", out)
     check("csv export exit", result.returncode == 0, result.stderr)
     with open(out, encoding="utf-8", errors="replace", newline="") as f:
         lines = f.read().split("\r\n")
@@ -143,7 +143,7 @@ def test_export(work):
     check("html export holds the style sheet and the table", "align_border" in html and "<table" in html)
 
     result = run("export", "--main", SAMPLE, "--format", "csv", "--output", os.path.join(work, "missing", "x.csv"))
-    check("export to a missing folder fails", result.returncode == 1 and "could not be written" in result.stderr)
+    check("export to a missing folder fails", result.returncode == 1 and os.strerror(2) in result.stderr)
 
 
 def test_print(work):

@@ -11,5 +11,6 @@ int CheckCommand(int argc, char** argv);
 int PrintCommand(int argc, char** argv);
 int XlsCommand(int argc, char** argv);
 int CfbCommand(int argc, char** argv);
+int ColumnsCommand(int argc, char** argv);
 
 }  // namespace ovcli

@@ -1,6 +1,7 @@
 #include "generate_writer.h"
 
 #include <algorithm>
+#include <cctype>
 #include <cmath>
 #include <cstdio>
 #include <filesystem>
@@ -281,36 +282,100 @@ bool WriteText(const std::filesystem::path& path, const std::string& text, std::
     return static_cast<bool>(out);
 }
 
+// The files of one run, each written under "NAME.tmp" and six letters or digits (the names the
+// library gives its temporary files) and renamed over NAME once every file is complete; until
+// then the folder keeps its old files, and whatever stops the run removes the new ones.
+class TemporaryFiles {
+public:
+    explicit TemporaryFiles(std::filesystem::path folder) : folder_(std::move(folder)) {}
+    ~TemporaryFiles()
+    {
+        std::error_code ignored;
+        for (const auto& file : files_) std::filesystem::remove(file.second, ignored);
+    }
+    // The temporary path for `name`, after removing those an earlier run left.
+    std::filesystem::path Add(const std::string& name)
+    {
+        static const char kAlnum[] = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789";
+        std::error_code error;
+        for (std::filesystem::directory_iterator it(folder_, error), end; !error && it != end; it.increment(error)) {
+            const std::string other = it->path().filename().string();
+            if (other.size() == name.size() + 10 && other.compare(0, name.size() + 4, name + ".tmp") == 0 &&
+                std::all_of(other.begin() + static_cast<long>(name.size()) + 4, other.end(),
+                            [](char c) { return std::isalnum(static_cast<unsigned char>(c)) != 0; })) {
+                std::error_code ignored;
+                std::filesystem::remove(it->path(), ignored);
+            }
+        }
+        std::filesystem::path path;
+        do {
+            std::string suffix;
+            for (int i = 0; i < 6; ++i) suffix += kAlnum[random_() % 62];
+            path = folder_ / (name + ".tmp" + suffix);
+        } while (std::filesystem::exists(path, error));
+        files_.emplace_back(name, path);
+        return path;
+    }
+    // Renames every file over its name; false with `error` naming the first that failed.
+    bool Commit(std::string& error)
+    {
+        for (const auto& file : files_) {
+            std::error_code ec;
+            std::filesystem::rename(file.second, folder_ / file.first, ec);
+            if (ec) {
+                error = "cannot write " + (folder_ / file.first).string() + ": " + ec.message();
+                return false;
+            }
+        }
+        files_.clear();
+        return true;
+    }
+
+private:
+    std::filesystem::path folder_;
+    std::vector<std::pair<std::string, std::filesystem::path>> files_;
+    std::random_device random_;
+};
+
 }  // namespace
 
-bool WriteMainFolder(const std::string& folder, std::uint64_t orders, std::uint64_t seed, std::string& error)
+bool WriteMainFolder(const std::string& folder, std::uint64_t orders, std::uint64_t seed, std::string& error,
+                     const std::function<bool(std::uint64_t)>& onOrder)
 {
     const std::filesystem::path sys = std::filesystem::path(folder) / "sys";
     std::error_code ec;
     std::filesystem::create_directories(sys, ec);
     if (ec || !std::filesystem::is_directory(sys)) {
-        error = "cannot create " + sys.string();
+        error = "cannot create " + sys.string() + (ec ? ": " + ec.message() : std::string());
         return false;
     }
+    TemporaryFiles files(sys);
     for (const ReferenceFile& file : ReferenceFiles()) {
-        if (!WriteText(sys / file.name, file.text, error)) return false;
+        if (!WriteText(files.Add(file.name), file.text, error)) return false;
     }
 
-    std::ofstream orderFile(sys / "orders.csv", std::ios::binary);
-    std::ofstream dealFile(sys / "deals.csv", std::ios::binary);
+    const std::filesystem::path orderPath = files.Add("orders.csv"), dealPath = files.Add("deals.csv");
+    std::ofstream orderFile(orderPath, std::ios::binary);
+    std::ofstream dealFile(dealPath, std::ios::binary);
     if (!orderFile || !dealFile) {
         error = "cannot write " + (sys / (orderFile ? "deals.csv" : "orders.csv")).string();
         return false;
     }
     DayWriter day(orderFile, dealFile, orders, seed);
-    for (std::uint64_t i = 0; i < orders && orderFile && dealFile; ++i) day.Write(i);
+    for (std::uint64_t i = 0; i < orders && orderFile && dealFile; ++i) {
+        if (onOrder && !onOrder(i)) {
+            error = "interrupted";
+            return false;
+        }
+        day.Write(i);
+    }
     orderFile.close();
     dealFile.close();
     if (!orderFile || !dealFile) {
         error = "cannot write " + (sys / (orderFile ? "deals.csv" : "orders.csv")).string();
         return false;
     }
-    return true;
+    return files.Commit(error);
 }
 
 }  // namespace generate

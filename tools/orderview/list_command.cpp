@@ -1,9 +1,13 @@
-// orderview list: one row per order or deal, as the order screens fill them, in a text table.
+// orderview list: one row per order or deal, as the order screens fill them, as a text table,
+// CSV or JSON Lines on standard output.
+#include <cerrno>
 #include <cstdio>
 #include <string>
 #include <vector>
 
+#include "cli_support.h"
 #include "commands.h"
+#include "list_output.h"
 #include "main_folder.h"
 #include "options.h"
 #include "order_list.h"
@@ -16,64 +20,68 @@ namespace {
 
 const char kUsage[] =
     "usage: orderview list [--main DIR] [--list simple|full|deal] [--mode N] [--columns KEY,...]\n"
+    "                      [--format table|csv|json] [--bom] [--quiet]\n"
     "\n"
     "Fills one row per order (or deal) of the main folder with the library's row functions and\n"
-    "prints them as a table headed by the language texts.\n"
+    "prints them on standard output, headed by the language texts.\n"
     "\n"
-    "  --main DIR      the main folder (default: $ORDERVIEW_HOME, else the current folder)\n"
+    "  --main DIR      the main folder (default: $ORDERVIEW_HOME, else the current folder); it\n"
+    "                  must hold a sys folder\n"
     "  --list KIND     simple, full (default) or deal\n"
     "  --mode N        the list mode (default: every record; 255 simple, 0x4ffff full);\n"
-    "                  decimal or 0x hexadecimal\n"
-    "  --columns KEYS  item keys to show, comma separated (default: the screen's columns)\n";
-
-std::vector<CString> SplitColumns(const std::string& text)
-{
-    std::vector<CString> keys;
-    size_t start = 0;
-    while (start <= text.size()) {
-        const size_t comma = std::min(text.find(',', start), text.size());
-        if (comma > start) keys.emplace_back(text.substr(start, comma - start));
-        start = comma + 1;
-    }
-    return keys;
-}
+    "                  decimal (a leading 0 is still decimal) or 0x hexadecimal\n"
+    "  --columns KEYS  item keys to show, comma separated (default: the screen's columns);\n"
+    "                  'orderview columns --list KIND' lists the keys with their headings\n"
+    "  --format F      table (default): aligned columns under a rule;\n"
+    "                  csv: RFC 4180, the headings first, fields quoted where needed, CRLF;\n"
+    "                  json: JSON Lines; the first line names the columns,\n"
+    "                    {\"columns\":[{\"key\":\"IDS_ORDER-ITEM_ORDERNO\",\"heading\":\"...\"},...]}\n"
+    "                  then one object per row from item key to the shown text,\n"
+    "                    {\"IDS_ORDER-ITEM_ORDERNO\":\"K3199\",...}\n"
+    "  --bom           start CSV with a UTF-8 byte-order mark\n"
+    "  --quiet         no progress bar\n"
+    "  -h, --help      this text\n"
+    "\n"
+    "Cells are the texts the list shows (numbers with their thousands separators). Exit status:\n"
+    "0 done, 1 the main folder or a record could not be read or the output not written, 2 usage.\n";
 
 }  // namespace
 
 int ListCommand(int argc, char** argv)
 {
     Options options;
-    if (!options.Parse(argc, argv, 1, {"main", "list", "mode", "columns"}, {"help"})) {
-        std::fprintf(stderr, "orderview list: %s\n%s", options.Error().c_str(), kUsage);
-        return 2;
-    }
-    if (options.Has("help")) {
-        std::fputs(kUsage, stdout);
-        return 0;
-    }
-    ListKind kind = ListKind::Full;
-    if (!ParseListKind(options.Get("list", "full"), kind)) {
-        std::fprintf(stderr, "orderview list: --list is simple, full or deal, not '%s'\n", options.Get("list").c_str());
-        return 2;
-    }
-    long long mode = DefaultMode(kind);
-    if (options.Has("mode") && !options.GetInt("mode", 0, 0x7fffffff, mode)) {
-        std::fprintf(stderr, "orderview list: %s\n", options.Error().c_str());
-        return 2;
-    }
-    std::vector<CString> columns = SplitColumns(options.Get("columns"));
-    if (columns.empty()) columns = DefaultColumns(kind);
+    const int parsed = ParseOptions(options, argc, argv, "list", kUsage, {"main", "list", "mode", "columns", "format"},
+                                    {"bom", "quiet"});
+    if (parsed >= 0) return parsed;
+    ListChoice choice;
+    const int chosen = ReadListChoice(options, "list", kUsage, choice);
+    if (chosen >= 0) return chosen;
+    const std::string format = options.Get("format", "table");
+    if (format != "table" && format != "csv" && format != "json")
+        return UsageError("list", "--format is table, csv or json, not '" + format + "'", kUsage);
+    if (options.Has("bom") && format != "csv") return UsageError("list", "--bom goes with --format csv", kUsage);
+    const std::string problem = MainFolderProblem(options.Get("main"));
+    if (!problem.empty()) return Failure("list", problem);
+    const std::string dayProblem = ReadableProblem(OrderList::DayFile(MainFolderPath(options.Get("main")), choice.kind));
+    if (!dayProblem.empty()) return Failure("list", dayProblem);
 
     MainFolder folder(options.Get("main"));
-    if (!folder.Ok()) return 1;
-    OrderList list(folder.Host(), kind, static_cast<int>(mode), columns);
-    if (!MainFolder::Report(list.Diagnostics())) return 1;
-    Progress progress("list", static_cast<size_t>(list.GetItemCount()));
-    if (!PrintTable(list, stdout, &progress)) {
-        std::fprintf(stderr, "orderview list: cannot write the table\n");
-        return 1;
-    }
-    return 0;
+    if (!folder.Ok()) return kExitFailed;
+    Progress reading("reading", OrderList::FileSize(MainFolderPath(options.Get("main")), choice.kind), options.Has("quiet"));
+    OrderList list(folder.Host(), choice.kind, choice.mode, choice.columns, &reading);
+    if (!MainFolder::Report(list.Diagnostics())) return kExitFailed;
+    // Rows on the terminal show their own progress.
+    const bool rowsToTerminal = Progress::OutputIsTerminal();
+    Progress progress("list", static_cast<size_t>(list.GetItemCount()), options.Has("quiet") || rowsToTerminal);
+    progress.SetRowsToTerminal(rowsToTerminal);
+    std::vector<std::string> keys;
+    for (const CString& key : list.Keys()) keys.push_back(key.str());
+    bool written;
+    if (format == "csv") written = WriteCsv(list, stdout, options.Has("bom"), &progress);
+    else if (format == "json") written = WriteJsonLines(list, keys, stdout, &progress);
+    else written = PrintTable(list, stdout, &progress);
+    if (!written) return Failure("list", "standard output: " + SystemReason(errno));
+    return kExitDone;
 }
 
 }  // namespace ovcli

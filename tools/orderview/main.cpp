@@ -4,6 +4,7 @@
 
 #include <string>
 
+#include "cli_support.h"
 #include "commands.h"
 #include "generate.h"
 #include "main_folder.h"
@@ -14,9 +15,10 @@ const char kUsage[] =
     "usage: orderview COMMAND [OPTIONS]\n"
     "\n"
     "Commands:\n"
-    "  list      print an order or deal list as the order screens fill it\n"
+    "  list      print an order or deal list as the order screens fill it (table, CSV, JSON)\n"
+    "  columns   the item keys a list can show, with their headings\n"
     "  check     run the stock order check and the insurance check on every order\n"
-    "  export    write a list as CSV, a text table, an HTML spreadsheet or a workbook\n"
+    "  export    write a list as CSV, JSON Lines, a text table, an HTML spreadsheet or a workbook\n"
     "  generate  write a coherent synthetic main folder of any size\n"
     "  print     print a list to a PDF file\n"
     "  xls       dump, make and resave binary workbooks\n"
@@ -27,8 +29,8 @@ const char kUsage[] =
     "               (zh-TW: Traditional Chinese; en: sys/language.txt, the default unless\n"
     "               sys/host.ini [Host] Language names another)\n"
     "\n"
-    "'orderview COMMAND --help' tells more. Exit status: 0 done, 1 a check refused or a file\n"
-    "could not be read or written, 2 usage.\n";
+    "'orderview COMMAND --help' tells more; 'orderview --version' the library's version.\n"
+    "Exit status: 0 done, 1 a check refused or a file could not be read or written, 2 usage.\n";
 
 struct Command {
     const char* name;
@@ -37,6 +39,7 @@ struct Command {
 
 const Command kCommands[] = {
     {"list", ovcli::ListCommand},
+    {"columns", ovcli::ColumnsCommand},
     {"check", ovcli::CheckCommand},
     {"export", ovcli::ExportCommand},
     {"generate", GenerateCommand},
@@ -81,12 +84,17 @@ int main(int argc, char** argv)
         std::fputs(kUsage, stderr);
         return 2;
     }
-    if (!std::strcmp(argv[1], "--help") || !std::strcmp(argv[1], "help")) {
+    if (!std::strcmp(argv[1], "--help") || !std::strcmp(argv[1], "-h") || !std::strcmp(argv[1], "help")) {
         std::fputs(kUsage, stdout);
         return 0;
     }
+    if (!std::strcmp(argv[1], "--version")) {
+        std::printf("orderview %s\n", ORDERVIEW_VERSION);
+        return 0;
+    }
+    ovcli::InstallSignalHandlers();
     for (const Command& command : kCommands)
         if (!std::strcmp(argv[1], command.name)) return command.run(argc - 1, argv + 1);
-    std::fprintf(stderr, "orderview: unknown command '%s'\n%s", argv[1], kUsage);
+    std::fprintf(stderr, "orderview: unknown %s '%s'\n%s", argv[1][0] == '-' ? "option" : "command", argv[1], kUsage);
     return 2;
 }

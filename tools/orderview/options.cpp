@@ -1,5 +1,6 @@
 #include "options.h"
 
+#include <cctype>
 #include <cerrno>
 #include <cstdlib>
 
@@ -10,6 +11,14 @@ bool Options::Parse(int argc, char** argv, int first, const std::set<std::string
 {
     for (int i = first; i < argc; ++i) {
         std::string arg = argv[i];
+        if (arg == "-h" && flags.count("help")) {
+            values_["help"] = "1";
+            continue;
+        }
+        if (arg.size() >= 2 && arg[0] == '-' && arg[1] != '-') {
+            error_ = "unknown option " + arg;
+            return false;
+        }
         if (arg.size() < 3 || arg.compare(0, 2, "--") != 0) {
             positional_.push_back(arg);
             continue;
@@ -48,11 +57,15 @@ std::string Options::Get(const std::string& name, const std::string& fallback) c
 
 bool Options::GetInt(const std::string& name, long long min, long long max, long long& out)
 {
+    // Decimal, or hexadecimal after "0x": a leading zero does not make a number octal.
     const std::string text = Get(name);
+    const bool hex = text.size() > 2 && text[0] == '0' && (text[1] == 'x' || text[1] == 'X');
+    const std::string digits = hex ? text.substr(2) : text;
     char* end = nullptr;
     errno = 0;
-    const long long value = std::strtoll(text.c_str(), &end, 0);
-    if (text.empty() || *end || errno == ERANGE || value < min || value > max) {
+    const long long value = std::strtoll(digits.c_str(), &end, hex ? 16 : 10);
+    if (digits.empty() || !std::isxdigit(static_cast<unsigned char>(digits[0])) || *end || errno == ERANGE ||
+        value < min || value > max) {
         error_ = "--" + name + " wants a number from " + std::to_string(min) + " to " + std::to_string(max) +
                  ", not '" + text + "'";
         return false;

@@ -11,13 +11,15 @@ namespace ovcli {
 class Options {
 public:
     // Parses argv[first..]; `valued` names the options that take a value, `flags` those that
-    // do not. False (with Error() set) on an unknown option or a missing value.
+    // do not ("-h" stands for "--help" when "help" is a flag). False (with Error() set) on an
+    // unknown option (long or short) or a missing value.
     bool Parse(int argc, char** argv, int first, const std::set<std::string>& valued,
                const std::set<std::string>& flags);
 
     bool Has(const std::string& name) const { return values_.count(name) != 0; }
     std::string Get(const std::string& name, const std::string& fallback = "") const;
-    // The value as a whole number in [min, max]; false (with Error() set) when it is not one.
+    // The value as a whole number in [min, max], decimal or "0x" hexadecimal ("010" is ten);
+    // false (with Error() set) when it is not one.
     bool GetInt(const std::string& name, long long min, long long max, long long& out);
     const std::vector<std::string>& Positional() const { return positional_; }
     const std::string& Error() const { return error_; }

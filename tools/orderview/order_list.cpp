@@ -2,8 +2,12 @@
 
 #include <algorithm>
 #include <cstdio>
+#include <filesystem>
 
+#include "cli_support.h"
 #include "format/normalize.h"
+#include "options.h"
+#include "platform/narrow_text.h"
 #include "progress.h"
 #include "rows/order_rows.h"
 
@@ -36,6 +40,21 @@ CString ItemText(const CBaseOrderItemGroup::Item* item)
         return g_cszNormalizCstring(text);
     }
     return text;
+}
+
+// Character cells of a text: two for an East Asian wide character, one for any other.
+int Characters(const CString& text)
+{
+    int cells = 0;
+    for (const char16_t unit : orderview::NarrowToUtf16(text.str())) {
+        if (unit >= 0xDC00 && unit <= 0xDFFF) continue;  // the second half of a pair
+        const bool wide = (unit >= 0x1100 && unit <= 0x115F) || (unit >= 0x2E80 && unit <= 0xA4CF) ||
+                          (unit >= 0xAC00 && unit <= 0xD7A3) || (unit >= 0xF900 && unit <= 0xFAFF) ||
+                          (unit >= 0xFE30 && unit <= 0xFE4F) || (unit >= 0xFF00 && unit <= 0xFF60) ||
+                          (unit >= 0xFFE0 && unit <= 0xFFE6) || (unit >= 0xD800 && unit <= 0xDBFF);
+        cells += wide ? 2 : 1;
+    }
+    return cells;
 }
 
 }  // namespace
@@ -79,7 +98,64 @@ std::vector<CString> DefaultColumns(ListKind kind)
     return {};
 }
 
-OrderList::OrderList(orderview::DefaultHost& host, ListKind kind, int mode, std::vector<CString> columns)
+std::vector<CString> KnownColumns(ListKind kind)
+{
+    // The row functions set the same items for every record; a blank one shows them.
+    CBaseOrderItemGroup row;
+    CBaseOrder_DealInfo record;
+    if (kind == ListKind::Deal) g_bAddODOI2OIG_DealRet2FullOrderListCtrl(&row, &record, 0, true, false, true);
+    else if (kind == ListKind::Simple) g_bAddODOI2OIG_SimpleOrderListCtrl(&row, &record, DefaultMode(kind));
+    else g_bAddODOI2OIG_QueryOrderRet2FullOrderListCtrl(&row, &record, DefaultMode(kind), true, false, true);
+    std::vector<CString> keys;
+    for (const auto& call : row.GetSetCalls())
+        if (std::find(keys.begin(), keys.end(), call.Key()) == keys.end()) keys.push_back(call.Key());
+    for (const CString& key : DefaultColumns(kind))
+        if (std::find(keys.begin(), keys.end(), key) == keys.end()) keys.push_back(key);
+    return keys;
+}
+
+int ReadListChoice(const Options& options, const char* command, const char* usage, ListChoice& choice)
+{
+    const std::string kind = options.Get("list", "full");
+    if (!ParseListKind(kind, choice.kind))
+        return UsageError(command, "--list is simple, full or deal, not '" + kind + "'", usage);
+    long long mode = DefaultMode(choice.kind);
+    Options copy = options;
+    if (options.Has("mode") && !copy.GetInt("mode", 0, 0x7fffffff, mode)) return UsageError(command, copy.Error(), usage);
+    choice.mode = static_cast<int>(mode);
+    choice.columns.clear();
+    const std::string text = options.Get("columns");
+    const std::vector<CString> known = KnownColumns(choice.kind);
+    for (std::size_t start = 0; start <= text.size();) {
+        const std::size_t comma = std::min(text.find(',', start), text.size());
+        const CString key(text.substr(start, comma - start));
+        start = comma + 1;
+        if (key.IsEmpty()) continue;
+        if (std::find(known.begin(), known.end(), key) == known.end())
+            return UsageError(command,
+                              "unknown column key '" + key.str() + "' ('orderview columns --list " + kind +
+                                  "' lists them)",
+                              usage);
+        choice.columns.push_back(key);
+    }
+    if (choice.columns.empty()) choice.columns = DefaultColumns(choice.kind);
+    return -1;
+}
+
+std::string OrderList::DayFile(const std::string& mainFolder, ListKind kind)
+{
+    return (std::filesystem::path(mainFolder) / "sys" / (kind == ListKind::Deal ? "deals.csv" : "orders.csv")).string();
+}
+
+std::size_t OrderList::FileSize(const std::string& mainFolder, ListKind kind)
+{
+    std::error_code error;
+    const auto size = std::filesystem::file_size(DayFile(mainFolder, kind), error);
+    return error ? 0 : static_cast<std::size_t>(size);
+}
+
+OrderList::OrderList(orderview::DefaultHost& host, ListKind kind, int mode, std::vector<CString> columns,
+                     Progress* scan)
     : host_(host), kind_(kind), mode_(mode), columns_(std::move(columns)),
       file_(host.s_PathGetSysPath(0) + (kind == ListKind::Deal ? "\\deals.csv" : "\\orders.csv"),
             kind == ListKind::Deal ? "deals.csv" : "orders.csv",
@@ -92,6 +168,7 @@ OrderList::OrderList(orderview::DefaultHost& host, ListKind kind, int mode, std:
     CBaseOrderItemGroup scratch;
     for (;;) {
         const std::uint64_t offset = file_.Tell();
+        if (scan) scan->Step(static_cast<std::size_t>(offset));
         if (!showsAll) scratch.vClear();
         if (!ReadAndFill(scratch, !showsAll)) {
             if (file_.Tell() == offset) break;  // the end of the day
@@ -99,6 +176,7 @@ OrderList::OrderList(orderview::DefaultHost& host, ListKind kind, int mode, std:
         }
         shown_.push_back(offset);
     }
+    if (scan) scan->Clear();
 }
 
 bool OrderList::ReadAndFill(CBaseOrderItemGroup& row, bool fill) const
@@ -117,6 +195,7 @@ bool OrderList::ReadAndFill(CBaseOrderItemGroup& row, bool fill) const
 
 void OrderList::Load(int row) const
 {
+    LibraryWriteGuard::Poll();  // a signal during a write ends the program here
     if (row == cachedRow_) return;
     row_.vClear();
     file_.Seek(shown_[static_cast<size_t>(row)]);
@@ -142,11 +221,12 @@ int OrderList::GetColumnFormat(int column) const
 int OrderList::GetColumnWidth(int column) const
 {
     if (column < 0 || column >= GetColumnCount()) return 0;
-    // About 8 pixels a character of the heading or of the widest of the first rows.
-    int characters = headings_[static_cast<size_t>(column)].GetLength();
+    // As a screen sizes its columns at its 9-point font: about 7 pixels a character (two for a
+    // wide one) of the heading or of the widest of the first rows, and a margin.
+    int characters = Characters(headings_[static_cast<size_t>(column)]);
     for (int row = 0; row < std::min(GetItemCount(), 200); ++row)
-        characters = std::max(characters, GetItemText(row, column).GetLength());
-    return 8 * characters + 24;
+        characters = std::max(characters, Characters(GetItemText(row, column)));
+    return 7 * characters + 12;
 }
 
 CString OrderList::GetItemText(int row, int column) const

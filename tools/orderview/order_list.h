@@ -14,9 +14,21 @@
 
 namespace ovcli {
 
+class Options;
 class Progress;
 
 enum class ListKind { Simple, Full, Deal };
+
+// The list a command shows: --list, --mode and --columns.
+struct ListChoice {
+    ListKind kind = ListKind::Full;
+    int mode = 0;
+    std::vector<CString> columns;
+};
+// Reads --list (default full), --mode (default: every record) and --columns (default: the
+// screen's; each key must be one the list's rows carry). -1 to go on, else the exit status
+// after a usage message.
+int ReadListChoice(const Options& options, const char* command, const char* usage, ListChoice& choice);
 
 bool ParseListKind(const std::string& text, ListKind& kind);
 // A title for printed and exported lists.
@@ -25,13 +37,21 @@ const char* ListTitle(ListKind kind);
 int DefaultMode(ListKind kind);
 // The columns a screen of the list shows by default (item keys).
 std::vector<CString> DefaultColumns(ListKind kind);
+// Every item key the list's row function sets, in the order it sets them.
+std::vector<CString> KnownColumns(ListKind kind);
 
 class OrderList : public CListCtrl {
 public:
     // Finds the shown records; `columns` are item keys, their headings the language texts. The
-    // day's malformed records are in Diagnostics().
-    OrderList(orderview::DefaultHost& host, ListKind kind, int mode, std::vector<CString> columns);
+    // day's malformed records are in Diagnostics(). `scan` (when set) is stepped with the bytes
+    // read of the day's file, and cleared at the end.
+    OrderList(orderview::DefaultHost& host, ListKind kind, int mode, std::vector<CString> columns,
+              Progress* scan = nullptr);
+    // The day's file a list of `kind` reads in `mainFolder`, and its size in bytes (0 when unknown).
+    static std::string DayFile(const std::string& mainFolder, ListKind kind);
+    static std::size_t FileSize(const std::string& mainFolder, ListKind kind);
     const std::vector<CString>& Diagnostics() const { return file_.Diagnostics(); }
+    const std::vector<CString>& Keys() const { return columns_; }
 
     // CListCtrl: headings, right alignment for numbers, rows filled when first read.
     int GetColumnCount() const override { return static_cast<int>(columns_.size()); }

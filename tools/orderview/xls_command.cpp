@@ -3,7 +3,7 @@
 //   orderview xls dump FILE    the sheets and their cells as JSON:
 //                              {"sheets": [{"name": ..., "cells": [[row, col, kind, value], ...]}]}
 //                              kind is "int", "double", "text" (8-bit) or "wtext" (wide)
-//   orderview xls make OUT PLAN  a workbook from a JSON plan of the same shape
+//   orderview xls make OUT PLAN  a workbook from a JSON plan of the same shape (xls_plan.h)
 //   orderview xls resave IN OUT  loads IN and saves it as OUT
 //
 // 8-bit text is shown with each byte as the character of that code (Latin-1).
@@ -12,10 +12,13 @@
 #include <fstream>
 #include <iostream>
 #include <string>
+#include <vector>
 
 #include <nlohmann/json.hpp>
 
+#include "cli_support.h"
 #include "xls/book.h"
+#include "xls_plan.h"
 #include "xls/utf16.h"
 
 namespace {
@@ -29,13 +32,31 @@ std::string Latin1ToUtf8(const char* text, std::size_t length)
     return xls::Utf16ToUtf8(units);
 }
 
+// Loads a workbook; false after a message naming the file and why it could not be read.
+bool Load(xls::Book& book, const char* file)
+{
+    std::string error = ovcli::ReadableProblem(file);
+    if (error.empty() && !book.Load(file)) error = std::string(file) + ": not a workbook this library reads";
+    if (!error.empty()) std::fprintf(stderr, "orderview xls: %s\n", error.c_str());
+    return error.empty();
+}
+
+int Save(xls::Book& book, const char* file)
+{
+    std::string error = ovcli::OutputProblem(file);
+    if (error.empty()) {
+        ovcli::RemoveStaleTemporaries(file);
+        if (!book.SaveAs(file)) error = std::string(file) + ": could not be written";
+    }
+    if (error.empty()) return 0;
+    std::fprintf(stderr, "orderview xls: %s\n", error.c_str());
+    return 1;
+}
+
 int Dump(const char* file)
 {
     xls::Book book;
-    if (!book.Load(file)) {
-        std::fprintf(stderr, "orderview xls: %s: cannot load\n", file);
-        return 1;
-    }
+    if (!Load(book, file)) return 1;
     json out = {{"sheets", json::array()}};
     for (std::size_t s = 0; s < book.GetTotalWorkSheets(); ++s) {
         xls::Sheet* sheet = book.GetWorksheet(s);
@@ -57,64 +78,70 @@ int Dump(const char* file)
         }
         out["sheets"].push_back({{"name", xls::Utf16ToUtf8(xls::ToUtf16(sheet->GetUnicodeSheetName()))}, {"cells", cells}});
     }
-    std::cout << out.dump() << '\n';
-    return 0;
+    std::cout << out.dump(-1, ' ', false, json::error_handler_t::replace) << '\n';
+    return std::cout.flush() ? 0 : 1;
 }
 
 int Make(const char* file, const char* planFile)
 {
-    std::ifstream in(planFile);
-    const json plan = json::parse(in, nullptr, false);
-    if (plan.is_discarded() || !plan.contains("sheets")) return 2;
-    xls::Book book;
-    book.New(1);
-    bool first = true;
-    for (const auto& s : plan["sheets"]) {
-        const std::wstring name = xls::FromUtf16(xls::Utf8ToUtf16(s["name"].get<std::string>()));
-        xls::Sheet* sheet = first ? book.GetWorksheet(std::size_t{0}) : book.AddWorksheet(name.c_str());
-        if (first && sheet) sheet->Rename(name.c_str());
-        first = false;
-        if (!sheet) return 1;
-        for (const auto& c : s["cells"]) {
-            xls::Cell* cell = sheet->Cell(c[0].get<std::size_t>(), c[1].get<std::size_t>());
-            if (!cell) return 1;
-            const std::string kind = c[2].get<std::string>();
-            if (kind == "int") cell->SetInteger(c[3].get<int>());
-            else if (kind == "double") cell->SetDouble(c[3].get<double>());
-            else if (kind == "wtext") cell->SetWString(xls::FromUtf16(xls::Utf8ToUtf16(c[3].get<std::string>())).c_str());
-            else {
-                // 8-bit text: each character is one byte (Latin-1).
-                std::string bytes;
-                for (char16_t unit : xls::Utf8ToUtf16(c[3].get<std::string>())) bytes += static_cast<char>(unit);
-                cell->SetString(bytes.data(), bytes.size());
-            }
-        }
+    std::string text, error;
+    if (!ovcli::ReadWhole(planFile, ovcli::kMaxPlanBytes, text, error)) {
+        std::fprintf(stderr, "orderview xls: %s\n", error.c_str());
+        return error.find("larger than") != std::string::npos ? 2 : 1;
     }
-    return book.SaveAs(file) ? 0 : 1;
+    std::vector<ovcli::PlanSheet> sheets;
+    if (!ovcli::ReadWorkbookPlan(text, sheets, error)) {
+        std::fprintf(stderr, "orderview xls: %s: %s\n", planFile, error.c_str());
+        return 2;
+    }
+    xls::Book book;
+    if (!ovcli::BuildWorkbook(sheets, book, error)) {
+        std::fprintf(stderr, "orderview xls: %s: %s\n", planFile, error.c_str());
+        return 2;
+    }
+    return Save(book, file);
 }
 
 int Resave(const char* from, const char* to)
 {
     xls::Book book;
-    return book.Load(from) && book.SaveAs(to) ? 0 : 1;
+    if (!Load(book, from)) return 1;
+    return Save(book, to);
 }
 
 }  // namespace
 
 namespace ovcli {
 
+namespace {
+
+const char kUsage[] =
+    "usage: orderview xls dump FILE | make OUT PLAN.json | resave IN OUT\n"
+    "\n"
+    "  dump FILE         the sheets and their cells as JSON on standard output:\n"
+    "                    {\"sheets\": [{\"name\": N, \"cells\": [[row, col, kind, value], ...]}]}\n"
+    "                    kind is int, double, text (8-bit, shown as Latin-1) or wtext (wide)\n"
+    "  make OUT PLAN     a workbook from a plan of that shape: row 0-65535, col 0-255, an int a\n"
+    "                    32-bit whole number, a double finite, text characters U+0000-U+00FF;\n"
+    "                    1 to 1024 sheets, a plan file of at most 256 MiB\n"
+    "  resave IN OUT     loads IN and saves it as OUT\n"
+    "\n"
+    "Exit status: 0 done, 1 a file could not be read or written, 2 usage or a bad plan.\n";
+
+}  // namespace
+
 // argv[0] is the subcommand's name, argv[1] the action.
 int XlsCommand(int argc, char** argv)
 {
     const std::string command = argc > 1 ? argv[1] : "";
-    if (command == "--help") {
-        std::printf("usage: orderview xls dump FILE | make OUT PLAN.json | resave IN OUT\n");
+    if (command == "--help" || command == "-h") {
+        std::fputs(kUsage, stdout);
         return 0;
     }
     if (command == "dump" && argc == 3) return Dump(argv[2]);
     if (command == "make" && argc == 4) return Make(argv[2], argv[3]);
     if (command == "resave" && argc == 4) return Resave(argv[2], argv[3]);
-    std::fprintf(stderr, "usage: orderview xls dump FILE | make OUT PLAN.json | resave IN OUT\n");
+    std::fputs(kUsage, stderr);
     return 2;
 }
 
