@@ -49,8 +49,8 @@
 
 #include "export/export_file.h"
 #include "export/list_export.h"
-#include "export/list_print.h"
-#include "export/list_print_layout.h"
+#include "print/list_print.h"
+#include "print/list_print_layout.h"
 
 #include "xls/biff_record.h"
 #include "xls/book.h"

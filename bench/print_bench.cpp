@@ -16,9 +16,9 @@
 #include <unistd.h>
 
 #include "export/list_export.h"
-#include "export/list_print.h"
+#include "print/list_print.h"
 #include "host/default_host.h"
-#include "export/list_print_layout.h"
+#include "print/list_print_layout.h"
 #include "platform/file_system.h"
 #include "platform/list_control.h"
 

@@ -6,8 +6,8 @@
 #include <string>
 #include <vector>
 
-#include "export/list_print.h"
-#include "export/list_print_layout.h"
+#include "print/list_print.h"
+#include "print/list_print_layout.h"
 #include "platform/list_control.h"
 #include "order_data/host_api.h"
 #include "support/export_setup.h"

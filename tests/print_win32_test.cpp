@@ -13,8 +13,8 @@
 #include <string>
 #include <vector>
 
-#include "export/list_print.h"
-#include "export/list_print_layout.h"
+#include "print/list_print.h"
+#include "print/list_print_layout.h"
 #include "platform/list_control.h"
 #include "platform/narrow_text.h"
 #include "platform/print.h"

@@ -9,7 +9,7 @@
 #include <string>
 #include <vector>
 
-#include "export/list_print.h"
+#include "print/list_print.h"
 #include "platform/list_control.h"
 #include "support/fake_platform.h"
 #include "support/print_recorder.h"

@@ -5,6 +5,7 @@
 #   host/       -> order_data/, platform/, host/
 #   xls/        -> xls/, order_data/export.h, and platform/ for its file layer and page blocks only
 #   checks/     -> order_data/, platform/, format/, settings/, checks/
+#   print/      -> order_data/, platform/, format/, export/list_cells.h, print/
 # and that POSIX and Windows headers appear only in platform/native_posix.cpp, native_win32.cpp and
 # native_win32_print.cpp.
 # Prints every include that breaks a rule and fails if there is one.
@@ -24,10 +25,11 @@ rule order_data 'order_data/[a-z0-9_]+\.h'
 rule platform   '(order_data|platform)/[a-z0-9_]+\.h'
 rule host       '(order_data|platform|host)/[a-z0-9_]+\.h'
 rule checks    '(order_data|platform|format|settings|checks)/[a-z0-9_]+\.h'
+rule print      '(order_data|platform|format|print)/[a-z0-9_]+\.h|export/list_cells\.h'
 rule xls        'xls/[a-z0-9_]+\.h|order_data/export\.h|platform/(file_system|page_block)\.h'
 # Operating-system headers only in the native units of the platform folder.
 system=$(grep -n -E '^[[:space:]]*#[[:space:]]*include[[:space:]]*<(unistd|fcntl|dirent|pthread|windows|winbase|commdlg|io|direct|sys/[a-z_]+)\.h>' \
-         order_data/* platform/* host/* format/* rows/* checks/* smart_orders/* settings/* export/* xls/* 2>/dev/null \
+         order_data/* platform/* host/* format/* rows/* checks/* smart_orders/* settings/* export/* print/* xls/* 2>/dev/null \
          | grep -v -E '^platform/native_(posix|win32|win32_print)\.cpp:' || true)
 if [ -n "$system" ]; then
   printf '%s\n' "$system" | sed 's|^|layout: an operating-system header outside platform/native_*.cpp: |'

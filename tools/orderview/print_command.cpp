@@ -5,7 +5,7 @@
 #include "cli_support.h"
 #include "commands.h"
 #include "console_platform.h"
-#include "export/list_print.h"
+#include "print/list_print.h"
 #include "main_folder.h"
 #include "options.h"
 #include "order_list.h"

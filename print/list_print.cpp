@@ -1,4 +1,4 @@
-#include "export/list_print.h"
+#include "print/list_print.h"
 
 #include <algorithm>
 #include <memory>
@@ -6,7 +6,7 @@
 #include <string_view>
 #include <vector>
 
-#include "export/list_print_layout.h"
+#include "print/list_print_layout.h"
 #include "platform/narrow_text.h"
 #include "platform/platform.h"
 

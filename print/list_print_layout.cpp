@@ -1,9 +1,9 @@
-#include "export/list_print_layout.h"
+#include "print/list_print_layout.h"
 
 #include <algorithm>
 #include <cmath>
 
-#include "export/list_totals.h"
+#include "print/list_totals.h"
 
 namespace orderview {
 

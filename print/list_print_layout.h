@@ -41,7 +41,7 @@ struct ListPrintLayout {
     std::vector<std::vector<ListPrintColumn>> groups;   // column groups, one page across each
     std::vector<int> rows;                              // list rows printed, in order
     bool bTotals = false;                               // totals rows follow the last row
-    std::vector<std::vector<CString>> totals;           // totals rows (export/list_totals.h), by list column
+    std::vector<std::vector<CString>> totals;           // totals rows (print/list_totals.h), by list column
 
     int PageCount() const { return iRowBands * static_cast<int>(groups.size()); }
 };

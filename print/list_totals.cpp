@@ -1,4 +1,4 @@
-#include "export/list_totals.h"
+#include "print/list_totals.h"
 
 #include <algorithm>
 #include <string>
