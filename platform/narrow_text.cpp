@@ -72,19 +72,20 @@ std::u16string Utf8ToUtf16(std::string_view text)
     return out;
 }
 
+char32_t NextCodePoint(std::u16string_view text, std::size_t& i, bool keepLone)
+{
+    const char32_t unit = text[i++];
+    if (unit >= 0xD800 && unit <= 0xDBFF && i < text.size() && text[i] >= 0xDC00 && text[i] <= 0xDFFF)
+        return 0x10000 + ((unit - 0xD800) << 10) + (text[i++] - 0xDC00);
+    return !keepLone && unit >= 0xD800 && unit <= 0xDFFF ? 0xFFFD : unit;
+}
+
 std::string Utf16ToUtf8(std::u16string_view text)
 {
     std::string out;
     out.reserve(text.size());
-    for (std::size_t i = 0; i < text.size(); ++i) {
-        char32_t cp = text[i];
-        if (cp >= 0xD800 && cp <= 0xDBFF && i + 1 < text.size() && text[i + 1] >= 0xDC00 && text[i + 1] <= 0xDFFF) {
-            cp = 0x10000 + ((cp - 0xD800) << 10) + (text[i + 1] - 0xDC00);
-            ++i;
-        } else if (cp >= 0xD800 && cp <= 0xDFFF) {
-            out += '?';  // a lone surrogate has no UTF-8 form
-            continue;
-        }
+    for (std::size_t i = 0; i < text.size();) {
+        const char32_t cp = NextCodePoint(text, i);  // a lone surrogate has no UTF-8 form
         if (cp < 0x80) {
             out += static_cast<char>(cp);
         } else if (cp < 0x800) {

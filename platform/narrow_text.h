@@ -15,7 +15,8 @@ namespace orderview {
 // Narrow text as UTF-16. Bytes that are not valid in the code page become U+FFFD, one for each
 // byte that starts no valid character; nothing is dropped.
 ORDERVIEW_API std::u16string NarrowToUtf16(std::string_view narrow);
-// UTF-16 as narrow text; a character the code page cannot hold (and a lone surrogate) becomes '?'.
+// UTF-16 as narrow text; a character the code page cannot hold becomes '?', and a lone surrogate
+// U+FFFD where the code page has it (UTF-8), else '?'.
 ORDERVIEW_API std::string Utf16ToNarrow(std::u16string_view text);
 
 // The length in bytes of the character that starts `text` (0 when `text` is empty). A byte that
@@ -29,8 +30,12 @@ namespace detail {
 // UTF-8, as the narrow code page of every system but Windows: the code point that starts `text`
 // and its length; an invalid, overlong, surrogate or cut-short sequence reads as U+FFFD of length 1.
 char32_t DecodeUtf8(std::string_view text, std::size_t& length);
+// UTF-8 to UTF-16 and back; a lone surrogate becomes U+FFFD.
 std::u16string Utf8ToUtf16(std::string_view text);
 std::string Utf16ToUtf8(std::u16string_view text);
+// The code point at text[i], advancing `i` past it: a surrogate pair joins into one, a lone
+// surrogate reads as U+FFFD, or as itself with `keepLone`.
+char32_t NextCodePoint(std::u16string_view text, std::size_t& i, bool keepLone = false);
 }  // namespace detail
 
 }  // namespace orderview

@@ -27,16 +27,7 @@ template <class Each>
 void ForEachCodePoint(std::string_view narrow, Each each)
 {
     const std::u16string text = NarrowToUtf16(narrow);
-    for (std::size_t i = 0; i < text.size(); ++i) {
-        char32_t cp = text[i];
-        if (cp >= 0xD800 && cp <= 0xDBFF && i + 1 < text.size() && text[i + 1] >= 0xDC00 && text[i + 1] <= 0xDFFF) {
-            cp = 0x10000 + ((cp - 0xD800) << 10) + (text[i + 1] - 0xDC00);
-            ++i;
-        } else if (cp >= 0xD800 && cp <= 0xDFFF) {
-            cp = 0xFFFD;
-        }
-        each(cp);
-    }
+    for (std::size_t i = 0; i < text.size();) each(detail::NextCodePoint(text, i));
 }
 
 // The WinAnsi code of a Unicode character; 0 when WinAnsi lacks it.

@@ -35,12 +35,12 @@ TEST(NarrowText, Utf8ToUtf16ReplacesEachBadByteAndKeepsTheRest)
     for (const auto& c : cases) EXPECT_EQ(NarrowToUtf16(c.narrow), c.wide) << c.name;
 }
 
-TEST(NarrowText, Utf16ToNarrowRoundTripsAndMarksLoneSurrogates)
+TEST(NarrowText, Utf16ToNarrowRoundTripsAndReplacesLoneSurrogates)
 {
     EXPECT_EQ(Utf16ToNarrow(u"陳大文期貨 A"), "陳大文期貨 A");
     EXPECT_EQ(Utf16ToNarrow(u"\U0001F600"), "\xF0\x9F\x98\x80");
-    EXPECT_EQ(Utf16ToNarrow(std::u16string(1, u'\xD800') + u"x"), "?x");
-    EXPECT_EQ(Utf16ToNarrow(u"x" + std::u16string(1, u'\xDC00')), "x?");
+    EXPECT_EQ(Utf16ToNarrow(std::u16string(1, u'\xD800') + u"x"), "\xEF\xBF\xBDx");
+    EXPECT_EQ(Utf16ToNarrow(u"x" + std::u16string(1, u'\xDC00')), "x\xEF\xBF\xBD");
 }
 
 TEST(NarrowText, CharacterLengthsAndCutPointsFallBetweenCharacters)

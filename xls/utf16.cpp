@@ -1,5 +1,7 @@
 #include "xls/utf16.h"
 
+#include "platform/narrow_text.h"
+
 namespace xls {
 
 namespace {
@@ -15,15 +17,6 @@ void AppendCodePoint(std::u16string& out, char32_t cp)
     } else {
         out += static_cast<char16_t>(cp);
     }
-}
-
-// The code point at `i` (advancing it); a lone surrogate stands for itself.
-char32_t NextCodePoint(std::u16string_view text, size_t& i)
-{
-    const char32_t unit = text[i++];
-    if (unit >= 0xD800 && unit <= 0xDBFF && i < text.size() && text[i] >= 0xDC00 && text[i] <= 0xDFFF)
-        return 0x10000 + ((unit - 0xD800) << 10) + (text[i++] - 0xDC00);
-    return unit;
 }
 
 }  // namespace
@@ -44,86 +37,14 @@ std::wstring FromUtf16(std::u16string_view text)
         for (char16_t unit : text) out += static_cast<wchar_t>(unit);
         return out;
     }
-    for (size_t i = 0; i < text.size();) out += static_cast<wchar_t>(NextCodePoint(text, i));
+    // A lone surrogate stands for itself.
+    for (size_t i = 0; i < text.size();) out += static_cast<wchar_t>(orderview::detail::NextCodePoint(text, i, true));
     return out;
 }
 
-std::u16string Utf8ToUtf16(const std::string& text)
-{
-    std::u16string out;
-    out.reserve(text.size());
-    size_t i = 0;
-    while (i < text.size()) {
-        const unsigned char lead = static_cast<unsigned char>(text[i]);
-        int extra = 0;
-        char32_t cp = 0;
-        if (lead < 0x80) {
-            cp = lead;
-        } else if ((lead & 0xE0) == 0xC0) {
-            extra = 1;
-            cp = lead & 0x1F;
-        } else if ((lead & 0xF0) == 0xE0) {
-            extra = 2;
-            cp = lead & 0x0F;
-        } else if ((lead & 0xF8) == 0xF0) {
-            extra = 3;
-            cp = lead & 0x07;
-        } else {
-            out += u'\xFFFD';
-            ++i;
-            continue;
-        }
-        if (extra > 0 && i + static_cast<size_t>(extra) >= text.size()) {  // cut short
-            out += u'\xFFFD';
-            ++i;
-            continue;
-        }
-        bool ok = true;
-        for (int k = 1; k <= extra; ++k) {
-            const unsigned char c = static_cast<unsigned char>(text[i + static_cast<size_t>(k)]);
-            if ((c & 0xC0) != 0x80) {
-                ok = false;
-                break;
-            }
-            cp = (cp << 6) | (c & 0x3F);
-        }
-        const char32_t minimum[] = {0, 0x80, 0x800, 0x10000};
-        if (!ok || cp < minimum[extra] || cp > 0x10FFFF || (cp >= 0xD800 && cp <= 0xDFFF)) {
-            out += u'\xFFFD';
-            ++i;
-            continue;
-        }
-        AppendCodePoint(out, cp);
-        i += static_cast<size_t>(extra) + 1;
-    }
-    return out;
-}
+std::u16string Utf8ToUtf16(const std::string& text) { return orderview::detail::Utf8ToUtf16(text); }
 
-std::string Utf16ToUtf8(const std::u16string& text)
-{
-    std::string out;
-    out.reserve(text.size());
-    for (size_t i = 0; i < text.size();) {
-        char32_t cp = NextCodePoint(text, i);
-        if (cp >= 0xD800 && cp <= 0xDFFF) cp = 0xFFFD;  // a lone surrogate has no UTF-8 form
-        if (cp < 0x80) {
-            out += static_cast<char>(cp);
-        } else if (cp < 0x800) {
-            out += static_cast<char>(0xC0 | (cp >> 6));
-            out += static_cast<char>(0x80 | (cp & 0x3F));
-        } else if (cp < 0x10000) {
-            out += static_cast<char>(0xE0 | (cp >> 12));
-            out += static_cast<char>(0x80 | ((cp >> 6) & 0x3F));
-            out += static_cast<char>(0x80 | (cp & 0x3F));
-        } else {
-            out += static_cast<char>(0xF0 | (cp >> 18));
-            out += static_cast<char>(0x80 | ((cp >> 12) & 0x3F));
-            out += static_cast<char>(0x80 | ((cp >> 6) & 0x3F));
-            out += static_cast<char>(0x80 | (cp & 0x3F));
-        }
-    }
-    return out;
-}
+std::string Utf16ToUtf8(const std::u16string& text) { return orderview::detail::Utf16ToUtf8(text); }
 
 bool EqualIgnoringAsciiCase(const std::u16string& a, const std::u16string& b)
 {
