@@ -126,12 +126,13 @@ def test_failfast(work):
     result = text("cfb", "ls", work)
     check("cfb ls names a folder", result.returncode == 1 and os.strerror(21) in result.stderr, result.stderr)
 
-    # The workbook export names its row limit and the list's count.
+    # A list past a sheet's 65,535 rows goes on in further sheets (their contents are judged by
+    # xlrd in interop.zh_workbook-sheets); the closing line counts every row.
     big = generated(work, 70000)
     count = len(json_lines(text("list", "--main", big, "--format", "json", "--quiet").stdout)) - 1
-    result = text("export", "--main", big, "--format", "xls", "--output", os.path.join(work, "big.xls"), "--quiet")
-    check("a list past a sheet's rows", result.returncode == 1 and "65,535" in result.stderr and
-          "{:,}".format(count) in result.stderr, result.stderr)
+    result = text("export", "--main", big, "--format", "xls", "--output", os.path.join(work, "big.xls"))
+    check("a list past a sheet's rows", result.returncode == 0 and "{:,}".format(count) in result.stderr,
+          result.stderr)
 
 
 def read_csv(data):

@@ -198,9 +198,6 @@ int ExportCommand(int argc, char** argv)
         }
         const Stamp after = StampOf(target);
         if (!ok || !after.exists || after == before) {
-            if (format == "xls" && rows > 65535)
-                return Failure("export", where + ": a workbook sheet holds at most 65,535 rows; the list has " +
-                                             Grouped(rows));
             if (format == "xls" && list.GetColumnCount() > 256)
                 return Failure("export", where + ": a workbook sheet holds at most 256 columns; the list has " +
                                              std::to_string(list.GetColumnCount()));
