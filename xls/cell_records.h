@@ -23,29 +23,16 @@ struct CellAddress {
     std::uint16_t row = 0, col = 0, xf = 0x0F;
 
     // Reads a cell record's row, column and format.
-    static void ReadAddress(biff::Cursor& c, CellAddress& a)
-    {
-        a.row = c.U16();
-        a.col = c.U16();
-        a.xf = c.U16();
-    }
+    static void ReadAddress(biff::Cursor& c, CellAddress& a) { a.row = c.U16(); a.col = c.U16(); a.xf = c.U16(); }
     // Writes a cell record's row, column and format at `p`.
-    void WriteAddress(std::uint8_t* p) const
-    {
-        biff::Put16(p, row);
-        biff::Put16(p + 2, col);
-        biff::Put16(p + 4, xf);
-    }
+    void WriteAddress(std::uint8_t* p) const { biff::Put16(p, row); biff::Put16(p + 2, col); biff::Put16(p + 4, xf); }
 };
 
 // Blank: a cell with a format and no value.
 struct BlankCell : CellAddress {
     enum : std::uint16_t { kCode = kBlank, kDataSize = 6 };
     // Reads a Blank record's data.
-    static void ReadData(biff::Cursor& c, BlankCell& cell)
-    {
-        ReadAddress(c, cell);
-    }
+    static void ReadData(biff::Cursor& c, BlankCell& cell) { ReadAddress(c, cell); }
     // Writes a Blank record's data (kDataSize bytes) at `p`.
     void WriteData(std::uint8_t* p) const { WriteAddress(p); }
 };
@@ -55,19 +42,9 @@ struct BoolErrCell : CellAddress {
     enum : std::uint16_t { kCode = kBoolErr, kDataSize = 8 };
     std::uint8_t value = 0, isError = 0;
     // Reads a BoolErr record's data.
-    static void ReadData(biff::Cursor& c, BoolErrCell& cell)
-    {
-        ReadAddress(c, cell);
-        cell.value = c.U8();
-        cell.isError = c.U8();
-    }
+    static void ReadData(biff::Cursor& c, BoolErrCell& cell) { ReadAddress(c, cell); cell.value = c.U8(); cell.isError = c.U8(); }
     // Writes a BoolErr record's data (kDataSize bytes) at `p`.
-    void WriteData(std::uint8_t* p) const
-    {
-        WriteAddress(p);
-        p[6] = value;
-        p[7] = isError;
-    }
+    void WriteData(std::uint8_t* p) const { WriteAddress(p); p[6] = value; p[7] = isError; }
 };
 
 // LabelSST: a cell holding shared string `index` of the workbook's table.
@@ -75,17 +52,9 @@ struct LabelSSTCell : CellAddress {
     enum : std::uint16_t { kCode = kLabelSST, kDataSize = 10 };
     std::uint32_t index = 0;
     // Reads a LabelSST record's data.
-    static void ReadData(biff::Cursor& c, LabelSSTCell& cell)
-    {
-        ReadAddress(c, cell);
-        cell.index = c.U32();
-    }
+    static void ReadData(biff::Cursor& c, LabelSSTCell& cell) { ReadAddress(c, cell); cell.index = c.U32(); }
     // Writes a LabelSST record's data (kDataSize bytes) at `p`.
-    void WriteData(std::uint8_t* p) const
-    {
-        WriteAddress(p);
-        biff::Put32(p + 6, index);
-    }
+    void WriteData(std::uint8_t* p) const { WriteAddress(p); biff::Put32(p + 6, index); }
 };
 
 // Number: a cell holding a 64-bit floating-point number.
@@ -93,17 +62,9 @@ struct NumberCell : CellAddress {
     enum : std::uint16_t { kCode = kNumber, kDataSize = 14 };
     double value = 0;
     // Reads a Number record's data.
-    static void ReadData(biff::Cursor& c, NumberCell& cell)
-    {
-        ReadAddress(c, cell);
-        cell.value = c.F64();
-    }
+    static void ReadData(biff::Cursor& c, NumberCell& cell) { ReadAddress(c, cell); cell.value = c.F64(); }
     // Writes a Number record's data (kDataSize bytes) at `p`.
-    void WriteData(std::uint8_t* p) const
-    {
-        WriteAddress(p);
-        biff::PutF64(p + 6, value);
-    }
+    void WriteData(std::uint8_t* p) const { WriteAddress(p); biff::PutF64(p + 6, value); }
 };
 
 // RK: a cell holding a number in 30 bits (an integer, or the high bits of a double, either
@@ -112,17 +73,9 @@ struct RKCell : CellAddress {
     enum : std::uint16_t { kCode = kRK, kDataSize = 10 };
     std::uint32_t rk = 0;
     // Reads an RK record's data.
-    static void ReadData(biff::Cursor& c, RKCell& cell)
-    {
-        ReadAddress(c, cell);
-        cell.rk = c.U32();
-    }
+    static void ReadData(biff::Cursor& c, RKCell& cell) { ReadAddress(c, cell); cell.rk = c.U32(); }
     // Writes an RK record's data (kDataSize bytes) at `p`.
-    void WriteData(std::uint8_t* p) const
-    {
-        WriteAddress(p);
-        biff::Put32(p + 6, rk);
-    }
+    void WriteData(std::uint8_t* p) const { WriteAddress(p); biff::Put32(p + 6, rk); }
     // Decodes an RK value: the number it stands for; `integral` when it is a whole number that
     // fits an int32 (then `asInt` holds it).
     static double Decode(std::uint32_t rk, bool& integral, std::int32_t& asInt)

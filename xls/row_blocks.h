@@ -69,6 +69,7 @@ public:
     // Fills the DBCell from the rows and cells: the offset back to the first Row record
     // and the offsets between the rows' first cells.
     void SetDBCellOffsets();
+    // The stream size of the block as it stands.
     std::size_t RecordSize();
     // Writes the block into `stream` of `capacity` bytes; returns the bytes written, or 0
     // when they do not fit.

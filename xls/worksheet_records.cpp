@@ -11,8 +11,10 @@ using biff::ReadFields;
 // Index keeps within one part: the list of an oversized record read from a file is trimmed to
 // what one part holds.
 
-// --- Index ---
+// Makes an empty Index record.
 Worksheet::Index::Index() : Record(kIndex) {}
+
+// Reads an Index record: the used rows, the DefColWidth position and the DBCell positions.
 std::size_t Worksheet::Index::Read(const char* stream)
 {
     return ReadFields(*this, stream, [this](Cursor& c) {
@@ -24,6 +26,8 @@ std::size_t Worksheet::Index::Read(const char* stream)
         while (c.left() >= 4) dbCellPositions.push_back(c.U32());
     });
 }
+
+// Writes an Index record's data.
 void Worksheet::Index::Serialize()
 {
     Builder b = biff::Fields(data, continueIndices);
@@ -35,8 +39,10 @@ void Worksheet::Index::Serialize()
     for (std::size_t i = 0; i < count; ++i) b.U32(dbCellPositions[i]);
 }
 
-// --- Dimensions ---
+// Makes a Dimensions record of an empty sheet.
 Worksheet::Dimensions::Dimensions() : Record(kDimensions) {}
+
+// Reads a Dimensions record: the used range.
 std::size_t Worksheet::Dimensions::Read(const char* stream)
 {
     return ReadFields(*this, stream, [this](Cursor& c) {
@@ -46,6 +52,8 @@ std::size_t Worksheet::Dimensions::Read(const char* stream)
         lastColPlus1 = c.U16();
     });
 }
+
+// Writes a Dimensions record's data.
 void Worksheet::Dimensions::Serialize()
 {
     Builder b = biff::Fields(data, continueIndices);
@@ -56,8 +64,10 @@ void Worksheet::Dimensions::Serialize()
     b.U16(0);
 }
 
-// --- Window2 ---
+// Makes a Window2 record of the default settings.
 Worksheet::Window2::Window2() : Record(kWindow2) {}
+
+// Reads a Window2 record: options, first visible cell, grid colour and zoom.
 std::size_t Worksheet::Window2::Read(const char* stream)
 {
     return ReadFields(*this, stream, [this](Cursor& c) {
@@ -70,6 +80,8 @@ std::size_t Worksheet::Window2::Read(const char* stream)
         zoomNormal = c.U16();
     });
 }
+
+// Writes a Window2 record's data.
 void Worksheet::Window2::Serialize()
 {
     Builder b = biff::Fields(data, continueIndices);
@@ -77,9 +89,10 @@ void Worksheet::Window2::Serialize()
     b.U32(0);
 }
 
-// --- Worksheet ---
+// Makes the records of an empty worksheet.
 Worksheet::Worksheet() { bof.type = kWorksheetSubstream; }
 
+// Returns the stream size of the records before the cell table.
 std::size_t Worksheet::HeadSize()
 {
     std::size_t size = bof.RecordSize() + index.RecordSize() + dimensions.RecordSize();
@@ -87,6 +100,7 @@ std::size_t Worksheet::HeadSize()
     return size;
 }
 
+// Returns the stream size of the records after the cell table.
 std::size_t Worksheet::TailSize()
 {
     std::size_t size = window2.RecordSize() + eof.RecordSize();
@@ -94,8 +108,10 @@ std::size_t Worksheet::TailSize()
     return size;
 }
 
+// Returns the stream size of the whole sheet.
 std::size_t Worksheet::RecordSize() { return HeadSize() + cellTable.RecordSize() + TailSize(); }
 
+// Writes the records before the cell table: BOF, Index, the kept head records, Dimensions.
 std::size_t Worksheet::WriteHead(char* stream, std::size_t capacity)
 {
     biff::Output out(stream, capacity);
@@ -106,6 +122,7 @@ std::size_t Worksheet::WriteHead(char* stream, std::size_t capacity)
     return out.result();
 }
 
+// Writes the records after the cell table: the kept tail records around the Window2, and EOF.
 std::size_t Worksheet::WriteTail(char* stream, std::size_t capacity)
 {
     biff::Output out(stream, capacity);
@@ -116,6 +133,7 @@ std::size_t Worksheet::WriteTail(char* stream, std::size_t capacity)
     return out.result();
 }
 
+// Writes the whole sheet.
 std::size_t Worksheet::Write(char* stream, std::size_t capacity)
 {
     biff::Output out(stream, capacity);
@@ -125,6 +143,7 @@ std::size_t Worksheet::Write(char* stream, std::size_t capacity)
     return out.result();
 }
 
+// Fills the DBCell offsets of the sheet's own row blocks and the Index.
 void Worksheet::AdjustDBCellPositions(std::size_t streamPosition)
 {
     std::vector<BlockSize> blocks;
@@ -135,6 +154,7 @@ void Worksheet::AdjustDBCellPositions(std::size_t streamPosition)
     AdjustDBCellPositions(streamPosition, blocks);
 }
 
+// Fills the Index from the sizes of the row blocks: the DefColWidth and DBCell positions.
 void Worksheet::AdjustDBCellPositions(std::size_t streamPosition, const std::vector<BlockSize>& blocks)
 {
     index.dbCellPositions.assign(blocks.size(), 0);  // the Index's size counts them

@@ -57,9 +57,9 @@ public:
     using CellTable = xls::CellTable;
 
     Worksheet();
-    // Reads a sheet substream until EOF, handing every cell value to `sink` (may be null);
-    // `strings` and `wideStrings` are the workbook's shared strings. Returns the bytes consumed,
-    // 0 when the substream is damaged.
+    // Reads a sheet substream until EOF (the sheet reader, sheet_reader.cpp), handing every cell
+    // value to `sink` (may be null); `strings` and `wideStrings` are the workbook's shared
+    // strings. Returns the bytes consumed, 0 when the substream is damaged.
     std::size_t Read(const char* stream, std::size_t size, CellSink* sink,
                      const StringList* strings = nullptr, const std::vector<bool>* wideStrings = nullptr);
     // The same from position `start` of a workbook stream read through a window (internal).
