@@ -6,8 +6,8 @@
 
 #include "xls/cell_table_writer.h"
 #include "xls/compound_file.h"
-#include "xls/stream_window.h"
 #include "xls/grid_sink.h"
+#include "xls/stream_window.h"
 #include "xls/utf16.h"
 
 namespace xls {
