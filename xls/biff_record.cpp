@@ -197,7 +197,7 @@ std::size_t Record::Write(char* stream, std::size_t capacity)
 
 std::size_t Record::Write(char* stream) { return Write(stream, static_cast<std::size_t>(-1)); }
 
-BOF::BOF() : Record(0x0809) {}
+BOF::BOF() : Record(kBOF) {}
 
 std::size_t BOF::Read(const char* stream)
 {
@@ -223,7 +223,7 @@ void BOF::Serialize()
     b.U32(lowestExcelVersion);
 }
 
-Eof::Eof() : Record(0x000A) {}
+Eof::Eof() : Record(kEOF) {}
 std::size_t Eof::Read(const char* stream) { return Record::Read(stream); }
 void Eof::Serialize() { biff::Fields(data, continueIndices); }
 

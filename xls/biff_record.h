@@ -15,10 +15,10 @@
 
 #include "order_data/export.h"
 #include "xls/little_endian.h"
+#include "xls/record_codes.h"
 
 namespace xls {
 
-constexpr std::uint16_t kContinue = 0x003C;
 constexpr std::size_t kMaxRecordData = 8224;
 
 class ORDERVIEW_API Record {
@@ -67,14 +67,14 @@ private:
     std::size_t available_ = static_cast<std::size_t>(-1);
 };
 
-// Beginning of a substream (workbook globals: type 0x0005; worksheet: 0x0010).
+// Beginning of a substream (its type: kGlobalsSubstream, kWorksheetSubstream, ...).
 class ORDERVIEW_API BOF : public Record {
 public:
     BOF();
     std::size_t Read(const char* stream) override;
 
     std::uint16_t version = 0x0600;
-    std::uint16_t type = 0x0005;
+    std::uint16_t type = kGlobalsSubstream;
     std::uint16_t buildIdentifier = 0x0DBB;
     std::uint16_t buildYear = 0x07CC;
     std::uint32_t fileHistoryFlags = 0;

@@ -6,8 +6,8 @@
 
 #include "xls/cell_table_writer.h"
 #include "xls/compound_file.h"
+#include "xls/grid_sink.h"
 #include "xls/stream_window.h"
-#include "xls/text_holds.h"
 #include "xls/utf16.h"
 
 namespace xls {
@@ -39,151 +39,9 @@ bool ValidName(const std::u16string& name)
     return true;
 }
 
-#if defined(__GNUC__) || defined(__clang__)
-#define NOINLINE __attribute__((noinline))
-#elif defined(_MSC_VER)
-#define NOINLINE __declspec(noinline)
-#else
-#define NOINLINE
-#endif
-
-// Puts the cell values of a sheet substream into a sheet's grid. Shared strings are converted
-// once, the first time a cell uses them, and their cells share that one copy of the text.
-class GridSink : public CellSink {
-public:
-    // `records` is the sheet substream being read into `sheet`.
-    GridSink(Sheet& sheet, const Worksheet& records, std::size_t sharedStrings)
-        : sheet_(sheet), records_(records), shared_(new TextHolds[sharedStrings]), sharedCount_(sharedStrings)
-    {
-    }
-    // The sheet keeps the texts it was lent.
-    ~GridSink()
-    {
-        TextHolds::HandTo(shared_.get(), sharedCount_, sheet_);
-    }
-    GridSink(const GridSink&) = delete;
-    GridSink& operator=(const GridSink&) = delete;
-    // The common cells, a number or a converted shared string into a cell the sheet holds
-    // already with no text to release, are stored without a call.
-    void SharedText(std::uint16_t row, std::uint16_t col, std::uint16_t xf, std::uint32_t index,
-                    std::u16string_view text, bool wide) override
-    {
-        TextHolds& converted = shared_[index];
-        Cell* cell = sheet_.FindCell(row, col);
-        if (!cell || converted.empty() || cell->Type() >= Cell::kString)
-            return NewSharedText(row, col, xf, converted, text, wide);
-        converted.LendTo(*cell, xf);
-    }
-    void Integer(std::uint16_t row, std::uint16_t col, std::uint16_t xf, std::int32_t value) override
-    {
-        Cell* cell = sheet_.FindCell(row, col);
-        if (!cell || cell->Type() >= Cell::kString) return NewInteger(row, col, xf, value);
-        cell->SetFormat(xf);
-        cell->SetInteger(value);
-    }
-    void Double(std::uint16_t row, std::uint16_t col, std::uint16_t xf, double value) override
-    {
-        Cell* cell = sheet_.FindCell(row, col);
-        if (!cell || cell->Type() >= Cell::kString) return NewDouble(row, col, xf, value);
-        cell->SetFormat(xf);
-        cell->SetDouble(value);
-    }
-    // The cell stays, with empty text, and is counted.
-    void MissingText(std::uint16_t row, std::uint16_t col, std::uint16_t xf, std::uint32_t) override
-    {
-        if (Cell* cell = At(row, col, xf)) cell->SetString("", 0);
-        ownsTexts_ = true;
-        ++missing_;
-    }
-    std::size_t missing() const { return missing_; }
-    // Whether a cell was given a text of its own, not one lent to it.
-    bool ownsTexts() const { return ownsTexts_; }
-    void Logical(std::uint16_t row, std::uint16_t col, std::uint16_t xf, std::uint8_t value, bool isError) override
-    {
-        if (Cell* cell = At(row, col, xf)) cell->SetLogical(value, isError);
-    }
-    void Blank(std::uint16_t row, std::uint16_t col, std::uint16_t xf) override { At(row, col, xf); }
-    void Text(std::uint16_t row, std::uint16_t col, std::uint16_t xf, const std::u16string& text, bool wide) override
-    {
-        Cell* cell = At(row, col, xf);
-        if (!cell) return;
-        ownsTexts_ = true;
-        if (wide) {
-            const std::wstring w = FromUtf16(text);
-            cell->SetWString(w.c_str(), w.size());
-        } else {
-            const std::string& narrow = Narrow(text);
-            cell->SetString(narrow.data(), narrow.size());
-        }
-    }
-
-private:
-    // The rare paths of the common cells, kept out of them so that those save no registers: a
-    // new cell (the sheet grows), a cell that holds text already, a string's first use.
-    NOINLINE void NewSharedText(std::uint16_t row, std::uint16_t col, std::uint16_t xf, TextHolds& converted,
-                                std::u16string_view text, bool wide)
-    {
-        Cell* cell = CellAt(row, col);
-        if (!cell) return;
-        if (converted.empty()) {
-            if (wide) {
-                const std::wstring w = FromUtf16(text);
-                converted.SetWString(w.data(), w.size());
-            } else {
-                const std::string& narrow = Narrow(text);
-                converted.SetString(narrow.data(), narrow.size());
-            }
-        }
-        converted.LendTo(*cell, xf);
-    }
-    NOINLINE void NewInteger(std::uint16_t row, std::uint16_t col, std::uint16_t xf, std::int32_t value)
-    {
-        if (Cell* cell = At(row, col, xf)) cell->SetInteger(value);
-    }
-    NOINLINE void NewDouble(std::uint16_t row, std::uint16_t col, std::uint16_t xf, double value)
-    {
-        if (Cell* cell = At(row, col, xf)) cell->SetDouble(value);
-    }
-    Cell* At(std::uint16_t row, std::uint16_t col, std::uint16_t xf)
-    {
-        Cell* cell = CellAt(row, col);
-        if (cell) cell->SetFormat(xf);
-        return cell;
-    }
-    // Text stored 8-bit, each code unit below 256, as bytes (in a buffer reused from cell to cell).
-    const std::string& Narrow(std::u16string_view text)
-    {
-        narrow_.resize(text.size());
-        for (std::size_t i = 0; i < text.size(); ++i) narrow_[i] = static_cast<char>(text[i]);
-        return narrow_;
-    }
-    // Before its first cell, the sheet reserves the used range the file declares (the
-    // Dimensions record comes before the cells).
-    Cell* CellAt(std::uint16_t row, std::uint16_t col)
-    {
-        if (!reserved_) {
-            sheet_.Reserve(records_.dimensions.lastRowPlus1, records_.dimensions.lastColPlus1);
-            reserved_ = true;
-        }
-        return sheet_.Cell(row, col);
-    }
-
-    Sheet& sheet_;
-    const Worksheet& records_;
-    bool reserved_ = false;
-    std::unique_ptr<TextHolds[]> shared_;  // each shared string's text, once a cell used it
-    std::size_t sharedCount_;
-    std::string narrow_;
-    std::size_t missing_ = 0;
-    bool ownsTexts_ = false;
-};
-
 }  // namespace
 
-Book::Book()
-{
-    workbook_.boundSheets.clear();
-}
+Book::Book() { workbook_.boundSheets.clear(); }
 
 Book::Book(const char* filename) : Book() { Load(filename); }
 
@@ -193,15 +51,9 @@ void Book::New(int sheets)
 {
     missingStrings_ = 0;
     workbook_.Reset();
-    worksheets_.assign(1, Worksheet());
+    workbook_.boundSheets.clear();
     sheets_.clear();
-    sheets_.push_back(std::make_unique<Sheet>(this, 0));
-    for (int i = 1; i < sheets; ++i) {
-        for (std::size_t n = sheets_.size() + 1;; ++n) {
-            const std::string name = "Sheet" + std::to_string(n);
-            if (AddWorksheet(name.c_str())) break;
-        }
-    }
+    for (int i = 0; i < std::max(sheets, 1); ++i) AddWorksheet();
 }
 
 bool Book::Load(const wchar_t* filename) { return filename && LoadFile(orderview::FilePath(filename)); }
@@ -261,7 +113,7 @@ bool Book::LoadStream(StreamWindow& stream)
     // The globals are held whole, through the CONTINUE parts of their EOF and the header after.
     for (std::size_t at = 0;;) {
         if (!stream.Hold(at, 4)) return false;  // no EOF
-        const bool eof = biff::U16(stream.At(at)) == 0x000A;
+        const bool eof = biff::U16(stream.At(at)) == kEOF;
         const std::size_t end = stream.HoldRecordChain(at);
         if (end == 0) return false;
         if (eof) {
@@ -272,27 +124,29 @@ bool Book::LoadStream(StreamWindow& stream)
     }
     Workbook workbook;
     if (workbook.Read(reinterpret_cast<const char*>(stream.At(0)), stream.HeldFrom(0)) == 0) return false;
-    std::vector<Worksheet> worksheets(workbook.boundSheets.size());
-    std::vector<std::unique_ptr<Sheet>> sheets;
+    std::vector<SheetEntry> sheets(workbook.boundSheets.size());
     std::size_t missing = 0;
-    for (std::size_t i = 0; i < workbook.boundSheets.size(); ++i) {
-        const std::size_t position = workbook.boundSheets[i].streamPosition;
+    for (std::size_t i = 0; i < sheets.size(); ++i) {
+        SheetEntry& entry = sheets[i];
+        entry.bound = std::move(workbook.boundSheets[i]);
+        const std::size_t position = entry.bound.streamPosition;
         if (position >= stream.size()) return false;
-        sheets.push_back(std::make_unique<Sheet>(this, i));
-        GridSink sink(*sheets.back(), worksheets[i], workbook.sst.strings.size());
+        entry.sheet = std::make_unique<Sheet>(this, i);
+        GridSink sink(*entry.sheet, entry.records, workbook.sst.strings.size());
         // Only worksheets hold cells; the records of chart and macro sheets are kept as they are.
-        const bool worksheet = workbook.boundSheets[i].sheetType == 0;
-        if (worksheets[i].Read(stream, position, worksheet ? &sink : nullptr, &workbook.sst.strings,
+        const bool worksheet = entry.bound.sheetType == 0;
+        if (entry.records.Read(stream, position, worksheet ? &sink : nullptr, &workbook.sst.strings,
                                &workbook.sst.wide) == 0)
             return false;
         missing += sink.missing();
-        sheets.back()->textsLentOnly_ = !sink.ownsTexts();
+        entry.sheet->textsLentOnly_ = !sink.ownsTexts();
     }
     missingStrings_ = missing;
-    // The grids hold the values now: the shared strings are rebuilt when saving.
+    // The grids hold the values now: the shared strings are rebuilt when saving, and the sheets
+    // keep their bound-sheet records.
     workbook.sst = Workbook::SharedStringTable();
+    workbook.boundSheets.clear();
     workbook_ = std::move(workbook);
-    worksheets_ = std::move(worksheets);
     sheets_ = std::move(sheets);
     return true;
 }
@@ -368,19 +222,19 @@ std::size_t Book::PlanSave(SavePlan& plan)
     plan.tables.reserve(sheets_.size());
     std::uint32_t texts = 0;
     for (std::size_t s = 0; s < sheets_.size(); ++s) {
-        Worksheet& ws = worksheets_[s];
-        Workbook::BoundSheet& bound = workbook_.boundSheets[s];
-        if (bound.sheetType == 0) ws.bof.type = 0x0010;
+        Worksheet& ws = sheets_[s].records;
+        Workbook::BoundSheet& bound = sheets_[s].bound;
+        if (bound.sheetType == 0) ws.bof.type = kWorksheetSubstream;
         ws.cellTable.rowBlocks.clear();
         const bool active = s == workbook_.window1.activeSheet;
         ws.window2.options = static_cast<std::uint16_t>(active ? (ws.window2.options | 0x0600) : (ws.window2.options & ~0x0600));
-        plan.tables.emplace_back(sheets_[s]->Rows(), ws.rowFormats);
+        plan.tables.emplace_back(sheets_[s].sheet->Rows(), ws.rowFormats);
         CellTableWriter& table = plan.tables.back();
         texts += static_cast<std::uint32_t>(table.Plan(plan.strings));
         const bool empty = table.Empty();
         if (!empty && bound.sheetType != 0) {  // a chart or macro sheet given cells becomes a worksheet
             bound.sheetType = 0;
-            ws.bof.type = 0x0010;
+            ws.bof.type = kWorksheetSubstream;
         }
         ws.dimensions.firstRow = empty ? 0 : static_cast<std::uint32_t>(table.FirstRow());
         ws.dimensions.lastRowPlus1 = empty ? 0 : static_cast<std::uint32_t>(table.LastRow() + 1);
@@ -390,13 +244,17 @@ std::size_t Book::PlanSave(SavePlan& plan)
         ws.index.lastRowPlus1 = ws.dimensions.lastRowPlus1;
     }
     workbook_.sst.totalStrings = texts;
-    // Stream positions. The ExtSST's size depends on the string count only, so it is laid out first.
+    // Stream positions: the globals' size comes first, so the bound sheets' records are copied
+    // into them and given their positions there. The ExtSST's size depends on the string count
+    // only, so it is laid out first.
+    StageBoundSheets();
     workbook_.AdjustExtSSTPositions(workbook_.SharedStringTableOffset());
     std::size_t position = workbook_.RecordSize();
-    for (std::size_t i = 0; i < worksheets_.size(); ++i) {
-        workbook_.boundSheets[i].streamPosition = static_cast<std::uint32_t>(position);
-        worksheets_[i].AdjustDBCellPositions(position, plan.tables[i].Blocks());
-        position += worksheets_[i].HeadSize() + plan.tables[i].Size() + worksheets_[i].TailSize();
+    for (std::size_t i = 0; i < sheets_.size(); ++i) {
+        Worksheet& ws = sheets_[i].records;
+        workbook_.boundSheets[i].streamPosition = sheets_[i].bound.streamPosition = static_cast<std::uint32_t>(position);
+        ws.AdjustDBCellPositions(position, plan.tables[i].Blocks());
+        position += ws.HeadSize() + plan.tables[i].Size() + ws.TailSize();
     }
     return position;
 }
@@ -411,8 +269,8 @@ bool Book::WriteStream(SavePlan& plan, const std::function<bool(const void*, std
         return write(bytes.data(), size) == size && put(bytes.data(), size);
     };
     bool ok = part(workbook_.RecordSize(), [&](char* p, std::size_t n) { return workbook_.Write(p, n); });
-    for (std::size_t i = 0; ok && i < worksheets_.size(); ++i) {
-        Worksheet& ws = worksheets_[i];
+    for (std::size_t i = 0; ok && i < sheets_.size(); ++i) {
+        Worksheet& ws = sheets_[i].records;
         ok = part(ws.HeadSize(), [&](char* p, std::size_t n) { return ws.WriteHead(p, n); }) &&
              plan.tables[i].Write(put) &&
              part(ws.TailSize(), [&](char* p, std::size_t n) { return ws.WriteTail(p, n); });
@@ -420,25 +278,37 @@ bool Book::WriteStream(SavePlan& plan, const std::function<bool(const void*, std
     return ok;
 }
 
-Sheet* Book::GetWorksheet(std::size_t index) { return index < sheets_.size() ? sheets_[index].get() : nullptr; }
+void Book::StageBoundSheets()
+{
+    workbook_.boundSheets.clear();
+    for (const SheetEntry& entry : sheets_) workbook_.boundSheets.push_back(entry.bound);
+}
+
+Workbook& Book::GetWorkbook()
+{
+    StageBoundSheets();
+    return workbook_;
+}
+
+Sheet* Book::GetWorksheet(std::size_t index) { return index < sheets_.size() ? sheets_[index].sheet.get() : nullptr; }
 
 int Book::FindSheet(const std::u16string& name) const
 {
-    for (std::size_t i = 0; i < workbook_.boundSheets.size(); ++i)
-        if (EqualIgnoringAsciiCase(workbook_.boundSheets[i].name, name)) return static_cast<int>(i);
+    for (std::size_t i = 0; i < sheets_.size(); ++i)
+        if (EqualIgnoringAsciiCase(sheets_[i].bound.name, name)) return static_cast<int>(i);
     return -1;
 }
 
 Sheet* Book::GetWorksheet(const char* name)
 {
     const int i = FindSheet(FromNarrow(name));
-    return i < 0 ? nullptr : sheets_[static_cast<std::size_t>(i)].get();
+    return i < 0 ? nullptr : sheets_[static_cast<std::size_t>(i)].sheet.get();
 }
 
 Sheet* Book::GetWorksheet(const wchar_t* name)
 {
     const int i = FindSheet(FromWide(name));
-    return i < 0 ? nullptr : sheets_[static_cast<std::size_t>(i)].get();
+    return i < 0 ? nullptr : sheets_[static_cast<std::size_t>(i)].sheet.get();
 }
 
 Sheet* Book::AddSheet(const std::u16string& name, int index)
@@ -446,13 +316,12 @@ Sheet* Book::AddSheet(const std::u16string& name, int index)
     if (!ValidName(name) || FindSheet(name) >= 0) return nullptr;
     const std::size_t at = (index < 0 || static_cast<std::size_t>(index) > sheets_.size()) ? sheets_.size()
                                                                                          : static_cast<std::size_t>(index);
-    Workbook::BoundSheet bound;
-    bound.name = name;
-    workbook_.boundSheets.insert(workbook_.boundSheets.begin() + static_cast<std::ptrdiff_t>(at), bound);
-    worksheets_.insert(worksheets_.begin() + static_cast<std::ptrdiff_t>(at), Worksheet());
-    sheets_.insert(sheets_.begin() + static_cast<std::ptrdiff_t>(at), std::make_unique<Sheet>(this, at));
-    for (std::size_t i = at; i < sheets_.size(); ++i) sheets_[i]->SetIndex(i);
-    return sheets_[at].get();
+    SheetEntry entry;
+    entry.bound.name = name;
+    entry.sheet = std::make_unique<Sheet>(this, at);
+    sheets_.insert(sheets_.begin() + static_cast<std::ptrdiff_t>(at), std::move(entry));
+    for (std::size_t i = at; i < sheets_.size(); ++i) sheets_[i].sheet->SetIndex(i);
+    return sheets_[at].sheet.get();
 }
 
 Sheet* Book::AddWorksheet(int index)
@@ -469,10 +338,8 @@ Sheet* Book::AddWorksheet(const wchar_t* name, int index) { return AddSheet(From
 bool Book::Delete(std::size_t index)
 {
     if (index >= sheets_.size()) return false;
-    workbook_.boundSheets.erase(workbook_.boundSheets.begin() + static_cast<std::ptrdiff_t>(index));
-    worksheets_.erase(worksheets_.begin() + static_cast<std::ptrdiff_t>(index));
     sheets_.erase(sheets_.begin() + static_cast<std::ptrdiff_t>(index));
-    for (std::size_t i = index; i < sheets_.size(); ++i) sheets_[i]->SetIndex(i);
+    for (std::size_t i = index; i < sheets_.size(); ++i) sheets_[i].sheet->SetIndex(i);
     return true;
 }
 
@@ -492,15 +359,15 @@ bool Book::DeleteWorksheet(const wchar_t* name)
 
 const char* Book::GetAnsiSheetName(std::size_t index)
 {
-    if (index >= workbook_.boundSheets.size()) return nullptr;
-    ansiName_ = ToAnsi(workbook_.boundSheets[index].name);
+    if (index >= sheets_.size()) return nullptr;
+    ansiName_ = ToAnsi(sheets_[index].bound.name);
     return ansiName_.c_str();
 }
 
 const wchar_t* Book::GetUnicodeSheetName(std::size_t index)
 {
-    if (index >= workbook_.boundSheets.size()) return nullptr;
-    wideName_ = FromUtf16(workbook_.boundSheets[index].name);
+    if (index >= sheets_.size()) return nullptr;
+    wideName_ = FromUtf16(sheets_[index].bound.name);
     return wideName_.c_str();
 }
 
@@ -525,7 +392,7 @@ bool Book::Rename(std::size_t index, const std::u16string& name)
     if (index >= sheets_.size() || !ValidName(name)) return false;
     const int other = FindSheet(name);
     if (other >= 0 && static_cast<std::size_t>(other) != index) return false;
-    workbook_.boundSheets[index].name = name;
+    sheets_[index].bound.name = name;
     return true;
 }
 

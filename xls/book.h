@@ -72,10 +72,20 @@ public:
     // with empty text. Non-zero means a damaged file.
     std::size_t GetMissingStringCount() const { return missingStrings_; }
 
-    // The record sets behind the sheets (rebuilt from the grids on Save).
-    Workbook& GetWorkbook() { return workbook_; }
+    // The workbook globals behind the sheets, with a copy of each sheet's bound-sheet record
+    // (the records are rebuilt from the grids on Save).
+    Workbook& GetWorkbook();
 
 private:
+    // One sheet of the book: its record in the workbook globals, its substream's records and
+    // its grid.
+    struct SheetEntry {
+        Workbook::BoundSheet bound;
+        Worksheet records;
+        std::unique_ptr<Sheet> sheet;
+    };
+    // Copies the sheets' bound-sheet records into the globals, which write them.
+    void StageBoundSheets();
     Sheet* AddSheet(const std::u16string& name, int index);
     int FindSheet(const std::u16string& name) const;
     bool Rename(std::size_t index, const std::u16string& name);
@@ -98,9 +108,8 @@ private:
     bool SaveFile(const orderview::FilePath& path);
 
     orderview::FilePath path_;  // the container the workbook belongs to; empty before Load or SaveAs
-    Workbook workbook_;
-    std::vector<Worksheet> worksheets_;
-    std::vector<std::unique_ptr<Sheet>> sheets_;
+    Workbook workbook_;  // its bound sheets are a copy of the sheets' own, made when needed
+    std::vector<SheetEntry> sheets_;
     std::size_t missingStrings_ = 0;
     std::string ansiName_;
     std::wstring wideName_;

@@ -6,9 +6,6 @@ namespace xls {
 
 namespace {
 
-using RowBlock = Worksheet::CellTable::RowBlock;
-using CellBlock = RowBlock::CellBlock;
-
 constexpr std::size_t kRowsPerBlock = 32;
 constexpr std::size_t kRecordHeader = 4;
 
@@ -29,14 +26,14 @@ std::size_t PutCell(const Cell& cell, std::uint16_t row, std::uint16_t col, std:
         if (cell.IsBoolean() || cell.IsError()) {
             if (out)
                 CellBlock::BoolErr::Append(*out, row, col, xf, static_cast<std::uint8_t>(cell.GetInteger()),
-                                           cell.IsError() ? 1 : 0);
+                                           static_cast<std::uint8_t>(cell.IsError() ? 1 : 0));
             return kRecordHeader + CellBlock::BoolErr::kDataSize;
         }
         if (CellBlock::RK::EncodeInteger(cell.GetInteger(), rk)) {
             if (out) CellBlock::RK::Append(*out, row, col, xf, rk);
             return kRecordHeader + CellBlock::RK::kDataSize;
         }
-        if (out) CellBlock::Number::Append(*out, row, col, xf, cell.GetInteger());
+        if (out) CellBlock::Number::Append(*out, row, col, xf, static_cast<double>(cell.GetInteger()));
         return kRecordHeader + CellBlock::Number::kDataSize;
     case Cell::kDouble:
         if (out) CellBlock::Number::Append(*out, row, col, xf, cell.GetDouble());

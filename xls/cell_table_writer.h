@@ -17,7 +17,7 @@ namespace xls {
 
 class CellTableWriter {
 public:
-    using RowRecord = Worksheet::CellTable::RowBlock::Row;
+    using RowRecord = RowBlock::Row;
     using Put = std::function<bool(const void*, std::size_t)>;
 
     // Rows come from the grid (those with cells) and from `formats` (rows read with a Row

@@ -18,7 +18,7 @@ using biff::ReadFields;
 // 255 characters), so an oversized record read from a file is written back legal.
 
 // --- Window1 ---
-Workbook::Window1::Window1() : Record(0x003D) {}
+Workbook::Window1::Window1() : Record(kWindow1) {}
 
 std::size_t Workbook::Window1::Read(const char* stream)
 {
@@ -43,7 +43,7 @@ void Workbook::Window1::Serialize()
 }
 
 // --- Font ---
-Workbook::Font::Font() : Record(0x0031) {}
+Workbook::Font::Font() : Record(kFont) {}
 
 std::size_t Workbook::Font::Read(const char* stream)
 {
@@ -76,7 +76,7 @@ void Workbook::Font::Serialize()
 }
 
 // --- XF ---
-Workbook::XF::XF() : Record(0x00E0) {}
+Workbook::XF::XF() : Record(kXF) {}
 
 std::size_t Workbook::XF::Read(const char* stream)
 {
@@ -97,7 +97,7 @@ void Workbook::XF::Serialize()
 }
 
 // --- Style ---
-Workbook::Style::Style() : Record(0x0293) {}
+Workbook::Style::Style() : Record(kStyle) {}
 
 std::size_t Workbook::Style::Read(const char* stream)
 {
@@ -132,7 +132,7 @@ void Workbook::Style::Serialize()
 }
 
 // --- BoundSheet ---
-Workbook::BoundSheet::BoundSheet() : Record(0x0085) {}
+Workbook::BoundSheet::BoundSheet() : Record(kBoundSheet) {}
 
 std::size_t Workbook::BoundSheet::Read(const char* stream)
 {
@@ -160,7 +160,7 @@ void Workbook::BoundSheet::Serialize()
 }
 
 // --- SharedStringTable ---
-Workbook::SharedStringTable::SharedStringTable() : Record(0x00FC) {}
+Workbook::SharedStringTable::SharedStringTable() : Record(kSST) {}
 
 std::size_t Workbook::SharedStringTable::Read(const char* stream)
 {
@@ -236,7 +236,7 @@ void Workbook::SharedStringTable::Serialize()
 }
 
 // --- ExtSST ---
-Workbook::ExtSST::ExtSST() : Record(0x00FF) {}
+Workbook::ExtSST::ExtSST() : Record(kExtSST) {}
 
 void Workbook::ExtSST::Serialize()
 {
@@ -257,7 +257,7 @@ Workbook::Workbook() { Reset(); }
 void Workbook::Reset()
 {
     bof = BOF();
-    bof.type = 0x0005;
+    bof.type = kGlobalsSubstream;
     window1 = Window1();
     fonts.assign(4, Font());
     // The default formats: 15 style formats, the cell format, and the formats of the five
@@ -265,10 +265,10 @@ void Workbook::Reset()
     static const std::uint8_t kStyle0[16] = {0xF5, 0xFF, 0x20, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0xC0, 0x20};
     static const std::uint8_t kStyleN[16] = {0xF5, 0xFF, 0x20, 0, 0, 0xF4, 0, 0, 0, 0, 0, 0, 0, 0, 0xC0, 0x20};
     static const std::uint8_t kCell[16] = {0x01, 0x00, 0x20, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0xC0, 0x20};
-    static const std::uint8_t kNumber[16] = {0xF5, 0xFF, 0x20, 0, 0, 0xF8, 0, 0, 0, 0, 0, 0, 0, 0, 0xC0, 0x20};
+    static const std::uint8_t kNumberStyle[16] = {0xF5, 0xFF, 0x20, 0, 0, 0xF8, 0, 0, 0, 0, 0, 0, 0, 0, 0xC0, 0x20};
     xfs.assign(21, XF());
     for (std::size_t i = 0; i < xfs.size(); ++i) {
-        const std::uint8_t* attributes = i == 0 ? kStyle0 : i < 15 ? kStyleN : i == 15 ? kCell : kNumber;
+        const std::uint8_t* attributes = i == 0 ? kStyle0 : i < 15 ? kStyleN : i == 15 ? kCell : kNumberStyle;
         std::memcpy(xfs[i].attributes, attributes, 16);
         xfs[i].fontIndex = (i == 1 || i == 2) ? 1 : (i == 3 || i == 4) ? 2 : i >= 16 ? 1 : 0;
     }
@@ -309,15 +309,15 @@ std::size_t Workbook::Read(const char* stream, std::size_t size)
         Record scratch;
         Group group = Group::Other;
         switch (code) {
-        case 0x0809: target = &bof; break;
-        case 0x003D: target = &window1; group = Group::Window1; break;
-        case 0x0031: fonts.emplace_back(); target = &fonts.back(); group = Group::Fonts; break;
-        case 0x00E0: xfs.emplace_back(); target = &xfs.back(); group = Group::XFs; break;
-        case 0x0293: styles.emplace_back(); target = &styles.back(); group = Group::Styles; break;
-        case 0x0085: boundSheets.emplace_back(); target = &boundSheets.back(); group = Group::BoundSheets; break;
-        case 0x00FC: target = &sst; group = Group::SST; break;
-        case 0x00FF: target = &scratch; group = Group::ExtSST; break;  // rebuilt on write
-        case 0x000A: target = &eof; break;
+        case kBOF: target = &bof; break;
+        case kWindow1: target = &window1; group = Group::Window1; break;
+        case kFont: fonts.emplace_back(); target = &fonts.back(); group = Group::Fonts; break;
+        case kXF: xfs.emplace_back(); target = &xfs.back(); group = Group::XFs; break;
+        case kStyle: styles.emplace_back(); target = &styles.back(); group = Group::Styles; break;
+        case kBoundSheet: boundSheets.emplace_back(); target = &boundSheets.back(); group = Group::BoundSheets; break;
+        case kSST: target = &sst; group = Group::SST; break;
+        case kExtSST: target = &scratch; group = Group::ExtSST; break;  // rebuilt on write
+        case kEOF: target = &eof; break;
         case kContinue: target = &scratch; break;  // a stray part: dropped
         default:  // not understood: kept as it is, in its place
             others.emplace_back();
@@ -325,7 +325,7 @@ std::size_t Workbook::Read(const char* stream, std::size_t size)
             layout.push_back({Group::Other, others.size() - 1});
             break;
         }
-        if (first && code != 0x0809) return 0;  // the globals start with a BOF
+        if (first && code != kBOF) return 0;  // the globals start with a BOF
         first = false;
         if (group != Group::Other && !seen[static_cast<int>(group)]) {
             seen[static_cast<int>(group)] = true;
@@ -334,7 +334,7 @@ std::size_t Workbook::Read(const char* stream, std::size_t size)
         const std::size_t consumed = target->ReadFrom(stream + at, size - at);
         if (consumed == 0) return 0;
         at += consumed;
-        if (code == 0x000A) return at;
+        if (code == kEOF) return at;
     }
     return 0;  // no EOF
 }
