@@ -92,7 +92,7 @@ def main():
         env = dict(os.environ)
         env.pop("ORDERVIEW_PRINT_FONT", None)
         with_font = os.path.join(work, "font.pdf")
-        printed = run([program, "print", "--main", main_folder, "--title", TITLE, "--output", with_font], env)
+        printed = run([program, "print", "--main", main_folder, "--title", TITLE, "--quiet", "--output", with_font], env)
         if printed.returncode != 0 or printed.stderr:
             errors.append("print: exit %d, stderr %r" % (printed.returncode, printed.stderr.decode(errors="replace")))
         not_font = os.path.join(work, "not-a-font.ttf")
@@ -100,7 +100,7 @@ def main():
             f.write("not a font\n")
         env["ORDERVIEW_PRINT_FONT"] = not_font
         without = os.path.join(work, "none.pdf")
-        bare = run([program, "print", "--main", main_folder, "--title", TITLE, "--output", without], env)
+        bare = run([program, "print", "--main", main_folder, "--title", TITLE, "--quiet", "--output", without], env)
         warnings = bare.stderr.decode(errors="replace").splitlines()
         if bare.returncode != 0 or len(warnings) != 1 or "ORDERVIEW_PRINT_FONT" not in warnings[0]:
             errors.append("print without a font: exit %d, stderr %r" % (bare.returncode, warnings))
