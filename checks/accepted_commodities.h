@@ -2,7 +2,7 @@
 #pragma once
 
 #include "order_data/cstring.h"
-#include "order_data/export.h"
+#include "order_data/visibility.h"
 #include "order_data/records.h"
 
 // True when `comId` is in the host's accepted foreign futures list (OrderBK_GetForeignAccptCom);

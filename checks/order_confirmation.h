@@ -2,7 +2,7 @@
 #pragma once
 
 #include "order_data/cstring.h"
-#include "order_data/export.h"
+#include "order_data/visibility.h"
 #include "order_data/records.h"
 
 // One "label: value" line per item, lines separated by CR LF, labels the language texts of the

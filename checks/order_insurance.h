@@ -27,7 +27,7 @@
 #pragma once
 
 #include "order_data/cstring.h"
-#include "order_data/export.h"
+#include "order_data/visibility.h"
 #include "order_data/records.h"
 
 // True when the order passes every rule; `message` is then left untouched. Otherwise false with

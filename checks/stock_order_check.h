@@ -16,7 +16,7 @@
 #include <cstdint>
 
 #include "order_data/cstring.h"
-#include "order_data/export.h"
+#include "order_data/visibility.h"
 #include "order_data/records.h"
 
 // Item 125 (last price) when above 0; else, for service id 6, that value itself; else item 129.

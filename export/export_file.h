@@ -8,7 +8,7 @@
 #include <memory>
 
 #include "order_data/cstring.h"
-#include "order_data/export.h"
+#include "order_data/visibility.h"
 
 namespace orderview {
 

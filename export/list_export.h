@@ -7,7 +7,7 @@
 #pragma once
 
 #include "order_data/cstring.h"
-#include "order_data/export.h"
+#include "order_data/visibility.h"
 #include "order_data/records.h"
 #include "platform/list_control.h"
 

@@ -5,7 +5,7 @@
 #pragma once
 
 #include "order_data/cstring.h"
-#include "order_data/export.h"
+#include "order_data/visibility.h"
 #include "order_data/records.h"
 
 ORDERVIEW_API CString g_cszDisplayHoursType(unsigned long code);

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "order_data/cstring.h"
-#include "order_data/export.h"
+#include "order_data/visibility.h"
 #include "order_data/records.h"
 
 // A stock's name from the host's symbol information (bGetSymbolName); the symbol id itself

@@ -4,7 +4,7 @@
 // relative to the larger magnitude in the two "definitely" tests.
 #pragma once
 
-#include "order_data/export.h"
+#include "order_data/visibility.h"
 #include "order_data/x1format.h"
 
 enum ValuesCompareResult { ValuesLess = 0, ValuesEqual = 1, ValuesGreater = 2 };

@@ -4,7 +4,7 @@
 #pragma once
 
 #include "order_data/cstring.h"
-#include "order_data/export.h"
+#include "order_data/visibility.h"
 
 // Short form "yyyymm" ("203506" for M5 in 2026); long form (longForm exactly 1) "yymm" and the
 // code's last two characters ("2606AB" for M6AB). A symbol of 3 characters or fewer gives

@@ -7,7 +7,7 @@
 #pragma once
 
 #include "order_data/cstring.h"
-#include "order_data/export.h"
+#include "order_data/visibility.h"
 
 // "%.8f" with trailing zeros and point cut; exactly 0.0 gives "0".
 ORDERVIEW_API const CString& g_cszNormalizDouble(const double& value);

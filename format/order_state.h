@@ -3,7 +3,7 @@
 #pragma once
 
 #include "order_data/cstring.h"
-#include "order_data/export.h"
+#include "order_data/visibility.h"
 #include "order_data/records.h"
 
 // Also writes the order's byStateShown flag: 1 when the text came from the order-success or

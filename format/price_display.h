@@ -8,7 +8,7 @@
 #pragma once
 
 #include "order_data/cstring.h"
-#include "order_data/export.h"
+#include "order_data/visibility.h"
 #include "order_data/records.h"
 
 ORDERVIEW_API CString g_cszDisplayPrice(const double& a, const double& b, const double& c, const CString& comId);

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "order_data/cstring.h"
-#include "order_data/export.h"
+#include "order_data/visibility.h"
 #include "order_data/x1format.h"
 
 // The value of quote item `itemNo` of `symbolId` in service `serviceId`, as the host's quote

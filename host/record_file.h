@@ -13,7 +13,7 @@
 #include <vector>
 
 #include "order_data/cstring.h"
-#include "order_data/export.h"
+#include "order_data/visibility.h"
 #include "order_data/records.h"
 #include "platform/file_system.h"
 

@@ -10,7 +10,7 @@
 #include <functional>
 #include <string>
 
-#include "order_data/export.h"
+#include "order_data/visibility.h"
 
 #if defined(__MINGW32__)
 // Format uses the C99 formatter that MinGW's C++ runtime selects, not the system's older one.

@@ -11,7 +11,7 @@
 #include <vector>
 
 #include "order_data/cstring.h"
-#include "order_data/export.h"
+#include "order_data/visibility.h"
 #include "order_data/records.h"
 #include "order_data/x1format.h"
 

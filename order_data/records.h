@@ -13,7 +13,7 @@
 #include <vector>
 
 #include "order_data/cstring.h"
-#include "order_data/export.h"
+#include "order_data/visibility.h"
 
 // The commodity of an order or deal.
 class ORDERVIEW_API CBaseOrder_Commodity {

@@ -9,7 +9,7 @@
 #include <vector>
 
 #include "order_data/cstring.h"
-#include "order_data/export.h"
+#include "order_data/visibility.h"
 
 namespace orderview {
 

@@ -7,7 +7,7 @@
 #include <vector>
 
 #include "order_data/cstring.h"
-#include "order_data/export.h"
+#include "order_data/visibility.h"
 
 class ORDERVIEW_API CListCtrl {
 public:

@@ -14,7 +14,7 @@
 #pragma once
 
 #include "order_data/cstring.h"
-#include "order_data/export.h"
+#include "order_data/visibility.h"
 #include "platform/list_control.h"
 
 // The list as it is: headings underlined, no grid.

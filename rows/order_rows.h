@@ -4,7 +4,7 @@
 // A null row or record returns false and touches nothing.
 #pragma once
 
-#include "order_data/export.h"
+#include "order_data/visibility.h"
 #include "order_data/records.h"
 
 // The compact order list. Only the low byte of `listMode` counts: 255 shows every order;

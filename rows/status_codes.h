@@ -5,7 +5,7 @@
 #include <cstdint>
 
 #include "order_data/cstring.h"
-#include "order_data/export.h"
+#include "order_data/visibility.h"
 #include "order_data/records.h"
 
 // 1 for an accepted status ("0000", "9997", "9996"), 0 for a gateway time-out ("C010", "C019"),

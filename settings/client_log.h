@@ -3,7 +3,7 @@
 #pragma once
 
 #include "order_data/cstring.h"
-#include "order_data/export.h"
+#include "order_data/visibility.h"
 
 // Hands a line feed, the text and a line feed to the front end's debug log; always true.
 ORDERVIEW_API bool g_ClientbWriteLog(CString& text);

@@ -3,7 +3,7 @@
 #pragma once
 
 #include "order_data/cstring.h"
-#include "order_data/export.h"
+#include "order_data/visibility.h"
 #include "order_data/records.h"
 
 // Writes the account's error order file. Kind 50 (foreign futures) writes the failed foreign

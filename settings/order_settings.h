@@ -7,7 +7,7 @@
 #include <vector>
 
 #include "order_data/cstring.h"
-#include "order_data/export.h"
+#include "order_data/visibility.h"
 
 // s_PathGetSysPath(0) followed by "\OrderCfg.ini".
 ORDERVIEW_API CString g_vGetOrderCfgFileName();

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "order_data/cstring.h"
-#include "order_data/export.h"
+#include "order_data/visibility.h"
 
 ORDERVIEW_API void g_vSetHaveMKTOrder(unsigned char& syncType, bool bHave);
 ORDERVIEW_API bool g_bGetHaveMKTOrder(unsigned char& syncType);

@@ -8,7 +8,7 @@
 #include <vector>
 
 #include "order_data/cstring.h"
-#include "order_data/export.h"
+#include "order_data/visibility.h"
 
 // One leg of an OCO group.
 struct ORDERVIEW_API STRUCT_FLASH_OCO_DATA {

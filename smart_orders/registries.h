@@ -1,7 +1,7 @@
 // Process-wide smart-order registries: reset for tests and tools.
 #pragma once
 
-#include "order_data/export.h"
+#include "order_data/visibility.h"
 
 namespace orderview {
 

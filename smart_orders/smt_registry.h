@@ -7,7 +7,7 @@
 #include <vector>
 
 #include "order_data/cstring.h"
-#include "order_data/export.h"
+#include "order_data/visibility.h"
 #include "order_data/records.h"
 
 // One priced entry of a sync type; its composite key is "strKey1_strKey2".

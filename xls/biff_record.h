@@ -13,7 +13,7 @@
 #include <string_view>
 #include <vector>
 
-#include "order_data/export.h"
+#include "order_data/visibility.h"
 #include "xls/little_endian.h"
 #include "xls/record_codes.h"
 

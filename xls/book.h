@@ -9,7 +9,7 @@
 #include <string>
 #include <vector>
 
-#include "order_data/export.h"
+#include "order_data/visibility.h"
 #include "platform/file_system.h"
 #include "xls/sheet.h"
 #include "xls/workbook_records.h"

@@ -11,7 +11,7 @@
 #include <cstdint>
 #include <string>
 
-#include "order_data/export.h"
+#include "order_data/visibility.h"
 
 namespace xls {
 

@@ -9,7 +9,7 @@
 #include <new>
 #include <vector>
 
-#include "order_data/export.h"
+#include "order_data/visibility.h"
 
 namespace xls {
 

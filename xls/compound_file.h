@@ -12,7 +12,7 @@
 #include <string>
 #include <vector>
 
-#include "order_data/export.h"
+#include "order_data/visibility.h"
 #include "platform/file_system.h"
 
 namespace xls {

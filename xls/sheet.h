@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-#include "order_data/export.h"
+#include "order_data/visibility.h"
 #include "xls/cell.h"
 #include "xls/cell_arena.h"
 

@@ -7,7 +7,7 @@
 #include <string>
 #include <string_view>
 
-#include "order_data/export.h"
+#include "order_data/visibility.h"
 
 namespace xls {
 

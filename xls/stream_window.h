@@ -7,7 +7,7 @@
 #include <cstdint>
 #include <vector>
 
-#include "order_data/export.h"
+#include "order_data/visibility.h"
 #include "platform/file_system.h"
 
 namespace xls {

@@ -3,7 +3,7 @@
 #   order_data/ -> order_data/ only
 #   platform/   -> order_data/, platform/
 #   host/       -> order_data/, platform/, host/
-#   xls/        -> xls/, order_data/export.h, and platform/ for its file layer, page blocks and text
+#   xls/        -> xls/, order_data/visibility.h, and platform/ for its file layer, page blocks and text
 #                  conversions only
 #   checks/     -> order_data/, platform/, format/, settings/, checks/
 #   print/      -> order_data/, platform/, format/, export/list_cells.h, print/
@@ -27,7 +27,7 @@ rule platform   '(order_data|platform)/[a-z0-9_]+\.h'
 rule host       '(order_data|platform|host)/[a-z0-9_]+\.h'
 rule checks    '(order_data|platform|format|settings|checks)/[a-z0-9_]+\.h'
 rule print      '(order_data|platform|format|print)/[a-z0-9_]+\.h|export/list_cells\.h'
-rule xls        'xls/[a-z0-9_]+\.h|order_data/export\.h|platform/(file_system|page_block|narrow_text)\.h'
+rule xls        'xls/[a-z0-9_]+\.h|order_data/visibility\.h|platform/(file_system|page_block|narrow_text)\.h'
 # Operating-system headers only in the native units of the platform folder.
 system=$(grep -n -E '^[[:space:]]*#[[:space:]]*include[[:space:]]*<(unistd|fcntl|dirent|pthread|windows|winbase|commdlg|io|direct|sys/[a-z_]+)\.h>' \
          order_data/* platform/* host/* format/* rows/* checks/* smart_orders/* settings/* export/* print/* xls/* 2>/dev/null \
