@@ -404,16 +404,27 @@ bool TrueTypeFont::Load(const std::uint8_t* data, std::size_t size, std::size_t 
     return true;
 }
 
-std::unique_ptr<TrueTypeFont> TrueTypeFont::FromMemory(const std::uint8_t* data, std::size_t size)
+namespace {
+
+// The offset of the file's best face (a collection's, or the one face of a font file); false when
+// no face is usable.
+bool BestFace(const Bytes& file, std::size_t& bestOffset)
 {
-    const Bytes file{data, data ? size : 0};
     int best = -1;
-    std::size_t bestOffset = 0;
     for (const std::size_t offset : FaceOffsets(file)) {
         const int score = FaceScore(Face{file, offset});
         if (score > best) best = score, bestOffset = offset;
     }
-    if (best < 0) return nullptr;
+    return best >= 0;
+}
+
+}  // namespace
+
+std::unique_ptr<TrueTypeFont> TrueTypeFont::FromMemory(const std::uint8_t* data, std::size_t size)
+{
+    const Bytes file{data, data ? size : 0};
+    std::size_t bestOffset = 0;
+    if (!BestFace(file, bestOffset)) return nullptr;
     std::unique_ptr<TrueTypeFont> font(new TrueTypeFont());
     if (!font->Load(file.data, file.size, bestOffset)) return nullptr;
     font->glyfMemory_ = Copy(file.Part(font->glyfOffset_, font->glyfLength_));
@@ -433,13 +444,8 @@ std::unique_ptr<TrueTypeFont> TrueTypeFont::FromFile(const FilePath& path)
         if (!ReadWholeFile(path, whole)) return nullptr;
         file = Of(whole);
     }
-    int best = -1;
     std::size_t bestOffset = 0;
-    for (const std::size_t offset : FaceOffsets(file)) {
-        const int score = FaceScore(Face{file, offset});
-        if (score > best) best = score, bestOffset = offset;
-    }
-    if (best < 0) return nullptr;
+    if (!BestFace(file, bestOffset)) return nullptr;
     std::unique_ptr<TrueTypeFont> font(new TrueTypeFont());
     if (!font->Load(file.data, file.size, bestOffset)) return nullptr;
     // The outlines are read from the file when a subset is written: the mapping ends here.

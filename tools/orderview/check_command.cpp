@@ -112,10 +112,8 @@ int CheckCommand(int argc, char** argv)
     if (format != "table" && format != "json")
         return UsageError("check", "--format is table or json, not '" + format + "'", kUsage);
     const bool json = format == "json", quiet = options.Has("quiet");
-    const std::string problem = MainFolderProblem(options.Get("main"));
+    const std::string problem = OrderList::DayProblem(options.Get("main"), ListKind::Full);
     if (!problem.empty()) return Failure("check", problem);
-    const std::string dayProblem = ReadableProblem(OrderList::DayFile(MainFolderPath(options.Get("main")), ListKind::Full));
-    if (!dayProblem.empty()) return Failure("check", dayProblem);
     MainFolder folder(options.Get("main"));
     if (!folder.Ok()) return kExitFailed;
     ConsolePlatform platform(answer == "yes");

@@ -138,10 +138,8 @@ int ExportCommand(int argc, char** argv)
     if (output.empty()) return UsageError("export", "--output FILE (or - for standard output) is required", kUsage);
     if (options.Has("bom") && format != "csv") return UsageError("export", "--bom goes with --format csv", kUsage);
     const bool quiet = options.Has("quiet");
-    const std::string problem = MainFolderProblem(options.Get("main"));
+    const std::string problem = OrderList::DayProblem(options.Get("main"), choice.kind);
     if (!problem.empty()) return Failure("export", problem);
-    const std::string dayProblem = ReadableProblem(OrderList::DayFile(MainFolderPath(options.Get("main")), choice.kind));
-    if (!dayProblem.empty()) return Failure("export", dayProblem);
     const std::string outputProblem = OutputProblem(output);
     if (!outputProblem.empty()) return Failure("export", outputProblem);
 

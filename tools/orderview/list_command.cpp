@@ -60,10 +60,8 @@ int ListCommand(int argc, char** argv)
     if (format != "table" && format != "csv" && format != "json")
         return UsageError("list", "--format is table, csv or json, not '" + format + "'", kUsage);
     if (options.Has("bom") && format != "csv") return UsageError("list", "--bom goes with --format csv", kUsage);
-    const std::string problem = MainFolderProblem(options.Get("main"));
+    const std::string problem = OrderList::DayProblem(options.Get("main"), choice.kind);
     if (!problem.empty()) return Failure("list", problem);
-    const std::string dayProblem = ReadableProblem(OrderList::DayFile(MainFolderPath(options.Get("main")), choice.kind));
-    if (!dayProblem.empty()) return Failure("list", dayProblem);
 
     MainFolder folder(options.Get("main"));
     if (!folder.Ok()) return kExitFailed;

@@ -142,6 +142,12 @@ int ReadListChoice(const Options& options, const char* command, const char* usag
     return -1;
 }
 
+std::string OrderList::DayProblem(const std::string& mainOption, ListKind kind)
+{
+    const std::string problem = MainFolderProblem(mainOption);
+    return problem.empty() ? ReadableProblem(DayFile(MainFolderPath(mainOption), kind)) : problem;
+}
+
 std::string OrderList::DayFile(const std::string& mainFolder, ListKind kind)
 {
     return (std::filesystem::path(mainFolder) / "sys" / (kind == ListKind::Deal ? "deals.csv" : "orders.csv")).string();

@@ -49,6 +49,9 @@ public:
               Progress* scan = nullptr);
     // The day's file a list of `kind` reads in `mainFolder`, and its size in bytes (0 when unknown).
     static std::string DayFile(const std::string& mainFolder, ListKind kind);
+    // Why the list's day cannot be read from the main folder of the --main option (a missing
+    // folder, no sys/, an unreadable day file); empty when it can.
+    static std::string DayProblem(const std::string& mainOption, ListKind kind);
     static std::size_t FileSize(const std::string& mainFolder, ListKind kind);
     const std::vector<CString>& Diagnostics() const { return file_.Diagnostics(); }
     const std::vector<CString>& Keys() const { return columns_; }

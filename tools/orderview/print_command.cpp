@@ -47,10 +47,8 @@ int PrintCommand(int argc, char** argv)
         return UsageError("print", "--style is plain, grid or inventory, not '" + style + "'", kUsage);
     if (output.empty() || output == "-") return UsageError("print", "--output FILE.pdf is required", kUsage);
     const bool quiet = options.Has("quiet");
-    const std::string problem = MainFolderProblem(options.Get("main"));
+    const std::string problem = OrderList::DayProblem(options.Get("main"), choice.kind);
     if (!problem.empty()) return Failure("print", problem);
-    const std::string dayProblem = ReadableProblem(OrderList::DayFile(MainFolderPath(options.Get("main")), choice.kind));
-    if (!dayProblem.empty()) return Failure("print", dayProblem);
     const std::string outputProblem = OutputProblem(output);
     if (!outputProblem.empty()) return Failure("print", outputProblem);
 
