@@ -105,8 +105,9 @@ int ScreenDpi(int index)
 
 long Device(double points, int dpi) { return std::lround(points * dpi / 72.0); }
 
-// A stock name in the ANSI code page (its characters are '?' where the code page lacks them).
-const std::string kCjkName = orderview::Utf16ToNarrow(u"\u30C8\u30E8\u30BF\u81EA\u52D5\u8ECA");  // トヨタ自動車
+// A stock name in the ANSI code page (its characters are '?' where the code page lacks them): in
+// code page 950 the Big5 bytes of 台積電.
+const std::string kCjkName = orderview::Utf16ToNarrow(u"\u53F0\u7A4D\u96FB");
 
 TEST(MetafilePrintJob, ListTextsComeBackInRowOrderOnTheirPages)
 {
@@ -170,6 +171,10 @@ TEST(MetafilePrintJob, ListTextsComeBackInRowOrderOnTheirPages)
         EXPECT_EQ(printed[6].font.lfWeight, FW_NORMAL) << "cells are not";
     }
     EXPECT_TRUE(sawCjk) << "the stock name in UTF-16, from the code page";
+    if (::GetACP() == 950) {
+        EXPECT_EQ(kCjkName, "\xA5\x78\xBF\x6E\xB9\x71");  // Big5
+        EXPECT_EQ(Wide(kCjkName), L"\u53F0\u7A4D\u96FB");
+    }
 }
 
 TEST(MetafilePrintJob, AlignsClipsAndSizesTextInItsBox)
