@@ -13,7 +13,7 @@ protected:
         folder.Write("sys/language.txt", "IDS_ORDER-ITEM_STATUS_WAITINGORDER=Waiting\n");
         folder.Write("sys/OrderCfg.ini", "[ORDER_SOURCE]\r\nNO_OPERATOR=A, B\r\n");
         host = std::make_unique<orderview::DefaultHost>(folder.MainPath());
-        orderview::SetHostServices(host.get());  // reloads the exclusion list
+        orderview::SetHostServices(host.get());  // the exclusion list is read again on its next use
     }
     void TearDown() override { orderview::SetHostServices(nullptr); }
     ovtest::TempFolder folder;
@@ -118,6 +118,21 @@ TEST_F(StatusCodes, OperatorSourcesAndTheirReload)
     folder.Write("sys/OrderCfg.ini", "");
     orderview::ReloadOrderSourceExclusions();
     EXPECT_TRUE(g_bISOperator('C'));  // an empty list excludes nothing
+}
+
+// The list is the installed host's: installing another drops it, with no reload asked for.
+TEST_F(StatusCodes, OperatorSourcesFollowTheInstalledHost)
+{
+    EXPECT_FALSE(g_bISOperator('B'));
+    ovtest::TempFolder other;
+    other.Write("sys/OrderCfg.ini", "[ORDER_SOURCE]\r\nNO_OPERATOR=C\r\n");
+    orderview::DefaultHost second(other.MainPath());
+    orderview::SetHostServices(&second);
+    EXPECT_TRUE(g_bISOperator('B'));
+    EXPECT_FALSE(g_bISOperator('C'));
+    orderview::SetHostServices(host.get());
+    EXPECT_FALSE(g_bISOperator('B'));
+    EXPECT_TRUE(g_bISOperator('C'));
 }
 
 TEST_F(StatusCodes, DeleteChangeRejection)
