@@ -52,6 +52,7 @@ inline std::string CheckOrderTable(const std::string& table, const std::string& 
         out.write(table.data(), static_cast<std::streamsize>(table.size()));
     }
     orderview::RecordFile file(CString(path), "orders.csv", orderview::RecordFile::Kind::Orders);
+    const int headerEnd = file.RecordLastLine();  // the header's last line (0: no header)
     CBaseOrder_OrderInfo order;
     std::string list;
     std::set<int> covered;
@@ -67,11 +68,11 @@ inline std::string CheckOrderTable(const std::string& table, const std::string& 
         if (text.rfind("orders.csv:", 0) != 0) return "a diagnostic without its file: " + text;
         reported.insert(std::atoi(text.c_str() + 11));
     }
-    // The header: the first line that holds anything.
+    // A table without a usable header is reported once, at the header, and read no further.
+    bool unusable = false;
+    for (const CString& d : file.Diagnostics()) unusable |= d.Find(": missing column list") >= 0;
     const std::vector<bool> lines = CountedLines(table);
-    std::size_t header = 0;
-    while (header < lines.size() && !lines[header]) ++header;
-    for (std::size_t i = header + 1; i < lines.size(); ++i) {
+    for (std::size_t i = static_cast<std::size_t>(headerEnd); !unusable && i < lines.size(); ++i) {
         const int line = static_cast<int>(i) + 1;
         if (lines[i] && !covered.count(line) && !reported.count(line))
             return "line " + std::to_string(line) + " is neither read nor reported";
