@@ -16,7 +16,7 @@ USAGE="usage: tools/install-deps.sh [--test] [--windows]"
 SUDO=""
 if [ "$(id -u)" != "0" ]; then SUDO="sudo"; fi
 BUILD="cmake g++ make pkg-config libgtest-dev libbenchmark-dev nlohmann-json3-dev"
-TEST="python3 python3-olefile python3-xlrd python3-xlwt python3-openpyxl libgsf-bin default-jdk-headless libapache-poi-java libreoffice-calc-nogui qpdf poppler-utils catdoc gnumeric clang-14 libclang-rt-14-dev fonts-arphic-uming fonts-droid-fallback"
+TEST="gcovr python3 python3-olefile python3-xlrd python3-xlwt python3-openpyxl libgsf-bin default-jdk-headless libapache-poi-java libreoffice-calc-nogui qpdf poppler-utils catdoc gnumeric clang-14 libclang-rt-14-dev fonts-arphic-uming fonts-droid-fallback"
 WINDOWS="g++-mingw-w64-x86-64-posix wine wine64 locales"
 test=0 windows=0
 for arg in "$@"; do
