@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include <cstdint>
+#include <filesystem>
 #include <fstream>
 #include <iterator>
 #include <string>
@@ -148,6 +149,13 @@ TEST(RecordFileRegressions, EveryLineIsReadOrReported)
     };
     ovtest::TempFolder folder;
     for (const char* table : tables) EXPECT_EQ(ovfuzz::CheckOrderTable(header + table, folder.path()), "") << table;
+    // And the inputs the fuzz target kept.
+    for (const auto& entry : std::filesystem::directory_iterator(ORDERVIEW_FUZZ_REGRESSIONS "/host_tables")) {
+        std::ifstream in(entry.path(), std::ios::binary);
+        const std::string bytes((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>());
+        const std::string table = ovfuzz::OrderTableOf(reinterpret_cast<const std::uint8_t*>(bytes.data()), bytes.size());
+        EXPECT_EQ(ovfuzz::CheckOrderTable(table, folder.path()), "") << entry.path();
+    }
 
     folder.Write("sys/t.csv", header + tables[0]);
     RecordFile file(CString(folder.File("sys/t.csv")), "t.csv", RecordFile::Kind::Orders);
