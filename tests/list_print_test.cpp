@@ -6,9 +6,10 @@
 #include <string>
 #include <vector>
 
+#include "platform/list_control.h"
+#include "platform/narrow_text.h"
 #include "print/list_print.h"
 #include "print/list_print_layout.h"
-#include "platform/list_control.h"
 #include "order_data/host_api.h"
 #include "support/export_setup.h"
 #include "support/fake_platform.h"
@@ -168,7 +169,8 @@ TEST_F(ListPrint, NarrowColumnsTurnThePaperThenSplitAcrossPages)
 
 TEST_F(ListPrint, CutsTooLongTextsWithAnEllipsisBetweenCharacters)
 {
-    const std::string eacute = "\xC3\xA9";
+    // Texts in the narrow code page: two bytes a character in UTF-8, one in code page 1252.
+    const std::string eacute = orderview::Utf16ToNarrow(u"\u00E9");
     std::string accented, invalid;
     for (int i = 0; i < 40; ++i) accented += eacute;
     for (int b = 0x80; b <= 0xFF; ++b) invalid += static_cast<char>(b);
@@ -189,11 +191,13 @@ TEST_F(ListPrint, CutsTooLongTextsWithAnEllipsisBetweenCharacters)
         EXPECT_EQ(cells[static_cast<std::size_t>(c)].str().compare(0, t.size() - 3, t, 0, t.size() - 3), 0) << t;
         EXPECT_LE(orderview::MeasureHelvetica(CString(t), printed.font), printed.box.dWidth);
         // One more character would not have fitted.
-        const std::size_t next = c == 1 ? 2 : 1;
-        const std::string longer = cells[static_cast<std::size_t>(c)].str().substr(0, t.size() - 3 + next) + "...";
+        const std::string& cell = cells[static_cast<std::size_t>(c)].str();
+        const std::size_t next = orderview::NarrowCharLength(std::string_view(cell).substr(t.size() - 3));
+        const std::string longer = cell.substr(0, t.size() - 3 + next) + "...";
         EXPECT_GT(orderview::MeasureHelvetica(CString(longer), printed.font), printed.box.dWidth);
     }
-    EXPECT_EQ((texts[9].size() - 3) % 2, 0u) << "a two-byte character is never split";
+    EXPECT_EQ(orderview::NarrowCutPoint(accented, texts[9].size() - 3), texts[9].size() - 3)
+        << "a character is never split";
     EXPECT_EQ(record.pages[0].texts[9].align, PrintAlign::kRight);
     EXPECT_EQ(texts[12], "fits");
     EXPECT_EQ(texts[13], "a  b c ") << "control bytes print as blanks";
@@ -388,9 +392,10 @@ TEST_F(ListPrint, NothingIsPrintedWithoutColumnsOrWhenCancelled)
 
 TEST_F(ListPrint, CutsChineseBetweenCharacters)
 {
-    // 陳 and 台 are three bytes each in UTF-8: a cut lands only between them, at every width.
+    // 陳 and 台 in the narrow code page (three bytes each in UTF-8, two in Big5): a cut lands only
+    // between them, at every width.
     std::string chinese;
-    for (int i = 0; i < 30; ++i) chinese += i % 2 ? "\xE9\x99\xB3" : "\xE5\x8F\xB0";
+    for (int i = 0; i < 30; ++i) chinese += orderview::Utf16ToNarrow(i % 2 ? u"\u9673" : u"\u53F0");
     for (const int width : {30, 31, 32, 45, 60, 61, 90}) {
         SCOPED_TRACE(width);
         record = ovtest::PrintRecord();
@@ -399,7 +404,7 @@ TEST_F(ListPrint, CutsChineseBetweenCharacters)
         const std::string t = record.Texts(0)[4];
         ASSERT_GT(t.size(), 3u);
         EXPECT_EQ(t.substr(t.size() - 3), "...");
-        EXPECT_EQ((t.size() - 3) % 3, 0u) << t;
+        EXPECT_EQ(orderview::NarrowCutPoint(chinese, t.size() - 3), t.size() - 3) << t;
         EXPECT_EQ(chinese.compare(0, t.size() - 3, t, 0, t.size() - 3), 0);
     }
 }
