@@ -1,17 +1,11 @@
 #include <gtest/gtest.h>
 
 #include "checks/accepted_commodities.h"
-#include "host/table_host.h"
 #include "support/substitute_host.h"
 
 namespace {
 
-class Accepted : public ::testing::Test {
-protected:
-    void SetUp() override { orderview::SetHostServices(&host); }
-    void TearDown() override { orderview::SetHostServices(nullptr); }
-    ovtest::SubstituteHost host;
-};
+using Accepted = ovtest::HostTest;
 
 TEST_F(Accepted, CommoditiesCompareExactly)
 {
