@@ -1,7 +1,9 @@
 // orderview: the order view data library of the trading front end.
-// One header for everything the library exports.
+// One header for everything the library exports: it includes every installed header, and the
+// installed headers are exactly these.
 #pragma once
 
+#include "order_data/visibility.h"
 #include "order_data/cstring.h"
 #include "host/default_host.h"
 #include "host/record_file.h"
@@ -55,12 +57,15 @@
 #include "xls/biff_record.h"
 #include "xls/book.h"
 #include "xls/cell.h"
+#include "xls/cell_arena.h"
 #include "xls/cell_records.h"
 #include "xls/compound_file.h"
+#include "xls/little_endian.h"
 #include "xls/record_codes.h"
 #include "xls/row_blocks.h"
 #include "xls/sheet.h"
 #include "xls/sheet_reader.h"
+#include "xls/string_list.h"
 #include "xls/utf16.h"
 #include "xls/workbook_records.h"
 #include "xls/worksheet_records.h"

@@ -6,7 +6,7 @@
 #include <cstring>
 #include <vector>
 
-#include "export/list_cells.h"
+#include "export/detail/list_cells.h"
 #include "export/list_export.h"
 #include "platform/file_system.h"
 #include "xls/book.h"

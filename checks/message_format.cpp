@@ -1,4 +1,4 @@
-#include "checks/message_format.h"
+#include "checks/detail/message_format.h"
 
 #include <cmath>
 #include <cstdio>

@@ -2,7 +2,7 @@
 
 #include "format/code_display.h"
 #include "format/commodity_display.h"
-#include "format/market_kind.h"
+#include "format/detail/market_kind.h"
 #include "format/price_display.h"
 #include "format/symbol_display.h"
 #include "order_data/host_api.h"

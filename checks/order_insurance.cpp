@@ -6,7 +6,7 @@
 #include "checks/stock_order_check.h"
 #include "format/normalize.h"
 #include "order_data/host_api.h"
-#include "order_data/language_text.h"
+#include "order_data/detail/language_text.h"
 
 namespace {
 

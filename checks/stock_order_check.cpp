@@ -4,11 +4,11 @@
 #include <cstdlib>
 #include <vector>
 
-#include "checks/message_format.h"
+#include "checks/detail/message_format.h"
 #include "format/normalize.h"
 #include "format/quote_items.h"
 #include "order_data/host_api.h"
-#include "order_data/language_text.h"
+#include "order_data/detail/language_text.h"
 #include "platform/platform.h"
 #include "settings/order_settings.h"
 

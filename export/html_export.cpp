@@ -2,10 +2,10 @@
 #include <vector>
 
 #include "export/export_file.h"
-#include "export/list_cells.h"
+#include "export/detail/list_cells.h"
 #include "export/list_export.h"
 #include "order_data/host_api.h"
-#include "order_data/language_text.h"
+#include "order_data/detail/language_text.h"
 #include "platform/profile_file.h"
 #include "settings/order_settings.h"
 

@@ -1,4 +1,4 @@
-#include "export/list_cells.h"
+#include "export/detail/list_cells.h"
 
 #include <algorithm>
 #include <cctype>

@@ -2,7 +2,7 @@
 #include <cstring>
 #include <string>
 
-#include "export/list_cells.h"
+#include "export/detail/list_cells.h"
 #include "export/list_export.h"
 #include "order_data/host_api.h"
 #include "platform/file_system.h"

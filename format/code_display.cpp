@@ -1,6 +1,6 @@
 #include "format/code_display.h"
 
-#include "format/code_table.h"
+#include "format/detail/code_table.h"
 #include "format/normalize.h"
 #include "format/price_display.h"
 

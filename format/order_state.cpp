@@ -3,7 +3,7 @@
 #include <cerrno>
 #include <cstdlib>
 
-#include "format/display_support.h"
+#include "format/detail/display_support.h"
 
 using orderview::detail::Is;
 using orderview::detail::LangText;

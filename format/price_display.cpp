@@ -3,7 +3,7 @@
 #include <cstring>
 #include <string>
 
-#include "format/code_table.h"
+#include "format/detail/code_table.h"
 #include "format/normalize.h"
 
 using orderview::detail::TruncToInt;

@@ -1,4 +1,4 @@
-#include "host/csv_reader.h"
+#include "host/detail/csv_reader.h"
 
 namespace orderview {
 namespace detail {

@@ -4,11 +4,11 @@
 #include <cstdio>
 #include <cstdlib>
 
-#include "host/csv_reader.h"
+#include "host/detail/csv_reader.h"
 #include "host/record_file.h"
 #include "platform/file_system.h"
 #include "platform/profile_file.h"
-#include "order_data/value_parse.h"
+#include "order_data/detail/value_parse.h"
 
 namespace orderview {
 

@@ -1,7 +1,7 @@
 #include "host/record_file.h"
 
-#include "host/csv_reader.h"
-#include "order_data/order_fields.h"
+#include "host/detail/csv_reader.h"
+#include "order_data/detail/order_fields.h"
 
 namespace orderview {
 

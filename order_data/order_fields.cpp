@@ -1,9 +1,9 @@
-#include "order_data/order_fields.h"
+#include "order_data/detail/order_fields.h"
 
 #include <functional>
 #include <unordered_map>
 
-#include "order_data/value_parse.h"
+#include "order_data/detail/value_parse.h"
 
 namespace orderview {
 namespace detail {

@@ -1,4 +1,4 @@
-#include "order_data/value_parse.h"
+#include "order_data/detail/value_parse.h"
 
 #include <cerrno>
 #include <cmath>

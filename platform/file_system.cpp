@@ -4,7 +4,7 @@
 #include <cstdio>
 #include <cstring>
 
-#include "platform/native.h"
+#include "platform/detail/native.h"
 
 namespace orderview {
 

@@ -1,6 +1,6 @@
 #include "platform/narrow_text.h"
 
-#include "platform/native.h"
+#include "platform/detail/native.h"
 
 namespace orderview {
 

@@ -1,7 +1,7 @@
 // The operating system beneath the platform seam, on POSIX systems.
 #ifndef _WIN32
 
-#include "platform/native.h"
+#include "platform/detail/native.h"
 #include "platform/narrow_text.h"
 
 #include <dirent.h>

@@ -19,7 +19,7 @@
 #undef ReplaceFile
 #undef DrawText
 
-#include "platform/native.h"
+#include "platform/detail/native.h"
 #include "platform/narrow_text.h"
 
 namespace orderview {

@@ -14,7 +14,7 @@
 // windows.h names DrawText as a macro; the library uses the name.
 #undef DrawText
 
-#include "platform/native.h"
+#include "platform/detail/native.h"
 #include "platform/narrow_text.h"
 
 namespace orderview {

@@ -1,6 +1,6 @@
-#include "platform/page_block.h"
+#include "platform/detail/page_block.h"
 
-#include "platform/native.h"
+#include "platform/detail/native.h"
 
 namespace orderview {
 

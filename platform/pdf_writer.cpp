@@ -1,4 +1,4 @@
-#include "platform/pdf_writer.h"
+#include "platform/detail/pdf_writer.h"
 
 #include <algorithm>
 #include <cmath>

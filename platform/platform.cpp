@@ -5,7 +5,7 @@
 #include <cstdlib>
 
 #include "platform/file_system.h"
-#include "platform/native.h"
+#include "platform/detail/native.h"
 
 namespace orderview {
 

@@ -5,8 +5,8 @@
 #include <utility>
 
 #include "order_data/host_api.h"
-#include "platform/native.h"
-#include "platform/pdf_writer.h"
+#include "platform/detail/native.h"
+#include "platform/detail/pdf_writer.h"
 
 namespace orderview {
 

@@ -1,4 +1,4 @@
-#include "platform/truetype_font.h"
+#include "platform/detail/truetype_font.h"
 
 #include <algorithm>
 #include <cstring>

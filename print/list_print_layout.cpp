@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
-#include "print/list_totals.h"
+#include "print/detail/list_totals.h"
 
 namespace orderview {
 

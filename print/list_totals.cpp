@@ -1,9 +1,9 @@
-#include "print/list_totals.h"
+#include "print/detail/list_totals.h"
 
 #include <algorithm>
 #include <string>
 
-#include "export/list_cells.h"
+#include "export/detail/list_cells.h"
 #include "order_data/host_api.h"
 
 namespace orderview {

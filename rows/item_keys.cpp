@@ -1,4 +1,4 @@
-#include "rows/item_keys.h"
+#include "rows/detail/item_keys.h"
 
 namespace orderview {
 namespace detail {

@@ -1,4 +1,4 @@
-#include "rows/list_filter.h"
+#include "rows/detail/list_filter.h"
 
 #include <cstdint>
 

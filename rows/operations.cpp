@@ -1,9 +1,9 @@
 #include "rows/operations.h"
 
 #include "order_data/host_api.h"
-#include "order_data/language_text.h"
+#include "order_data/detail/language_text.h"
 #include "platform/profile_file.h"
-#include "rows/item_keys.h"
+#include "rows/detail/item_keys.h"
 #include "settings/order_settings.h"
 
 namespace {

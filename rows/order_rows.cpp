@@ -6,10 +6,10 @@
 #include "format/price_display.h"
 #include "format/symbol_display.h"
 #include "order_data/host_api.h"
-#include "rows/item_keys.h"
-#include "rows/list_filter.h"
-#include "rows/row_text.h"
-#include "rows/row_writer.h"
+#include "rows/detail/item_keys.h"
+#include "rows/detail/list_filter.h"
+#include "rows/detail/row_text.h"
+#include "rows/detail/row_writer.h"
 
 using namespace orderview::detail;
 

@@ -1,4 +1,4 @@
-#include "rows/row_text.h"
+#include "rows/detail/row_text.h"
 
 #include <cmath>
 #include <cstdio>

@@ -4,7 +4,7 @@
 #include <vector>
 
 #include "order_data/host_api.h"
-#include "order_data/language_text.h"
+#include "order_data/detail/language_text.h"
 #include "settings/order_settings.h"
 
 namespace {

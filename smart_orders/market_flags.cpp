@@ -4,8 +4,8 @@
 #include <cstdint>
 #include <map>
 
-#include "smart_orders/list_registry.h"
-#include "smart_orders/registry_reset.h"
+#include "smart_orders/detail/list_registry.h"
+#include "smart_orders/detail/registry_reset.h"
 
 using orderview::detail::EraseFirst;
 using orderview::detail::ListRegistry;

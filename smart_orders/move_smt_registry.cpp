@@ -2,8 +2,8 @@
 
 #include <algorithm>
 
-#include "smart_orders/list_registry.h"
-#include "smart_orders/registry_reset.h"
+#include "smart_orders/detail/list_registry.h"
+#include "smart_orders/detail/registry_reset.h"
 
 using orderview::detail::ListRegistry;
 

@@ -1,6 +1,6 @@
 #include "smart_orders/registries.h"
 
-#include "smart_orders/registry_reset.h"
+#include "smart_orders/detail/registry_reset.h"
 
 namespace orderview {
 

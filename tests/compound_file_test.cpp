@@ -6,7 +6,7 @@
 #include <sstream>
 
 #include "support/temp_folder.h"
-#include "xls/cfb_format.h"
+#include "xls/detail/cfb_format.h"
 #include "xls/compound_file.h"
 
 namespace {

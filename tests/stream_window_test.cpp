@@ -16,7 +16,7 @@
 #include "support/temp_folder.h"
 #include "xls/book.h"
 #include "xls/compound_file.h"
-#include "xls/stream_window.h"
+#include "xls/detail/stream_window.h"
 #include "xls/workbook_records.h"
 #include "xls/worksheet_records.h"
 

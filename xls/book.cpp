@@ -4,10 +4,10 @@
 #include <cstdint>
 #include <cstring>
 
-#include "xls/cell_table_writer.h"
+#include "xls/detail/cell_table_writer.h"
 #include "xls/compound_file.h"
-#include "xls/grid_sink.h"
-#include "xls/stream_window.h"
+#include "xls/detail/grid_sink.h"
+#include "xls/detail/stream_window.h"
 #include "xls/utf16.h"
 
 namespace xls {

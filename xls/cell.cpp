@@ -8,7 +8,7 @@
 #include <new>
 
 #include "xls/sheet.h"
-#include "xls/text_holds.h"
+#include "xls/detail/text_holds.h"
 
 namespace xls {
 

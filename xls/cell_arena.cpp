@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "platform/page_block.h"
+#include "platform/detail/page_block.h"
 
 // Under AddressSanitizer the arena tells it which bytes are handed out, keeps a poisoned gap after
 // every run, and takes all its memory from the heap, so that a read or write past a row's cells

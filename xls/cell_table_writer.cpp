@@ -1,4 +1,4 @@
-#include "xls/cell_table_writer.h"
+#include "xls/detail/cell_table_writer.h"
 
 #include <algorithm>
 

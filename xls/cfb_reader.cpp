@@ -1,4 +1,4 @@
-#include "xls/cfb_reader.h"
+#include "xls/detail/cfb_reader.h"
 
 #include <algorithm>
 #include <cstring>

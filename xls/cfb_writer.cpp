@@ -1,4 +1,4 @@
-#include "xls/cfb_writer.h"
+#include "xls/detail/cfb_writer.h"
 
 #include <cstring>
 

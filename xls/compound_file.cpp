@@ -3,8 +3,8 @@
 #include <algorithm>
 
 #include "platform/file_system.h"
-#include "xls/cfb_reader.h"
-#include "xls/cfb_writer.h"
+#include "xls/detail/cfb_reader.h"
+#include "xls/detail/cfb_writer.h"
 #include "xls/utf16.h"
 
 namespace xls {

@@ -1,4 +1,4 @@
-#include "xls/grid_sink.h"
+#include "xls/detail/grid_sink.h"
 
 #include "xls/utf16.h"
 

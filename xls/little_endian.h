@@ -1,5 +1,5 @@
 // Little-endian integers and doubles, assembled and split byte by byte so that files read and
-// write the same on any host (internal).
+// write the same on any host; the record layer reads and writes every field through them.
 #pragma once
 
 #include <cstdint>

@@ -1,4 +1,4 @@
-#include "xls/shared_string_index.h"
+#include "xls/detail/shared_string_index.h"
 
 #include <string>
 

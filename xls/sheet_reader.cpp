@@ -6,7 +6,7 @@
 
 #include "xls/cell_records.h"
 #include "xls/record_codes.h"
-#include "xls/stream_window.h"
+#include "xls/detail/stream_window.h"
 #include "xls/worksheet_records.h"
 
 namespace xls {

@@ -1,4 +1,4 @@
-#include "xls/stream_window.h"
+#include "xls/detail/stream_window.h"
 
 #include <algorithm>
 #include <cstring>

@@ -9,7 +9,7 @@
 #include <string>
 #include <vector>
 
-#include "platform/truetype_font.h"
+#include "platform/detail/truetype_font.h"
 
 namespace font_input {
 

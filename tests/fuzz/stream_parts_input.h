@@ -14,7 +14,7 @@
 
 #include "xls/book.h"
 #include "xls/compound_file.h"
-#include "xls/stream_window.h"
+#include "xls/detail/stream_window.h"
 #include "xls/workbook_records.h"
 #include "xls/worksheet_records.h"
 

@@ -6,7 +6,7 @@
 #include <cstdint>
 #include <vector>
 
-#include "xls/cfb_format.h"
+#include "xls/detail/cfb_format.h"
 
 namespace xls {
 namespace cfb {

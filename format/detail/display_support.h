@@ -7,7 +7,7 @@
 
 #include "order_data/cstring.h"
 #include "order_data/host_api.h"
-#include "order_data/language_text.h"
+#include "order_data/detail/language_text.h"
 
 namespace orderview {
 namespace detail {

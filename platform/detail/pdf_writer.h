@@ -15,7 +15,7 @@
 #include "order_data/cstring.h"
 #include "platform/file_system.h"
 #include "platform/narrow_text.h"
-#include "platform/truetype_font.h"
+#include "platform/detail/truetype_font.h"
 
 namespace orderview {
 

@@ -12,7 +12,7 @@
 #include <vector>
 
 #include "platform/file_system.h"
-#include "platform/page_block.h"
+#include "platform/detail/page_block.h"
 #include "platform/platform.h"
 
 namespace orderview {

@@ -4,7 +4,7 @@
 #include <initializer_list>
 #include <vector>
 
-#include "format/display_support.h"
+#include "format/detail/display_support.h"
 
 namespace orderview {
 namespace detail {

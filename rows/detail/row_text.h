@@ -3,7 +3,7 @@
 
 #include <cstdint>
 
-#include "format/market_kind.h"
+#include "format/detail/market_kind.h"
 #include "order_data/cstring.h"
 #include "order_data/records.h"
 

@@ -9,7 +9,7 @@
 #include <map>
 #include <vector>
 
-#include "xls/shared_string_index.h"
+#include "xls/detail/shared_string_index.h"
 #include "xls/sheet.h"
 #include "xls/worksheet_records.h"
 

@@ -9,7 +9,7 @@
 #include <string_view>
 
 #include "xls/sheet.h"
-#include "xls/text_holds.h"
+#include "xls/detail/text_holds.h"
 #include "xls/worksheet_records.h"
 
 namespace xls {
