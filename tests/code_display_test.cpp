@@ -1,18 +1,12 @@
 #include <gtest/gtest.h>
 
 #include "format/code_display.h"
-#include "host/table_host.h"
 #include "support/substitute_host.h"
 
 namespace {
 
 // The substitute host shows every language id as itself, so results are the ids.
-class CodeDisplay : public ::testing::Test {
-protected:
-    void SetUp() override { orderview::SetHostServices(&host); }
-    void TearDown() override { orderview::SetHostServices(nullptr); }
-    ovtest::SubstituteHost host;
-};
+using CodeDisplay = ovtest::HostTest;
 
 const char* const kUnknown = "IDS_ORDER-ITEM_STATUS_UNKNOW";
 
@@ -64,13 +58,14 @@ TEST_F(CodeDisplay, PriceTypesIncludingThreeCharacterCodes)
 
 TEST_F(CodeDisplay, OpenCloseDependsOnDayTradeForBlank)
 {
-    EXPECT_EQ(g_cszDisplayOrderOS(' ', 'Y', 0), "IDS_ORDER-ITEM_OS_DYTRADE_ONOFFSET");
-    EXPECT_EQ(g_cszDisplayOrderOS('D', 'N', 0), "IDS_ORDER-ITEM_OS_DYTRADE_ONOFFSET");
-    EXPECT_EQ(g_cszDisplayOrderOS(' ', 'N', 0), "IDS_ORDER-ITEM_OS_AUTO_OFFSET");
-    EXPECT_EQ(g_cszDisplayOrderOS('7', 'Y', 0), "IDS_ORDER-ITEM_OS_DELETE");
-    EXPECT_EQ(g_cszDisplayOrderOS('N', 0, 0), "IDS_ORDER-ITEM_OS_OFFSET");
-    EXPECT_EQ(g_cszDisplayOrderOS('Y', 0, 0), "IDS_ORDER-ITEM_OS_NEW");
-    EXPECT_EQ(g_cszDisplayOrderOS('X', 0, 0), kUnknown);
+    struct Case { unsigned long open, dayTrade; const char* text; };
+    const Case cases[] = {
+        {' ', 'Y', "IDS_ORDER-ITEM_OS_DYTRADE_ONOFFSET"}, {'D', 'N', "IDS_ORDER-ITEM_OS_DYTRADE_ONOFFSET"},
+        {' ', 'N', "IDS_ORDER-ITEM_OS_AUTO_OFFSET"},      {'7', 'Y', "IDS_ORDER-ITEM_OS_DELETE"},
+        {'N', 0, "IDS_ORDER-ITEM_OS_OFFSET"},             {'Y', 0, "IDS_ORDER-ITEM_OS_NEW"},
+        {'X', 0, kUnknown},
+    };
+    for (const auto& c : cases) EXPECT_EQ(g_cszDisplayOrderOS(c.open, c.dayTrade, 0), c.text) << char(c.open);
 }
 
 TEST_F(CodeDisplay, OrderKind)
@@ -114,23 +109,23 @@ TEST_F(CodeDisplay, StockSideAndTradeKind)
 
 TEST_F(CodeDisplay, SideOrSpreadByMarket)
 {
-    CBaseOrder_OrderInfo order;
-    order.dwBS = 'S';
-    order.dwComplexKind = 'N';
-    order.commodity.dwMarketKind = '3';
-    EXPECT_EQ(g_cszDisplayOrderBSorComplex(&order, 0), "IDS_ORDER-ITEM_BS_SELLOUT");
-    order.dwComplexKind = '2';
-    EXPECT_EQ(g_cszDisplayOrderBSorComplex(&order, 0), "IDS_ORDER-ITEM_BS_SPREAD");
-    order.dwComplexKind = '0';
-    order.dwBS = 'Q';
-    EXPECT_EQ(g_cszDisplayOrderBSorComplex(&order, 0), "");
-    order.commodity.dwMarketKind = 'E';
-    order.commodity.dwStockTradeKind = 'A';
-    order.dwBS = 'B';
-    EXPECT_EQ(g_cszDisplayOrderBSorComplex(&order, 0),
-              "IDS_ORDER-ITEM_COMTYPE_STOCK_ODDIDS_ORDER-ITEM_COMTYPE_STOCK_ODD_SIDS_ORDER-ITEM_COMTYPE_STOCK_ODD_S_BUY");
-    order.commodity.dwMarketKind = '5';
-    EXPECT_EQ(g_cszDisplayOrderBSorComplex(&order, 0), "");
+    struct Case { unsigned long market, complex, side, tradeKind; const char* text; };
+    const Case cases[] = {
+        {'3', 'N', 'S', 0, "IDS_ORDER-ITEM_BS_SELLOUT"},
+        {'3', '2', 'S', 0, "IDS_ORDER-ITEM_BS_SPREAD"},
+        {'3', '0', 'Q', 0, ""},
+        {'E', '0', 'B', 'A',
+         "IDS_ORDER-ITEM_COMTYPE_STOCK_ODDIDS_ORDER-ITEM_COMTYPE_STOCK_ODD_SIDS_ORDER-ITEM_COMTYPE_STOCK_ODD_S_BUY"},
+        {'5', '0', 'B', 'A', ""},
+    };
+    for (const auto& c : cases) {
+        CBaseOrder_OrderInfo order;
+        order.commodity.dwMarketKind = static_cast<std::uint32_t>(c.market);
+        order.commodity.dwStockTradeKind = static_cast<std::uint32_t>(c.tradeKind);
+        order.dwComplexKind = static_cast<std::uint32_t>(c.complex);
+        order.dwBS = static_cast<std::uint32_t>(c.side);
+        EXPECT_EQ(g_cszDisplayOrderBSorComplex(&order, 0), c.text) << char(c.market) << char(c.complex);
+    }
     EXPECT_EQ(g_cszDisplayOrderBSorComplex(nullptr, 0), "");
 }
 

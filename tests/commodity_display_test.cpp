@@ -2,18 +2,17 @@
 
 #include "format/commodity_display.h"
 #include "host/default_host.h"
-#include "host/table_host.h"
 #include "support/substitute_host.h"
 #include "support/fake_platform.h"
 #include "support/temp_folder.h"
 
 namespace {
 
-class CommodityDisplay : public ::testing::Test {
+class CommodityDisplay : public ovtest::HostTest {
 protected:
     void SetUp() override
     {
-        orderview::SetHostServices(&host);
+        HostTest::SetUp();
         platform.SetDate(2026, 3, 2);
         orderview::TableHost::SymbolInfo stock;
         stock.csName = "TSMC";
@@ -31,10 +30,8 @@ protected:
         host.mapSymbols[{4, "TX218000F6;C"}] = weeklySymbol;
         host.mapSymbols[{4, "TXO18000F6;C"}] = monthlySymbol;
     }
-    void TearDown() override { orderview::SetHostServices(nullptr); }
 
     ovtest::FakePlatform platform;
-    ovtest::SubstituteHost host;
 };
 
 TEST_F(CommodityDisplay, StockNameFallsBackToTheSymbol)
@@ -89,10 +86,9 @@ TEST(CommodityDisplayDefaultHost, NamesFromTheSymbolTable)
     folder.Write("sys/symbols.csv", "service,symbol,commodity,is_stock,name\n1,2330,2330,1,TSMC\n1,2317,2317,1,\n");
     orderview::DefaultHost host(folder.MainPath());
     ASSERT_TRUE(host.Diagnostics().empty());
-    orderview::SetHostServices(&host);
+    const ovtest::InstalledHost guard(host);
     EXPECT_EQ(g_cszDisplayStockName(1, "2330"), "TSMC");
     EXPECT_EQ(g_cszDisplayStockName(1, "2317"), "2317");
-    orderview::SetHostServices(nullptr);
 }
 
 }  // namespace

@@ -1,26 +1,19 @@
 #include <gtest/gtest.h>
 
 #include "format/contract_month.h"
-#include "host/table_host.h"
 #include "support/substitute_host.h"
 #include "support/fake_platform.h"
 
 namespace {
 
-class ContractMonth : public ::testing::Test {
+class ContractMonth : public ovtest::HostTest {
 protected:
-    void SetUp() override
-    {
-        platform.SetDate(2026, 11, 21);
-        orderview::SetHostServices(&host);
-    }
-    void TearDown() override { orderview::SetHostServices(nullptr); }
+    ContractMonth() { platform.SetDate(2026, 11, 21); }
     void Transfer(unsigned char service, const char* from, const char* to)
     {
         host.mapSymbols[{service, from}].csTransferId = to;
     }
     ovtest::FakePlatform platform;
-    ovtest::SubstituteHost host;
 };
 
 TEST_F(ContractMonth, FutureCodes)

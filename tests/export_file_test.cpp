@@ -1,5 +1,7 @@
 #include <gtest/gtest.h>
 
+#include <functional>
+
 #include "export/export_file.h"
 #include "support/export_setup.h"
 
@@ -7,67 +9,67 @@ namespace {
 
 using orderview::ExportFile;
 
-const char kPrologue[] =
-    "<html xmlns:v=\"urn:schemas-microsoft-com:vml\"\n"
-    "xmlns:o=\"urn:schemas-microsoft-com:office:office\"\n"
-    "xmlns:x=\"urn:schemas-microsoft-com:office:excel\"\n"
-    "xmlns=\"http://www.w3.org/TR/REC-html40\">\n";
-const char kTableStart[] =
-    "\n<body>\n<table x:str border=0 cellpadding=0 cellspacing=0 "
-    "style='border-collapse:collapse;table-layout:fixed;'>\n";
-
 class ExportFileTest : public ::testing::Test {
 protected:
     CString Path(const char* name) const { return CString(setup.folder.File(name)); }
+    // What a file holds after Open, `write`, and Close (or Abandon).
+    std::string Written(const std::function<void(ExportFile&)>& write, bool close = true)
+    {
+        ExportFile file;
+        EXPECT_EQ(file.Open(Path("w.xls")), ExportFile::kOk);
+        write(file);
+        if (close)
+            EXPECT_EQ(file.Close(), ExportFile::kOk);
+        else
+            file.Abandon();
+        return setup.folder.Read("w.xls");
+    }
     ovtest::ExportSetup setup;
 };
 
-TEST_F(ExportFileTest, UnknownNumberKindsWriteThePlainIntegerTemplate)
-{
-    for (int kind : {0, 5, -1}) {
-        ExportFile file;
-        ASSERT_EQ(file.Open(Path("n.xls")), ExportFile::kOk);
-        file.NumberCell(kind, "7", "##");
-        file.Line("<!-- end -->");
-        ASSERT_EQ(file.Close(), ExportFile::kOk);
-        EXPECT_NE(setup.folder.Read("n.xls").find(
-                      std::string(kTableStart) +
-                      "<td class=align_border x:num style='text-align:right ; mso-number-format:\"\\#,\\#\\#0\"'>7</td>\n"
-                      "<!-- end -->\n</table>\n"),
-                  std::string::npos)
-            << kind;
-    }
-}
-
+// The style sheet template is copied between what is written without one and the table, with
+// one line feed after it: any bytes, NUL and 0xFF too.
 TEST_F(ExportFileTest, TemplateIsCopiedWithOneLineFeedAfterIt)
 {
-    struct Case { std::string head; std::string copied; };
-    const Case cases[] = {
-        {"", "\n"},
-        {"<style>", "<style>\n"},
-        {"<style>\r\n", "<style>\r\n\n"},
-        {std::string("\xff\x00\xfe", 3), std::string("\xff\x00\xfe\n", 4)},  // any byte, NUL and 0xFF too
-    };
-    for (const Case& c : cases) {
-        setup.folder.Write("sys/xls_head.txt", c.head);
+    std::remove(setup.folder.File("sys/xls_head.txt").c_str());
+    setup.folder.Write("w.xls", "old content");
+    std::string prologue;
+    {
         ExportFile file;
-        ASSERT_EQ(file.Open(Path("t.xls")), ExportFile::kOk);
-        ASSERT_EQ(file.Close(), ExportFile::kOk);
-        EXPECT_EQ(setup.folder.Read("t.xls"),
-                  std::string(kPrologue) + c.copied + kTableStart + "</table>\n</body>\n</html>\n");
+        EXPECT_EQ(file.Open(Path("w.xls")), ExportFile::kNoTemplate);
+        EXPECT_TRUE(file.IsOpen());
+        file.Abandon();
+        EXPECT_FALSE(file.IsOpen());
+        prologue = setup.folder.Read("w.xls");
+    }
+    EXPECT_EQ(prologue.compare(0, 5, "<html"), 0);
+    std::string tail;
+    for (const std::string& head : {std::string(), std::string("<style>"), std::string("<style>\r\n"),
+                                    std::string("\xff\x00\xfe", 3), ovtest::ExportSetup::SampleHead()}) {
+        setup.folder.Write("sys/xls_head.txt", head);
+        const std::string file = Written([](ExportFile&) {});
+        ASSERT_GT(file.size(), prologue.size() + head.size() + 1) << head;
+        EXPECT_EQ(file.substr(0, prologue.size() + head.size() + 1), prologue + head + "\n");
+        const std::string after = file.substr(prologue.size() + head.size() + 1);
+        if (tail.empty()) tail = after;
+        EXPECT_EQ(after, tail) << "the same table whatever the template";
     }
 }
 
-TEST_F(ExportFileTest, MissingTemplateLeavesThePrologueOnly)
+// Kinds outside the four write the plain integer cell; the four write cells of their own.
+TEST_F(ExportFileTest, UnknownNumberKindsWriteThePlainIntegerCell)
 {
-    std::remove(setup.folder.File("sys/xls_head.txt").c_str());
-    setup.folder.Write("old.xls", "old content");
-    ExportFile file;
-    EXPECT_EQ(file.Open(Path("old.xls")), ExportFile::kNoTemplate);
-    EXPECT_TRUE(file.IsOpen());
-    file.Abandon();
-    EXPECT_FALSE(file.IsOpen());
-    EXPECT_EQ(setup.folder.Read("old.xls"), kPrologue);
+    const auto number = [this](int kind, const char* decimals) {
+        return Written([&](ExportFile& file) {
+            file.NumberCell(kind, "7", decimals);
+            file.Line("<!-- end -->");
+        });
+    };
+    const std::string integer = number(ExportFile::kInteger, "");
+    EXPECT_NE(integer.find(">7</td>\n<!-- end -->\n"), std::string::npos);
+    for (int kind : {0, 5, -1}) EXPECT_EQ(number(kind, "##"), integer) << kind;
+    for (int kind : {ExportFile::kDecimals, ExportFile::kPercent, ExportFile::kPercentDecimals})
+        EXPECT_NE(number(kind, "##"), integer) << kind;
 }
 
 TEST_F(ExportFileTest, FilesThatCannotBeCreated)
@@ -99,16 +101,18 @@ TEST_F(ExportFileTest, OperationsWithoutAFileDoNothing)
     EXPECT_EQ(file.Close(), ExportFile::kNotOpen);
 }
 
+// Opening another file puts the first in place as it is, as Abandon would.
 TEST_F(ExportFileTest, OpeningAgainPutsTheFirstFileInPlaceAsItIs)
 {
+    const std::string abandoned = Written([](ExportFile& file) { file.Line("first"); }, false);
+    EXPECT_EQ(abandoned.substr(abandoned.size() - 6), "first\n");
     ExportFile file;
     ASSERT_EQ(file.Open(Path("first.xls")), ExportFile::kOk);
     file.Line("first");
     ASSERT_EQ(file.Open(Path("second.xls")), ExportFile::kOk);
     EXPECT_EQ(file.Close(), ExportFile::kOk);
-    const std::string first = setup.folder.Read("first.xls");
-    EXPECT_EQ(first.substr(first.size() - std::string(kTableStart).size() - 6), std::string(kTableStart) + "first\n");
-    EXPECT_EQ(setup.Names(), (std::vector<std::string>{"Log", "first.xls", "second.xls", "sys"}));
+    EXPECT_EQ(setup.folder.Read("first.xls"), abandoned);
+    EXPECT_EQ(setup.Names(), (std::vector<std::string>{"Log", "first.xls", "second.xls", "sys", "w.xls"}));
 }
 
 }  // namespace

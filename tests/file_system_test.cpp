@@ -58,7 +58,11 @@ TEST(ReplacingFile, CommitReplacesTheWholeFile)
         expected += big;
         ASSERT_TRUE(file.Write("end", 3));
         expected += "end";
-        EXPECT_EQ(folder.Read("a.txt"), std::string(200000, 'o'));  // untouched until Commit
+        // Until Commit the bytes live under a temporary name in the target's own folder.
+        EXPECT_EQ(folder.Read("a.txt"), std::string(200000, 'o'));
+        const auto names = Names(folder.path());
+        ASSERT_EQ(names.size(), 4u);
+        EXPECT_EQ(names[2].rfind("a.txt.tmp", 0), 0u) << names[2];
         ASSERT_TRUE(file.Commit());
         EXPECT_FALSE(file.IsOpen());
         EXPECT_FALSE(file.Write("late", 4));
@@ -67,9 +71,9 @@ TEST(ReplacingFile, CommitReplacesTheWholeFile)
     EXPECT_EQ(Names(folder.path()), (std::vector<std::string>{"Log", "a.txt", "sys"}));
 }
 
-// A mapped file shows its bytes; what cannot be mapped says so, and a file let go of can be
-// replaced again (on Windows a file stays locked while a view of it is open).
-TEST(MappedFile, ShowsTheBytesAndLetsGo)
+// A mapped file and a reader show the file's bytes; what cannot be mapped says so, and a file
+// let go of can be replaced again (on Windows a file stays locked while a view of it is open).
+TEST(MappedFile, MappedAndReadPartsShowTheBytesAndLetGo)
 {
     ovtest::TempFolder folder;
     std::string content(70000, '\0');
@@ -87,41 +91,35 @@ TEST(MappedFile, ShowsTheBytesAndLetsGo)
         EXPECT_FALSE(mapped.IsOpen()) << name;
         EXPECT_EQ(mapped.Data(), nullptr) << name;
     }
+    {
+        orderview::FileReader reader(CString(folder.File("data.bin")));
+        ASSERT_TRUE(reader.IsOpen());
+        const struct {
+            std::uint64_t offset;
+            std::size_t size;
+            bool read;
+        } cases[] = {
+            {0, 100, true},
+            {100, 4096, true},      // on from where the last read ended
+            {65000, 5000, true},    // up to the end exactly
+            {10, 10, true},         // back
+            {69990, 11, false},     // one byte past the end
+            {40000, 30, true},      // after a failed read
+            {70000, 0, true},       // nothing, at the end
+            {80000, 1, false},      // past the end
+        };
+        for (const auto& c : cases) {
+            std::string part(c.size, '\xAA');
+            EXPECT_EQ(reader.ReadAt(c.offset, &part[0], c.size), c.read) << c.offset;
+            if (c.read) EXPECT_EQ(part, content.substr(static_cast<std::size_t>(c.offset), c.size)) << c.offset;
+        }
+        orderview::FileReader missing(CString(folder.File("missing.bin")));
+        EXPECT_FALSE(missing.IsOpen());
+        char byte = 0;
+        EXPECT_FALSE(missing.ReadAt(0, &byte, 1));
+    }
     ASSERT_TRUE(orderview::ReplaceFileAtomically(CString(folder.File("data.bin")), "new"));
     EXPECT_EQ(folder.Read("data.bin"), "new");
-}
-
-TEST(FileReader, ReadsPartsAtAnyOffset)
-{
-    ovtest::TempFolder folder;
-    std::string content(70000, '\0');
-    for (std::size_t i = 0; i < content.size(); ++i) content[i] = static_cast<char>(i * 7 + i / 300);
-    folder.Write("data.bin", content);
-    orderview::FileReader reader(CString(folder.File("data.bin")));
-    ASSERT_TRUE(reader.IsOpen());
-    const struct {
-        std::uint64_t offset;
-        std::size_t size;
-        bool read;
-    } cases[] = {
-        {0, 100, true},
-        {100, 4096, true},      // on from where the last read ended
-        {65000, 5000, true},    // up to the end exactly
-        {10, 10, true},         // back
-        {69990, 11, false},     // one byte past the end
-        {40000, 30, true},      // after a failed read
-        {70000, 0, true},       // nothing, at the end
-        {80000, 1, false},      // past the end
-    };
-    for (const auto& c : cases) {
-        std::string part(c.size, '\xAA');
-        EXPECT_EQ(reader.ReadAt(c.offset, &part[0], c.size), c.read) << c.offset;
-        if (c.read) EXPECT_EQ(part, content.substr(static_cast<std::size_t>(c.offset), c.size)) << c.offset;
-    }
-    orderview::FileReader missing(CString(folder.File("missing.bin")));
-    EXPECT_FALSE(missing.IsOpen());
-    char byte = 0;
-    EXPECT_FALSE(missing.ReadAt(0, &byte, 1));
 }
 
 TEST(ReplacingFile, UncommittedOrFailedLeavesTheTargetAsItWas)
@@ -151,52 +149,9 @@ TEST(ReplacingFile, UncommittedOrFailedLeavesTheTargetAsItWas)
     EXPECT_TRUE(Names(folder.File("sys")).empty());
 }
 
-TEST(ReplacingFile, WritesBesideTheTarget)
-{
-    ovtest::TempFolder folder;
-    ReplacingFile file(CString(folder.MainPath() + "\\sys\\b.ini"));
-    ASSERT_TRUE(file.IsOpen());
-    ASSERT_TRUE(file.Write("in place"));
-    // Until Commit the bytes live under a temporary name in the target's own folder.
-    const auto names = Names(folder.File("sys"));
-    ASSERT_EQ(names.size(), 1u);
-    EXPECT_EQ(names[0].rfind("b.ini.tmp", 0), 0u) << names[0];
-    ASSERT_TRUE(file.Commit());
-    EXPECT_EQ(folder.Read("sys/b.ini"), "in place");
-    EXPECT_EQ(Names(folder.File("sys")), (std::vector<std::string>{"b.ini"}));
-}
-
-}  // namespace
-
-TEST(LineReader, LinesWithOffsetsToComeBackTo)
-{
-    ovtest::TempFolder folder;
-    const std::string content = std::string("first\r\n\nwith\0nul\n", 17) + std::string(70000, 'x') + "\nlast";
-    folder.Write("sys/lines.txt", content);
-    orderview::LineReader reader(CString(folder.File("sys/lines.txt")));
-    ASSERT_TRUE(reader.IsOpen());
-    std::vector<std::string> lines;
-    std::vector<std::uint64_t> offsets;
-    std::string line;
-    for (std::uint64_t at = reader.Tell(); reader.ReadLine(line); at = reader.Tell()) {
-        lines.push_back(line);
-        offsets.push_back(at);
-    }
-    ASSERT_EQ(lines.size(), 5u);
-    EXPECT_EQ(lines[0], "first");
-    EXPECT_EQ(lines[1], "");
-    EXPECT_EQ(lines[2], std::string("with\0nul", 8));  // a NUL byte is text like any other
-    EXPECT_EQ(lines[3].size(), 70000u);               // longer than one buffer
-    EXPECT_EQ(lines[4], "last");
-    EXPECT_EQ(reader.Tell(), content.size());
-    ASSERT_TRUE(reader.Seek(offsets[2]));
-    ASSERT_TRUE(reader.ReadLine(line));
-    EXPECT_EQ(line, lines[2]);
-    EXPECT_FALSE(orderview::LineReader(CString(folder.File("sys/none.txt"))).IsOpen());
-}
-
 // Every line break is one: LF, CR LF and CR alone, also when a CR LF straddles two of the
-// reader's parts (64 KiB), and coming back to any offset Tell gave reads the same lines again.
+// reader's parts (64 KiB); a NUL byte is text like any other; and coming back to any offset Tell
+// gave reads the same lines again.
 TEST(LineReader, EveryKindOfLineBreakAndEveryOffsetToComeBackTo)
 {
     struct Case {
@@ -213,11 +168,14 @@ TEST(LineReader, EveryKindOfLineBreakAndEveryOffsetToComeBackTo)
         {"mixed, LF CR is two", "a\n\rb\r\n\nc", {"a", "", "b", "", "c"}, {"\n", "\r", "\r\n", "\n", ""}},
         {"CR LF across parts", part + "\r\nz", {part, "z"}, {"\r\n", ""}},
         {"CR at the very end", "a\r", {"a"}, {"\r"}},
+        {"NUL and a line longer than a part", std::string("with\0nul\n", 9) + part + "pp\nlast",
+         {std::string("with\0nul", 8), part + "pp", "last"}, {"\n", "\n", ""}},
     };
     ovtest::TempFolder folder;
     for (const auto& c : cases) {
         folder.Write("sys/lines.txt", c.content);
         orderview::LineReader reader(CString(folder.File("sys/lines.txt")));
+        ASSERT_TRUE(reader.IsOpen());
         std::vector<std::string> lines, breaks;
         std::vector<std::uint64_t> offsets;
         std::string line;
@@ -235,4 +193,7 @@ TEST(LineReader, EveryKindOfLineBreakAndEveryOffsetToComeBackTo)
             EXPECT_EQ(line, c.lines[i]) << c.what << " line " << i;
         }
     }
+    EXPECT_FALSE(orderview::LineReader(CString(folder.File("sys/none.txt"))).IsOpen());
 }
+
+}  // namespace

@@ -5,7 +5,6 @@
 #include <string>
 
 #include "format/normalize.h"
-#include "host/table_host.h"
 #include "support/substitute_host.h"
 
 namespace {
@@ -55,18 +54,15 @@ TEST(NormalizCstring, GroupsThousands)
     for (const auto& c : cases) EXPECT_EQ(g_cszNormalizCstring(CString(c.in)), c.out) << c.in;
 }
 
+// Grouped text is returned itself; the shared result buffer may be passed in.
 TEST(NormalizCstring, GroupedTextIsReturnedItself)
 {
+    EXPECT_EQ(g_cszNormalizCstring(g_cszNormalizDouble(1234567.5)), "1,234,567.5");
     const CString grouped("1,234");
     EXPECT_EQ(&g_cszNormalizCstring(grouped), &grouped);
     const CString leading(",1234");  // a comma only in front does not count
     EXPECT_EQ(g_cszNormalizCstring(leading), ",1,234");
     EXPECT_NE(&g_cszNormalizCstring(leading), &leading);
-}
-
-TEST(NormalizCstring, AcceptsTheSharedBufferAsArgument)
-{
-    EXPECT_EQ(g_cszNormalizCstring(g_cszNormalizDouble(1234567.5)), "1,234,567.5");
 }
 
 TEST(NormalizCstring, DeepSeparatorsDoNotExhaustTheStack)
@@ -123,11 +119,10 @@ TEST(ColorDarker, ScalesEachChannel)
 TEST(TransShowString, UsesTheHostsMask)
 {
     ovtest::SubstituteHost host;
-    orderview::SetHostServices(&host);
+    const ovtest::InstalledHost guard(host);
     EXPECT_EQ(g_csTransShowString("1234567"), "123****");
     EXPECT_EQ(g_csTransShowString("12345678901"), "123*****901");
     EXPECT_EQ(g_csTransShowString("12"), "12");
-    orderview::SetHostServices(nullptr);
 }
 
 }  // namespace

@@ -1,25 +1,21 @@
 #include <gtest/gtest.h>
 
 #include "format/order_state.h"
-#include "host/table_host.h"
 #include "support/substitute_host.h"
 
 namespace {
 
-class OrderState : public ::testing::Test {
+class OrderState : public ovtest::HostTest {
 protected:
-    void SetUp() override
+    OrderState()
     {
-        orderview::SetHostServices(&host);
         order.commodity.dwMarketKind = '0';
         order.dwOrderKind = '1';
         order.dwLastAction = 'N';
         order.csStatusCode = "0000";
         order.dwOrderQty = 10;
     }
-    void TearDown() override { orderview::SetHostServices(nullptr); }
     CString State() { return g_cszDisplayOrderState(&order, 0); }
-    ovtest::SubstituteHost host;
     CBaseOrder_OrderInfo order;
 };
 

@@ -4,21 +4,18 @@
 #include <limits>
 
 #include "format/price_display.h"
-#include "host/table_host.h"
 #include "support/substitute_host.h"
 
 namespace {
 
-class PriceDisplay : public ::testing::Test {
+class PriceDisplay : public ovtest::HostTest {
 protected:
-    void SetUp() override
+    PriceDisplay()
     {
         Accept("ZB", 32, 4);
         Accept("ZN", 32, 2);
         Accept("NQ", 4, 1);
-        orderview::SetHostServices(&host);
     }
-    void TearDown() override { orderview::SetHostServices(nullptr); }
     void Accept(const char* id, int den, int sub)
     {
         CAcceptComFfuture record;
@@ -27,7 +24,6 @@ protected:
         record.iSubDenominator = sub;
         host.vecForeignAccept.push_back(record);
     }
-    ovtest::SubstituteHost host;
 };
 
 TEST_F(PriceDisplay, PlainPricesIgnoreTheFractionSetting)
@@ -136,10 +132,8 @@ TEST(SpecialDecimal, ThirtySecondsAndThousandths)
     EXPECT_EQ(untouched, "keep me");
 }
 
-TEST(Quantities, UnitWordByMarketKind)
+TEST_F(PriceDisplay, QuantitiesUnitWordByMarketKind)
 {
-    ovtest::SubstituteHost host;
-    orderview::SetHostServices(&host);
     struct Case { char market; const char* unit; };
     const Case cases[] = {
         {'0', "IDS_ORDER-ITEM_UNIT_FUTURE"}, {'8', "IDS_ORDER-ITEM_UNIT_FUTURE"}, {'A', "IDS_ORDER-ITEM_UNIT_STOCK_1K"},
@@ -160,7 +154,6 @@ TEST(Quantities, UnitWordByMarketKind)
     order.commodity.dwMarketKind = 'A' + 0x100;  // the whole 32-bit value is compared
     EXPECT_EQ(g_cszDisplayOrderQty(&order), "0IDS_ORDER-ITEM_UNIT_UNIO");
     EXPECT_EQ(g_cszDisplayOrderQty(nullptr), "");
-    orderview::SetHostServices(nullptr);
 }
 
 }  // namespace

@@ -11,6 +11,7 @@
 #include "platform/platform.h"
 #include "platform/print.h"
 #include "support/environment.h"
+#include "support/substitute_host.h"
 #include "support/temp_folder.h"
 
 namespace {
@@ -127,7 +128,7 @@ TEST(PdfPrintJob, EmbedsTheChineseGlyphsUsedOnceForTheDocument)
     if (!HoldsChinese()) GTEST_SKIP() << "the process's code page has no Chinese characters";
     const PrintFont font(kUming);
     orderview::TableHost host;
-    orderview::SetHostServices(&host);
+    ovtest::InstalledHost guard(host);
     ovtest::TempFolder folder;
     const std::string path = folder.File("chinese.pdf");
     // 陳大文期貨 on every page, 台積電 on the second, Latin before and after.
@@ -146,7 +147,6 @@ TEST(PdfPrintJob, EmbedsTheChineseGlyphsUsedOnceForTheDocument)
     job->DrawText({40, 40, 500, 20}, chen, orderview::PrintFont{10, true}, orderview::PrintAlign::kLeft);
     job->DrawText({40, 80, 500, 20}, tsmc, size10, orderview::PrintAlign::kLeft);
     ASSERT_TRUE(job->Finish());
-    orderview::SetHostServices(nullptr);
     EXPECT_TRUE(host.vecDebugLog.empty());
 
     const std::string pdf = folder.Read("chinese.pdf");
@@ -183,7 +183,7 @@ TEST(PdfPrintJob, WithoutAFontChineseIsAQuestionMarkAndTheLogSaysSoOnce)
         SCOPED_TRACE(named);
         const PrintFont font(named);
         orderview::TableHost host;
-        orderview::SetHostServices(&host);
+        ovtest::InstalledHost guard(host);
         auto latin = Start(folder.File("latin.pdf"));
 #ifdef _WIN32
         const CString accented(Narrow(Holds(u"\u00E9") ? u"caf\u00E9 ??" : u"cafe ??"));
@@ -204,7 +204,6 @@ TEST(PdfPrintJob, WithoutAFontChineseIsAQuestionMarkAndTheLogSaysSoOnce)
             ASSERT_TRUE(job->NextPage());
         }
         ASSERT_TRUE(job->Finish());
-        orderview::SetHostServices(nullptr);
         ASSERT_EQ(host.vecDebugLog.size(), 1u);
         EXPECT_NE(host.vecDebugLog[0].Find("ORDERVIEW_PRINT_FONT"), -1);
         const std::string pdf = folder.Read("none.pdf");
