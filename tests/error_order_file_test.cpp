@@ -11,7 +11,6 @@
 
 #include "platform/profile_file.h"
 #include "host/record_file.h"
-#include "host/table_host.h"
 #include "support/substitute_host.h"
 #include "settings/error_order_file.h"
 #include "support/fake_platform.h"
@@ -56,19 +55,17 @@ class ErrorOrderFile : public ::testing::Test {
 protected:
     void SetUp() override
     {
-        host.csMainPath = folder.MainPath();
-        orderview::SetHostServices(&host);
         platform.SetDate(2026, 11, 21);
         account.csAccount = "F123";
     }
-    void TearDown() override { orderview::SetHostServices(nullptr); }
     std::string File() const { return folder.Read("sys/F123.ord"); }
     CString Key(const char* section, const char* key) const
     {
         return orderview::ProfileString(section, key, "<none>", folder.File("sys/F123.ord").c_str());
     }
     ovtest::TempFolder folder;
-    ovtest::SubstituteHost host;
+    ovtest::SubstituteHost host{folder.MainPath()};
+    ovtest::InstalledHost installed{host};
     ovtest::FakePlatform platform;
     AccountType account;
 };
@@ -175,10 +172,6 @@ TEST_F(ErrorOrderFile, InterruptedWriteLosesNothing)
     EXPECT_GE(File().size(), before.size());
 }
 #endif  // _WIN32
-
-}  // namespace
-
-namespace {
 
 // An error order whose status code holds a line break and a section header, read from a table
 // that once created a section "[FF2]" and a key of another order when written.
