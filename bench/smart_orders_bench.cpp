@@ -1,5 +1,8 @@
-// Registry lookups that the screens run on every quote tick.
+// Registry lookups that the screens run on every quote tick, removals and queues of very long
+// registries, and the order insurance check's walk of a very long deny list.
 #include <benchmark/benchmark.h>
+
+#include <vector>
 
 #include "orderview.h"
 
@@ -53,9 +56,89 @@ void BM_MoveSMTInfoByPrice(benchmark::State& state)
     orderview::ResetSmartOrderRegistries();
 }
 
+// 200,000 OCO groups of one leg each, half of them of one mark: removing that mark's groups walks
+// the list once, however long it is.
+void BM_OCODelByMarkOnHugeList(benchmark::State& state)
+{
+    const int n = 200000;
+    unsigned char sync = 1;
+    std::vector<CString> removed;
+    for (auto _ : state) {
+        state.PauseTiming();
+        orderview::ResetSmartOrderRegistries();
+        removed.clear();
+        for (int i = 0; i < n; ++i) {
+            CString sn;
+            sn.Format("SN%07d", i);
+            std::vector<STRUCT_FLASH_OCO_DATA> legs(1);
+            legs[0].strSymbol = "TXF";
+            legs[0].strPrice = "1";
+            legs[0].strMark = i % 2 ? "odd" : "even";
+            g_vSetOCOInfoBySN(sn, legs, sync);
+        }
+        state.ResumeTiming();
+        g_vDelOCOInfoBySN("", sync, removed, "odd", true);
+    }
+    if (removed.size() != static_cast<size_t>(n / 2) || g_vecGetOCOSNBySync(sync).size() != static_cast<size_t>(n / 2))
+        state.SkipWithError("wrong groups removed");
+    orderview::ResetSmartOrderRegistries();
+}
+
+// A reuse queue of 200,000 serial numbers filled and emptied again: each pop takes the front in
+// constant time.
+void BM_OCOReuseQueueFillAndEmpty(benchmark::State& state)
+{
+    const int n = 200000;
+    CString key = "Q", front;
+    int left = -1;
+    orderview::ResetSmartOrderRegistries();
+    for (auto _ : state) {
+        for (int i = 0; i < n; ++i) g_vSetReuseOCOSN(key, "x", false, false);
+        for (int i = 0; i < n; ++i) g_vSetReuseOCOSN(key, "", true, false);
+        left = g_iGetReuseOCOSN(key, front);
+    }
+    if (left != 0) state.SkipWithError("the queue did not empty");
+    orderview::ResetSmartOrderRegistries();
+}
+
+// The order insurance check of a futures order against a deny list of 200,000 entries whose only
+// match is the last: the walk reaches the end of any list.
+void BM_InsuranceHugeDenyList(benchmark::State& state)
+{
+    orderview::TableHost host;
+    orderview::SetHostServices(&host);
+    CBaseOrder_InsuranceInfo& settings = host.mapInsurance["ACC1"].info;
+    settings.bAllowMarketPrice = settings.bAllowMarginBuy = settings.bAllowShortSell = true;
+    settings.vecDenyList.assign(200000, CString("MXF00"));
+    settings.vecDenyList.back() = "TXFL6";
+    AccountType account;
+    account.csAccount = "ACC1";
+    account.dwTradeType = '0';
+    CBaseOrder_OrderInfo order;
+    order.commodity.csComId = "TXF";
+    order.commodity.csSymbolID = "TXFL6";
+    order.commodity.byServiceID = 1;
+    order.commodity.dwMarketKind = '1';
+    order.dwComplexKind = 'N';
+    order.dwOrderKind = order.dwOrderType = '2';
+    order.dbOrderPrice = 100;
+    order.dwOrderQty = 1;
+    bool passed = true;
+    for (auto _ : state) {
+        CString message;
+        passed = g_bCheckOrderInsurance(account, &order, message);
+        benchmark::DoNotOptimize(message);
+    }
+    if (passed) state.SkipWithError("the last deny-list entry was not matched");
+    orderview::SetHostServices(nullptr);
+}
+
 }  // namespace
 
 BENCHMARK(BM_OCOSNbyPrice);
 BENCHMARK(BM_MoveSMTInfoByPrice);
+BENCHMARK(BM_OCODelByMarkOnHugeList)->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_OCOReuseQueueFillAndEmpty)->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_InsuranceHugeDenyList)->Unit(benchmark::kMillisecond);
 
 BENCHMARK_MAIN();

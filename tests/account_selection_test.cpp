@@ -1,6 +1,5 @@
 #include <gtest/gtest.h>
 
-#include "host/table_host.h"
 #include "support/substitute_host.h"
 #include "settings/account_selection.h"
 
@@ -20,11 +19,8 @@ AccountType Account(const char* text, std::uint32_t tradeType, const char* field
     return a;
 }
 
-class AccountSelection : public ::testing::Test {
+class AccountSelection : public ovtest::HostTest {
 protected:
-    void SetUp() override { orderview::SetHostServices(&host); }
-    void TearDown() override { orderview::SetHostServices(nullptr); }
-    ovtest::SubstituteHost host;
     std::vector<AccountType> accounts = {Account("F1", '0'), Account("F2", '0', "x"), Account("S1", 'A', "y")};
 };
 

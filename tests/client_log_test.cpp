@@ -2,7 +2,6 @@
 
 #include <filesystem>
 
-#include "host/table_host.h"
 #include "support/substitute_host.h"
 #include "settings/client_log.h"
 #include "support/fake_platform.h"
@@ -12,14 +11,9 @@ namespace {
 
 class ClientLog : public ::testing::Test {
 protected:
-    void SetUp() override
-    {
-        host.csMainPath = folder.MainPath();
-        orderview::SetHostServices(&host);
-    }
-    void TearDown() override { orderview::SetHostServices(nullptr); }
     ovtest::TempFolder folder;
-    ovtest::SubstituteHost host;
+    ovtest::SubstituteHost host{folder.MainPath()};
+    ovtest::InstalledHost installed{host};
     ovtest::FakePlatform platform;
 };
 

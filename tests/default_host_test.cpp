@@ -44,8 +44,8 @@ protected:
         folder.Write("sys/contracts.csv", "service,commodity,weekly,week_relation,months\n106,TXO,1,TX1,202611 202612\n");
         folder.Write("sys/weekly_names.csv", "commodity,year_month,name\nTXO,202611W4,TX4\n");
         folder.Write("sys/accounts.csv",
-                     "trade_type,account,field0,field8,field20,field24,field28,field37,active\n"
-                     "0,F123,x,b8,f20,f24,f28,37,1\nA,S456,,,,,,,0\n");
+                     "trade_type,account,field0,field8,field20,field24,field28,field37,active,name\n"
+                     "0,F123,x,b8,f20,f24,f28,37,1,Chen Trading\nA,S456,,,,,,,,\n");  // empty: inactive
         folder.Write("sys/orders.csv",
                      "list,csAccount,dwBS,dbOrderPrice,dwOrderQty,csComId,dwMarketKind,csStatusMsg\n"
                      "today,F123,B,101.5,3,ZB,1,\"a, quoted \"\"msg\"\"\"\n"
@@ -56,7 +56,8 @@ protected:
         folder.Write("sys/insurance.csv",
                      "account,allow_list,deny_list,max_qty,price_limit,allow_margin_buy,allow_short_sell,"
                      "allow_market_price,today_limit,use_allow_list,used_today\n"
-                     "F123,TXF MXF,,10,50.5,1,0,1,100,1,12\n");
+                     "F123,TXF  MXF,TXO202612;18000C18200P  TXO202612;17000P ,10,50.5,1,0,1,100,1,12\n"
+                     "S456,,,,,0,1,1,,0,\n");
         folder.Write("sys/alert_stocks.csv", "account,symbol,name\nS456,2330,TSMC\n");
         folder.Write("sys/stocks.csv", "symbol,unit,special,flag1,flag2,flag3\n2330,1000,1,1,1,0\n");
     }
@@ -67,7 +68,7 @@ TEST_F(DefaultHostFiles, ReadsEveryTable)
 {
     DefaultHost host(folder.MainPath());
     EXPECT_TRUE(host.Diagnostics().empty()) << host.Diagnostics().front().GetString();
-    orderview::SetHostServices(&host);
+    ovtest::InstalledHost guard(host);
 
     BKOrderInterface& bk = BKOrderInterface::GetBKInterface();
     EXPECT_EQ(bk.LangGetLangString("IDS_ORDER-ITEM_BS_BUY"), "Buy");
@@ -124,6 +125,10 @@ TEST_F(DefaultHostFiles, ReadsEveryTable)
     ASSERT_TRUE(OrderBK_bGetActiveAccount(account, '0'));
     EXPECT_EQ(account.csAccount, "F123");
     EXPECT_EQ(account.dwField37, 37u);
+    CString name;
+    EXPECT_TRUE(OrderBK_bGetAccountName("F123", name));
+    EXPECT_EQ(name, "Chen Trading");
+    EXPECT_FALSE(OrderBK_bGetAccountName("S456", name));  // an empty name is none
     EXPECT_FALSE(OrderBK_bGetActiveAccount(account, 'A'));
     bool flags[4];
     OrderBK_vGetOperator(flags[0], flags[1], flags[2], flags[3]);
@@ -154,13 +159,20 @@ TEST_F(DefaultHostFiles, ReadsEveryTable)
     double used = 0;
     const CBaseOrder_InsuranceInfo insurance = OrderBK_GetOrderInsurance(f123, used);
     EXPECT_EQ(used, 12.0);
-    EXPECT_EQ(insurance.vecAllowList, (std::vector<CString>{"TXF", "MXF"}));
+    EXPECT_EQ(insurance.vecAllowList, (std::vector<CString>{"TXF", "MXF"}));  // runs of spaces split once
+    EXPECT_EQ(insurance.vecDenyList, (std::vector<CString>{"TXO202612;18000C18200P", "TXO202612;17000P"}));
     EXPECT_EQ(insurance.iMaxQty, 10);
     EXPECT_EQ(insurance.dbPriceLimit, 50.5);
     EXPECT_TRUE(insurance.bAllowMarginBuy && !insurance.bAllowShortSell && insurance.bUseAllowList);
-
     AccountType s456;
     s456.csAccount = "S456";
+    ASSERT_TRUE(OrderBK_LoadOrderInsurance(s456));  // empty numbers keep their defaults
+    const CBaseOrder_InsuranceInfo blank = OrderBK_GetOrderInsurance(s456, used);
+    EXPECT_EQ(used, 0.0);
+    EXPECT_EQ(blank.iMaxQty, 0);
+    EXPECT_EQ(blank.dbTodayLimit, 0.0);
+    EXPECT_TRUE(!blank.bAllowMarginBuy && blank.bAllowShortSell && !blank.bUseAllowList);
+
     ASSERT_EQ(OrderBK_GetDSAlertStock(s456).size(), 1u);
     EXPECT_EQ(OrderBK_GetDSAlertStock(s456)[0].csSymbolID, "2330");
     EXPECT_TRUE(OrderBK_GetStockCredit("2330").bSpecial);
@@ -176,7 +188,6 @@ TEST_F(DefaultHostFiles, ReadsEveryTable)
 
     bk.vWriteDebugLog(const_cast<char*>(""), 0, "hello log");
     EXPECT_EQ(folder.Read("Log/debug.log"), "hello log\n");
-    orderview::SetHostServices(nullptr);
 }
 
 TEST_F(DefaultHostFiles, ReportsMalformedLinesWithFileAndLine)
@@ -186,6 +197,7 @@ TEST_F(DefaultHostFiles, ReportsMalformedLinesWithFileAndLine)
     folder.Write("sys/symbols.csv", "service,symbol,market_state\n1,\"unclosed\n");
     folder.Write("sys/orders.csv", "list,dwBS,bogus,dwOrderQty\ntoday,BB,,1\nsomewhere,B,,1\ntoday,B,,-4\ntoday,S,,7\n");
     folder.Write("sys/accounts.csv", "account\nX\n");
+    folder.Write("sys/deals.csv", "csOrderNo,dwDealTime,commodity\nA1,93000500,x\nA2,late,x\n");
     folder.Write("sys/accepted.csv", "kind,commodity,denominator,sub_denominator\nforeign_future,"
                                      "ABCDEFGHIJKLMNOPQRSTUVWXYZ0123456789,32,1\nweird,X,,\n");
     DefaultHost host(folder.MainPath());
@@ -196,9 +208,9 @@ TEST_F(DefaultHostFiles, ReportsMalformedLinesWithFileAndLine)
     EXPECT_TRUE(HasDiagnostic(host, "quotes.csv:5: expected 5 fields, found 2"));
     EXPECT_TRUE(HasDiagnostic(host, "symbols.csv:2: quoted field is not closed"));
     EXPECT_TRUE(HasDiagnostic(host, "orders.csv:1: unknown order field bogus"));
-    EXPECT_TRUE(HasDiagnostic(host, "orders.csv:2: bad value 'BB'"));
-    EXPECT_TRUE(HasDiagnostic(host, "orders.csv:3: list must be"));
-    EXPECT_TRUE(HasDiagnostic(host, "orders.csv:4: bad value '-4'"));
+    EXPECT_TRUE(HasDiagnostic(host, "orders.csv:2: bad value 'BB'"));  // record_file_test has the rest
+    EXPECT_TRUE(HasDiagnostic(host, "deals.csv:1: unknown deal field commodity"));
+    EXPECT_TRUE(HasDiagnostic(host, "deals.csv:3: bad value 'late'"));
     EXPECT_TRUE(HasDiagnostic(host, "accounts.csv:1: missing column trade_type"));
     EXPECT_TRUE(HasDiagnostic(host, "accepted.csv:2: commodity id longer"));
     EXPECT_TRUE(HasDiagnostic(host, "accepted.csv:3: unknown kind"));
@@ -207,26 +219,9 @@ TEST_F(DefaultHostFiles, ReportsMalformedLinesWithFileAndLine)
     EXPECT_EQ(host.mapQuotes.size(), 1u);
     ASSERT_EQ(host.vecTodayOrders.size(), 1u);
     EXPECT_EQ(host.vecTodayOrders[0].dwOrderQty, 7u);
-    EXPECT_FALSE(host.bReload());
-}
-
-TEST(DefaultHost, DealsCarryTheirOrderFields)
-{
-    ovtest::TempFolder folder;
-    folder.Write("sys/deals.csv", "csOrderNo,dwBS,dwDealTime,dwDealQty,dbDealPrice,csDealNo,commodity\n"
-                                  "A1,B,93000500,2,101.5,D1,x\nA2,S,late,1,1,D2,x\n");
-    DefaultHost host(folder.MainPath());
-    EXPECT_TRUE(HasDiagnostic(host, "deals.csv:1: unknown deal field commodity"));
-    EXPECT_TRUE(HasDiagnostic(host, "deals.csv:3: bad value 'late'"));
     ASSERT_EQ(host.vecDeals.size(), 1u);
-    const CBaseOrder_DealInfo& deal = host.vecDeals[0];
-    EXPECT_EQ(deal.csOrderNo, "A1");
-    EXPECT_EQ(deal.dwBS, static_cast<std::uint32_t>('B'));
-    EXPECT_EQ(deal.dwDealTime, 93000500u);                              // the deal's own time
-    EXPECT_EQ(static_cast<const CBaseOrder_OrderInfo&>(deal).dwDealTime, 0u);  // not the order's
-    EXPECT_EQ(deal.dwDealQty, 2u);
-    EXPECT_EQ(deal.dbDealPrice, 101.5);
-    EXPECT_EQ(deal.csDealNo, "D1");
+    EXPECT_EQ(host.vecDeals[0].csOrderNo, "A1");
+    EXPECT_FALSE(host.bReload());
 }
 
 TEST(DefaultHost, EmptyFolderIsValid)
@@ -289,14 +284,13 @@ TEST(TableHost, ServesTablesFedFromCode)
     host.csMainPath = "C:\\trader";
     host.vSetQuote(1, "2330", 125, X1Format(125, 25, 612.5));
     host.mapLanguage["IDS_ORDER-ITEM_BS_BUY"] = "\xE8\xB2\xB7";
-    orderview::SetHostServices(&host);
+    ovtest::InstalledHost guard(host);
     EXPECT_EQ(BKOrderInterface::GetBKInterface().LangGetLangString("IDS_ANY"), "IDS_ANY");
     EXPECT_EQ(BKOrderInterface::GetBKInterface().LangGetLangString("IDS_ORDER-ITEM_BS_BUY"), "\xE8\xB2\xB7");
     EXPECT_EQ(s_PathGetSysPath(0), "C:\\trader\\sys");
     std::vector<X1Format> values;
     ASSERT_TRUE(BKOrderInterface::GetBKInterface().bGetItemDataByItemNo(1, "2330", {125}, values, true, nullptr));
     EXPECT_EQ(static_cast<CString>(values[0]), "612.50");
-    orderview::SetHostServices(nullptr);
 }
 
 TEST(X1FormatValue, ConversionsAndUnits)

@@ -1,17 +1,10 @@
 #include <gtest/gtest.h>
 
-#include <csignal>
 #include <filesystem>
 #include <sstream>
-#ifndef _WIN32
-#include <sys/wait.h>
-#include <thread>
-#include <unistd.h>
-#endif
 
 #include "platform/profile_file.h"
 #include "host/record_file.h"
-#include "host/table_host.h"
 #include "support/substitute_host.h"
 #include "settings/error_order_file.h"
 #include "support/fake_platform.h"
@@ -56,19 +49,17 @@ class ErrorOrderFile : public ::testing::Test {
 protected:
     void SetUp() override
     {
-        host.csMainPath = folder.MainPath();
-        orderview::SetHostServices(&host);
         platform.SetDate(2026, 11, 21);
         account.csAccount = "F123";
     }
-    void TearDown() override { orderview::SetHostServices(nullptr); }
     std::string File() const { return folder.Read("sys/F123.ord"); }
     CString Key(const char* section, const char* key) const
     {
         return orderview::ProfileString(section, key, "<none>", folder.File("sys/F123.ord").c_str());
     }
     ovtest::TempFolder folder;
-    ovtest::SubstituteHost host;
+    ovtest::SubstituteHost host{folder.MainPath()};
+    ovtest::InstalledHost installed{host};
     ovtest::FakePlatform platform;
     AccountType account;
 };
@@ -142,43 +133,6 @@ TEST_F(ErrorOrderFile, ListsOrdFilesByExactTitle)
     EXPECT_FALSE(g_bGetIni("X"));
     EXPECT_FALSE(g_bGetIni(""));
 }
-
-// A writer killed in the middle of its writes must leave every key the file held before.
-// (Windows has no fork; the profile file tests cover the abandoned write there.)
-#ifndef _WIN32
-TEST_F(ErrorOrderFile, InterruptedWriteLosesNothing)
-{
-    std::vector<CBaseOrder_OrderInfo> orders;
-    for (int i = 0; i < 400; ++i) orders.push_back(FailedOrder("CME", static_cast<std::uint32_t>(i + 1)));
-    host.vecErrorOrders = orders;
-    g_vWriteErrorOrder(account, 50);
-    const std::string before = File();
-    for (auto& o : host.vecErrorOrders) o.commodity.csExchangeId = "NEW";
-    const pid_t child = fork();
-    ASSERT_GE(child, 0);
-    if (child == 0) {
-        g_vWriteErrorOrder(account, 50);
-        _exit(0);
-    }
-    std::this_thread::sleep_for(std::chrono::milliseconds(150));
-    kill(child, SIGKILL);
-    waitpid(child, nullptr, 0);
-    // Every section and key that was there is still there; values are old or new, never lost.
-    for (int i = 1; i <= 400; i += 37) {
-        CString section;
-        section.Format("FF%d", i);
-        const CString exchange = Key(section, "Exchange");
-        EXPECT_TRUE(exchange == "CME" || exchange == "NEW") << section.GetString() << " " << exchange.GetString();
-        EXPECT_EQ(Key(section, "SourceType"), "API");
-    }
-    EXPECT_EQ(Key("FF", "Count"), "400");
-    EXPECT_GE(File().size(), before.size());
-}
-#endif  // _WIN32
-
-}  // namespace
-
-namespace {
 
 // An error order whose status code holds a line break and a section header, read from a table
 // that once created a section "[FF2]" and a key of another order when written.

@@ -2,7 +2,6 @@
 
 #include <vector>
 
-#include "host/table_host.h"
 #include "support/substitute_host.h"
 #include "platform/list_control.h"
 #include "rows/operations.h"
@@ -15,7 +14,6 @@ class Operations : public ::testing::Test {
 protected:
     void SetUp() override
     {
-        orderview::SetHostServices(&host);
         orderview::ResetForeignChaseSetting();
         SetSwitches(true, true, true, true);
         order.commodity.dwMarketKind = '0';
@@ -27,7 +25,6 @@ protected:
     {
         orderview::ResetForeignChaseSetting();
         SetSwitches(false, false, false, false);
-        orderview::SetHostServices(nullptr);
     }
     void SetSwitches(bool del, bool qty, bool chase, bool price)
     {
@@ -45,6 +42,7 @@ protected:
 
     ovtest::TempFolder folder;
     ovtest::SubstituteHost host{folder.MainPath()};
+    ovtest::InstalledHost installed{host};
     CBaseOrder_OrderInfo order;
 };
 

@@ -8,11 +8,11 @@
 
 namespace {
 
-class Confirmation : public ::testing::Test {
+class Confirmation : public ovtest::HostTest {
 protected:
     void SetUp() override
     {
-        orderview::SetHostServices(&host);
+        HostTest::SetUp();
         host.mapAccountNames["S0001"] = "Lin";
         orderview::TableHost::SymbolInfo tsmc;
         tsmc.csName = "TSMC";
@@ -29,7 +29,6 @@ protected:
         order.dwOrderQty = 2000;
         order.dbOrderPrice = 1085;
     }
-    void TearDown() override { orderview::SetHostServices(nullptr); }
 
     static std::vector<std::string> Lines(const CString& text)
     {
@@ -42,7 +41,6 @@ protected:
         return lines;
     }
 
-    ovtest::SubstituteHost host;
     CBaseOrder_OrderInfo order;
 };
 

@@ -5,11 +5,8 @@
 #include <string>
 
 #include "checks/order_insurance.h"
-#include "host/default_host.h"
-#include "host/table_host.h"
 #include "support/substitute_host.h"
 #include "order_data/host_api.h"
-#include "support/temp_folder.h"
 
 namespace {
 
@@ -17,11 +14,11 @@ const CString kHeading = "IDS_INSURANCESETTING_MESSAGE";
 
 CString Refusal(const char* rule) { return kHeading + "IDS_INSURANCESETTING_MESSAGE_" + rule; }
 
-class Insurance : public ::testing::Test {
+class Insurance : public ovtest::HostTest {
 protected:
     void SetUp() override
     {
-        orderview::SetHostServices(&host);
+        HostTest::SetUp();
         Account('0');
         order.commodity.csComId = "TXF";
         order.commodity.csSymbolID = "TXFL6";
@@ -36,7 +33,6 @@ protected:
         Settings().bAllowMarginBuy = true;
         Settings().bAllowShortSell = true;
     }
-    void TearDown() override { orderview::SetHostServices(nullptr); }
 
     void Account(std::uint32_t tradeType)
     {
@@ -65,7 +61,6 @@ protected:
         return Check() == "pass";
     }
 
-    ovtest::SubstituteHost host;
     AccountType account;
     CBaseOrder_OrderInfo order;
 };
@@ -114,37 +109,29 @@ TEST_F(Insurance, OptionProductKeysOfKindsOneAndFour)
     EXPECT_TRUE(Allows("TXO"));
 }
 
-TEST_F(Insurance, AllowListWalk)
+// A futures order keys as "TXFL6", a stock order (trade types 'A' and '4' here) as "2330".
+TEST_F(Insurance, AllowAndDenyListWalks)
 {
-    Settings().bUseAllowList = true;
-    Settings().vecAllowList = {"MXFL6", "TXFL6", "EXFL6"};
-    EXPECT_EQ(Check(), "pass");
-    Settings().vecAllowList = {"MXFL6", "EXFL6"};
-    EXPECT_EQ(Check(), Refusal("BUY"));
-    Settings().vecAllowList.clear();  // an empty allow list allows everything
-    EXPECT_EQ(Check(), "pass");
-    // The deny list is not looked at while the allow list is in use.
-    Settings().vecDenyList = {"TXFL6"};
-    EXPECT_EQ(Check(), "pass");
-
-    Account('A');
-    order.commodity.csComId = "2330";
-    Settings().vecAllowList = {"2317"};
-    EXPECT_EQ(Check(), Refusal("STOCK_BUY"));
-    Account('4');
-    EXPECT_EQ(Check(), Refusal("BUY"));
-}
-
-TEST_F(Insurance, DenyListWalk)
-{
-    Settings().vecDenyList = {"MXFL6", "TXFL6"};
-    EXPECT_EQ(Check(), Refusal("NOTBUY"));
-    Settings().vecDenyList = {"MXFL6"};
-    EXPECT_EQ(Check(), "pass");
-    Account('A');
-    order.commodity.csComId = "2330";
-    Settings().vecDenyList = {"2330"};
-    EXPECT_EQ(Check(), Refusal("STOCK_NOTBUY"));
+    struct Case { bool useAllow; std::uint32_t tradeType; std::vector<CString> allow, deny; const char* rule; };
+    const Case cases[] = {
+        {true, '0', {"MXFL6", "TXFL6", "EXFL6"}, {}, nullptr},
+        {true, '0', {"MXFL6", "EXFL6"}, {}, "BUY"},
+        {true, '0', {}, {"TXFL6"}, nullptr},  // an empty allow list allows all; the deny list is not read
+        {true, 'A', {"2317"}, {}, "STOCK_BUY"},
+        {true, '4', {"2317"}, {}, "BUY"},
+        {false, '0', {}, {"MXFL6", "TXFL6"}, "NOTBUY"},  // walked to its end
+        {false, '0', {}, {"MXFL6"}, nullptr},
+        {false, '0', {}, {""}, nullptr},  // an empty key never matches a built one
+        {false, 'A', {}, {"2330"}, "STOCK_NOTBUY"},
+    };
+    for (const auto& c : cases) {
+        Account(c.tradeType);
+        order.commodity.csComId = c.tradeType == '0' ? "TXF" : "2330";
+        Settings().bUseAllowList = c.useAllow;
+        Settings().vecAllowList = c.allow;
+        Settings().vecDenyList = c.deny;
+        EXPECT_EQ(Check(), c.rule ? Refusal(c.rule) : CString("pass")) << char(c.tradeType) << c.useAllow;
+    }
 }
 
 TEST_F(Insurance, PlaceholdersAreTranslatedForFuturesAccountsOnly)
@@ -345,78 +332,10 @@ TEST_F(Insurance, BadRecordsAndOrders)
     order.dwOrderType = '2';
     EXPECT_EQ(Check(), "pass");
 
-    // A huge deny list is walked to its end.
-    Account('0');
-    Settings().vecDenyList.assign(200000, CString("MXF00"));
-    Settings().vecDenyList.back() = "TXFL6";
-    EXPECT_EQ(Check(), Refusal("NOTBUY"));
-    Settings().vecDenyList.assign(1, CString());  // an empty key never matches a built one
-    EXPECT_EQ(Check(), "pass");
 
     CString message = "kept";
     EXPECT_FALSE(g_bCheckOrderInsurance(account, nullptr, message));
     EXPECT_EQ(message, "kept");
-}
-
-TEST(InsuranceDefaultHost, KeysInTheFileMatchTheKeysOfTheCheck)
-{
-    ovtest::TempFolder folder;
-    folder.Write("sys/language.txt",
-                 "IDS_INSURANCESETTING_MESSAGE=Order guard: \n"
-                 "IDS_INSURANCESETTING_MESSAGE_BUY=product not allowed\n"
-                 "IDS_INSURANCESETTING_MESSAGE_NOTBUY=product barred\n");
-    folder.Write("sys/symbols.csv", "service,symbol,commodity,market_state,is_stock,transfer_symbol\n"
-                                    "1,TXF00,TXF,2,0,TXFL6\n");
-    folder.Write("sys/insurance.csv",
-                 "account,allow_list,deny_list,max_qty,price_limit,allow_margin_buy,allow_short_sell,"
-                 "allow_market_price,today_limit,use_allow_list,used_today\n"
-                 "F1,TXF00 MXFL6/A7,,,,1,1,1,,1,\n"
-                 "O1,,TXO202612;18000C18200P  TXO202612;17000P,,,1,1,1,,0,\n"
-                 "O4,TXO202612;17000P,,,,1,1,1,,1,\n");
-    orderview::DefaultHost host(folder.MainPath());
-    ASSERT_TRUE(host.Diagnostics().empty());
-    orderview::SetHostServices(&host);
-
-    AccountType account;
-    CBaseOrder_OrderInfo order;
-    order.dwOrderKind = '2';
-    CString message;
-    account.csAccount = "F1";
-    account.dwTradeType = '0';
-    order.commodity.csComId = "TXF";
-    order.commodity.csSymbolID = "TXFL6";
-    EXPECT_TRUE(g_bCheckOrderInsurance(account, &order, message));
-    order.commodity.csComId = "MXF";
-    order.dwComplexKind = '2';
-    order.commodity.csSymbolID2 = "MXFA7";
-    order.commodity.csSymbolID = "MXFL6";
-    EXPECT_TRUE(g_bCheckOrderInsurance(account, &order, message));
-    order.dwComplexKind = 'N';
-    EXPECT_FALSE(g_bCheckOrderInsurance(account, &order, message));
-    EXPECT_EQ(message, "Order guard: product not allowed");
-
-    order.commodity.csComId = "TXO";
-    order.commodity.csComMonth = "202612";
-    order.commodity.dbStrikePrice = 18000;
-    order.commodity.dwCallPut = 'C';
-    order.commodity.dbStrikePrice2 = 18200;
-    order.commodity.dwCallPut2 = 'P';
-    account.csAccount = "O1";
-    account.dwTradeType = '1';
-    message.Empty();
-    EXPECT_FALSE(g_bCheckOrderInsurance(account, &order, message));
-    EXPECT_EQ(message, "Order guard: product barred");
-    order.commodity.dwCallPut2 = 'C';
-    EXPECT_TRUE(g_bCheckOrderInsurance(account, &order, message));
-
-    account.csAccount = "O4";
-    account.dwTradeType = '4';
-    order.commodity.dbStrikePrice = 17000;
-    order.commodity.dwCallPut = 'P';
-    EXPECT_TRUE(g_bCheckOrderInsurance(account, &order, message));
-    order.commodity.dwCallPut = 'C';
-    EXPECT_FALSE(g_bCheckOrderInsurance(account, &order, message));
-    orderview::SetHostServices(nullptr);
 }
 
 }  // namespace

@@ -6,24 +6,20 @@
 #include <string>
 #include <vector>
 
-#include "host/default_host.h"
-#include "host/table_host.h"
 #include "support/substitute_host.h"
 #include "rows/order_rows.h"
-#include "support/temp_folder.h"
 
 namespace {
 
 using Kind = CBaseOrderItemGroup::ValueKind;
 
-class Rows : public ::testing::Test {
+class Rows : public ovtest::HostTest {
 protected:
     void SetUp() override
     {
-        orderview::SetHostServices(&host);
+        HostTest::SetUp();
         Futures(order);
     }
-    void TearDown() override { orderview::SetHostServices(nullptr); }
 
     static void Futures(CBaseOrder_OrderInfo& o)
     {
@@ -68,7 +64,6 @@ protected:
         return g_bAddODOI2OIG_QueryOrderRet2FullOrderListCtrl(&row, &order, mode, stamp, oprather, exchange);
     }
 
-    ovtest::SubstituteHost host;
     CBaseOrder_OrderInfo order;
     CBaseOrderItemGroup row;
 };
@@ -489,30 +484,6 @@ TEST_F(Rows, BadInputNeverBreaksARow)
         EXPECT_EQ(a.pGetItem("IDS_ORDER-ITEM_ORDERDATE")->csText, "9999/99/99");
         EXPECT_EQ(c.pGetItem("IDS_ORDER-ITEM_DEALQTY")->csText, "-2,147,483,648");
     }
-}
-
-TEST(RowsWithDefaultHost, TextsComeFromTheMainFolder)
-{
-    ovtest::TempFolder folder;
-    folder.Write("sys/language.txt", "IDS_ORDER-ITEM_ETS=E\nIDS_ORDER-ITEM_BS_BUYIN=Buy\n");
-    folder.Write("sys/accounts.csv", "trade_type,account,name\n2,F0001,Chen Trading\n");
-    orderview::DefaultHost host(folder.MainPath());
-    ASSERT_TRUE(host.Diagnostics().empty());
-    orderview::SetHostServices(&host);
-    CBaseOrder_OrderInfo order;
-    order.csAccount = "F0001";
-    order.commodity.dwMarketKind = '2';
-    order.commodity.dwMarketType = 'O';
-    order.commodity.csComId = "ES";
-    order.dwComplexKind = 'N';
-    order.dwBS = 'B';
-    order.csOrderNo = "XB7";
-    CBaseOrderItemGroup row;
-    ASSERT_TRUE(g_bAddODOI2OIG_SimpleOrderListCtrl(&row, &order, 255));
-    EXPECT_EQ(row.pGetItem("IDS_ORDER-ITEM_COMMODITY")->csText, "ES(E)");
-    EXPECT_EQ(row.pGetItem("IDS_ORDER-ITEM_BUYSELL")->csText, "Buy");
-    EXPECT_EQ(row.pGetItem("IDS_ORDER-ITEM_ACCOUNT_NAME")->csText, "Chen Trading");
-    orderview::SetHostServices(nullptr);
 }
 
 TEST(ItemGroup, KeepsEverySetCallAndLooksUpTheLast)

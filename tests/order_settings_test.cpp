@@ -4,23 +4,18 @@
 
 #include "host/default_host.h"
 #include "order_data/host_api.h"
-#include "platform/profile_file.h"
 #include "settings/order_settings.h"
+#include "support/substitute_host.h"
 #include "support/temp_folder.h"
 
 namespace {
 
 class OrderSettings : public ::testing::Test {
 protected:
-    void SetUp() override
-    {
-        host = std::make_unique<orderview::DefaultHost>(folder.MainPath());
-        orderview::SetHostServices(host.get());
-    }
-    void TearDown() override { orderview::SetHostServices(nullptr); }
     void Config(const std::string& text) { folder.Write("sys/OrderCfg.ini", text); }
     ovtest::TempFolder folder;
-    std::unique_ptr<orderview::DefaultHost> host;
+    std::unique_ptr<orderview::DefaultHost> host = std::make_unique<orderview::DefaultHost>(folder.MainPath());
+    ovtest::InstalledHost installed{*host};
 };
 
 TEST_F(OrderSettings, BothNamesReachTheSameFile)
@@ -28,10 +23,6 @@ TEST_F(OrderSettings, BothNamesReachTheSameFile)
     EXPECT_EQ(g_vGetOrderCfgFileName(), folder.MainPath() + "\\sys\\OrderCfg.ini");
     EXPECT_EQ(g_vGetOrderCfgFileName(), BKOrderInterface::GetBKInterface().PathGetMainPath() + "\\sys\\OrderCfg.ini");
     Config("[ORDER_SETTING]\r\nLimitPriceEqualStopPrice=1\r\n");
-    EXPECT_EQ(orderview::GetPrivateProfileIntA("ORDER_SETTING", "LimitPriceEqualStopPrice", 0,
-                                               BKOrderInterface::GetBKInterface().PathGetMainPath() +
-                                                   "\\sys\\OrderCfg.ini"),
-              1u);
     EXPECT_EQ(g_vGetPriceToStopPrice(), 1);
 }
 
@@ -117,25 +108,6 @@ TEST_F(OrderSettings, NumberLists)
     }
     EXPECT_EQ(g_vGetSettingParameter("S", "missing"), std::vector<int>(16, 0));
 }
-
-TEST_F(OrderSettings, OddFilesReadAsTheProfileReaderGivesThem)
-{
-    // CRLF and LF, duplicate keys, a missing section, a UTF-8 mark, binary junk and long lines.
-    Config("\xEF\xBB\xBF[ORDER_SETTING]\r\nMSNRESP_SHOWMODE=9\r\n[ORDER_SETTING]\r\nLimitPriceEqualStopPrice=1\r\n");
-    g_vSetMsnOrderRespShowMode();
-    EXPECT_EQ(g_vGetMsnOrderRespShowMode(), 0);  // the mark spoils the first header
-    EXPECT_EQ(g_vGetPriceToStopPrice(), 1);
-    std::string junk(100000, '\0');
-    for (size_t i = 0; i < junk.size(); ++i) junk[i] = static_cast<char>(i * 31 % 251);
-    Config(junk + "\n[S]\nK=" + std::string(5000, '7') + "\nK=1\n");
-    const std::vector<int> numbers = g_vGetSettingParameter("S", "K");  // 255 characters count
-    ASSERT_EQ(numbers.size(), 16u);
-    EXPECT_EQ(numbers[0], 65535);  // 255 sevens saturate like atoi, then keep the low 16 bits
-}
-
-}  // namespace
-
-namespace {
 
 TEST_F(OrderSettings, StockCheckKeysAndTheirDefaults)
 {

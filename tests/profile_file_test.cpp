@@ -236,14 +236,6 @@ TEST_F(ProfileFile, RefusedWritesChangeNothing)
     EXPECT_EQ(std::filesystem::file_size(fresh), 0u);
 }
 
-TEST_F(ProfileFile, BackslashPathsReachTheNativeFile)
-{
-    const std::string backslashed = folder.path() + "\\sys\\test.ini";
-    EXPECT_TRUE(WritePrivateProfileStringA("s", "k", "v", backslashed.c_str()));
-    EXPECT_EQ(Content(), "[s]\r\nk=v\r\n");
-    EXPECT_EQ(orderview::ProfileString("s", "k", "", backslashed.c_str()), "v");
-}
-
 TEST_F(ProfileFile, JunkNeverCrashesReaders)
 {
     std::string junk;

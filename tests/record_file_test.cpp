@@ -78,11 +78,15 @@ TEST_F(RecordFileTest, MalformedRecordsAreReportedAndSkipped)
 
 TEST_F(RecordFileTest, DealsAndTablesThatReadNothing)
 {
-    RecordFile deals = Open("csOrderNo,dwDealTime,dbDealPrice\nA1,93000500,101.5\n", RecordFile::Kind::Deals);
+    RecordFile deals = Open("csOrderNo,dwBS,dwDealTime,dbDealPrice,csDealNo\nA1,B,93000500,101.5,D1\n",
+                            RecordFile::Kind::Deals);
     CBaseOrder_DealInfo deal;
     ASSERT_TRUE(deals.NextDeal(deal));
-    EXPECT_EQ(deal.dwDealTime, 93000500u);
+    EXPECT_EQ(deal.dwBS, static_cast<std::uint32_t>('B'));
+    EXPECT_EQ(deal.dwDealTime, 93000500u);                                     // the deal's own time
+    EXPECT_EQ(static_cast<const CBaseOrder_OrderInfo&>(deal).dwDealTime, 0u);  // not the order's
     EXPECT_EQ(deal.dbDealPrice, 101.5);
+    EXPECT_EQ(deal.csDealNo, "D1");
     CBaseOrder_OrderInfo order;
     std::string list;
     EXPECT_FALSE(deals.NextOrder(order, list));  // a deal table holds no orders
@@ -98,10 +102,6 @@ TEST_F(RecordFileTest, DealsAndTablesThatReadNothing)
     RecordFile empty = Open("", RecordFile::Kind::Deals);
     EXPECT_FALSE(empty.NextDeal(deal));
 }
-
-}  // namespace
-
-namespace {
 
 // Order tables that once lost records without a word, read as the default host reads them.
 TEST(RecordFileRegressions, NoRecordLostWithoutADiagnostic)

@@ -17,6 +17,7 @@
 #include "generate.h"
 #include "host/default_host.h"
 #include "rows/order_rows.h"
+#include "support/substitute_host.h"
 #include "support/temp_folder.h"
 
 namespace {
@@ -151,12 +152,10 @@ std::vector<std::string> OffTickPrices(const orderview::TableHost& host)
 // Loads a main folder with the default host installed, as the order screens would.
 class LoadedFolder {
 public:
-    explicit LoadedFolder(const std::string& folder) : host_(CString(folder))
+    explicit LoadedFolder(const std::string& folder) : host_(CString(folder)), installed_(host_)
     {
         host_.bLoadRecords();
-        orderview::SetHostServices(&host_);
     }
-    ~LoadedFolder() { orderview::SetHostServices(nullptr); }
     orderview::DefaultHost& host() { return host_; }
 
     int ShownInSimpleList(int mode)
@@ -171,6 +170,7 @@ public:
 
 private:
     orderview::DefaultHost host_;
+    ovtest::InstalledHost installed_;
 };
 
 std::string Joined(const std::vector<CString>& lines)
@@ -187,7 +187,7 @@ std::string Joined(const std::vector<std::string>& lines)
     return text;
 }
 
-TEST(SampleFolder, LoadsCleanlyAndAgrees)
+TEST(SampleFolder, LoadsCleanlyAgreesAndEveryListModeShowsOrders)
 {
     LoadedFolder sample((kSource / "sample").string());
     EXPECT_TRUE(sample.host().Diagnostics().empty()) << Joined(sample.host().Diagnostics());
@@ -195,11 +195,6 @@ TEST(SampleFolder, LoadsCleanlyAndAgrees)
     EXPECT_FALSE(sample.host().vecDeals.empty());
     EXPECT_TRUE(CoherenceProblems(sample.host()).empty()) << Joined(CoherenceProblems(sample.host()));
     EXPECT_TRUE(OffTickPrices(sample.host()).empty()) << Joined(OffTickPrices(sample.host()));
-}
-
-TEST(SampleFolder, EveryListModeShowsOrders)
-{
-    LoadedFolder sample((kSource / "sample").string());
     const int all = sample.ShownInSimpleList(255);
     EXPECT_EQ(all, static_cast<int>(sample.host().vecTodayOrders.size()));
     for (int mode : {1, 2, 4, 5, 6, 7, 8, 9}) {

@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include "host/default_host.h"
+#include "support/substitute_host.h"
 #include "rows/status_codes.h"
 #include "support/temp_folder.h"
 
@@ -13,11 +14,11 @@ protected:
         folder.Write("sys/language.txt", "IDS_ORDER-ITEM_STATUS_WAITINGORDER=Waiting\n");
         folder.Write("sys/OrderCfg.ini", "[ORDER_SOURCE]\r\nNO_OPERATOR=A, B\r\n");
         host = std::make_unique<orderview::DefaultHost>(folder.MainPath());
-        orderview::SetHostServices(host.get());  // the exclusion list is read again on its next use
+        installed = std::make_unique<ovtest::InstalledHost>(*host);  // the exclusion list is read again
     }
-    void TearDown() override { orderview::SetHostServices(nullptr); }
     ovtest::TempFolder folder;
     std::unique_ptr<orderview::DefaultHost> host;
+    std::unique_ptr<ovtest::InstalledHost> installed;
 };
 
 TEST_F(StatusCodes, StatusCheck)
@@ -127,10 +128,12 @@ TEST_F(StatusCodes, OperatorSourcesFollowTheInstalledHost)
     ovtest::TempFolder other;
     other.Write("sys/OrderCfg.ini", "[ORDER_SOURCE]\r\nNO_OPERATOR=C\r\n");
     orderview::DefaultHost second(other.MainPath());
-    orderview::SetHostServices(&second);
-    EXPECT_TRUE(g_bISOperator('B'));
-    EXPECT_FALSE(g_bISOperator('C'));
-    orderview::SetHostServices(host.get());
+    {
+        ovtest::InstalledHost guard(second);
+        EXPECT_TRUE(g_bISOperator('B'));
+        EXPECT_FALSE(g_bISOperator('C'));
+    }
+    ovtest::InstalledHost again(*host);
     EXPECT_FALSE(g_bISOperator('B'));
     EXPECT_TRUE(g_bISOperator('C'));
 }

@@ -6,7 +6,6 @@
 #include <string>
 
 #include "checks/stock_order_check.h"
-#include "host/default_host.h"
 #include "host/table_host.h"
 #include "support/substitute_host.h"
 #include "order_data/host_api.h"
@@ -20,7 +19,7 @@ namespace {
 // the commodity-id lookups.
 class CheckHost : public ovtest::SubstituteHost {
 public:
-    using SubstituteHost::SubstituteHost;
+    explicit CheckHost(const CString& mainPath) : SubstituteHost(mainPath) { csProductName = "Trader Pro"; }
     std::map<CString, CString> texts;
     int commodityLookups = 0;
 
@@ -43,9 +42,6 @@ class StockCheck : public ::testing::Test {
 protected:
     void SetUp() override
     {
-        host = std::make_unique<CheckHost>(folder.MainPath());
-        host->csProductName = "Trader Pro";
-        orderview::SetHostServices(host.get());
         account.csAccount = "S456";
         account.dwTradeType = 'A';
         order.commodity.csComId = "2330";
@@ -58,8 +54,6 @@ protected:
         order.dbOrderPrice = 500;
         order.dwOrderQty = 1;
     }
-    void TearDown() override { orderview::SetHostServices(nullptr); }
-
     void Quote(std::uint8_t service, const char* symbol, unsigned short item, double value)
     {
         host->vSetQuote(service, symbol, item, X1Format(item, 0, value));
@@ -74,7 +68,8 @@ protected:
 
     ovtest::TempFolder folder;
     ovtest::FakePlatform platform;
-    std::unique_ptr<CheckHost> host;
+    std::unique_ptr<CheckHost> host = std::make_unique<CheckHost>(folder.MainPath());
+    ovtest::InstalledHost installed{*host};
     AccountType account;
     CBaseOrder_OrderInfo order;
 };
@@ -122,7 +117,7 @@ TEST_F(StockCheck, LimitPricesFollowTheMarketState)
     }
     // The state is judged by its text: a host whose closed text equals the open text reads open.
     host->csStateClosed = host->csStateOpen;
-    orderview::SetHostServices(host.get());
+    ovtest::InstalledHost again(*host);  // the state texts are taken when a host is installed
     MarketState(0);
     EXPECT_EQ(g_dbGetLIMITPrice(order.commodity, '6'), 132);
 }
@@ -220,37 +215,28 @@ TEST_F(StockCheck, QuotePriceIsLeftAsItIs)
     EXPECT_EQ(host->commodityLookups, 1);
 }
 
-TEST_F(StockCheck, AlertStocksAreRefused)
+TEST_F(StockCheck, AlertStocksAndTheirTexts)
 {
     host->mapAlertStocks["S456"] = {{"1101", "TCC"}, {"2330", "TSMC"}};
-    host->texts["IDS_ORDER-STOCK-CV_ALERTSTOCK_NOT_NET_ORDER"] = "Alert stock: no net orders";
-    EXPECT_FALSE(g_bCheckStockOrder(account, order));
-    ASSERT_EQ(platform.boxes.size(), 1u);
-    EXPECT_EQ(platform.boxes[0].text, "Alert stock: no net orders");
-    EXPECT_EQ(platform.boxes[0].caption, "Trader Pro");
-    EXPECT_EQ(platform.boxes[0].type, 0u);
-
-    // Another account's list does not count.
-    platform.boxes.clear();
-    account.csAccount = "S789";
-    EXPECT_TRUE(g_bCheckStockOrder(account, order));
-    EXPECT_TRUE(platform.boxes.empty());
-}
-
-TEST_F(StockCheck, AnAlertStockWithoutItsTextIsSpecial)
-{
-    host->mapAlertStocks["S456"] = {{"2330", "TSMC"}};
-    host->texts["IDS_ORDER-STOCK-CV_ALERTSTOCK_NOT_NET_ORDER"] = "";
-    host->texts["IDS_ORDER-STOCK-CV_SPECIAL_NOT_NET_ORDER"] = "Special stock";
-    EXPECT_FALSE(g_bCheckStockOrder(account, order));
-    ASSERT_EQ(platform.boxes.size(), 1u);
-    EXPECT_EQ(platform.boxes[0].text, "Special stock");
-
-    // With neither text the order goes on to the later rules and passes.
-    platform.boxes.clear();
-    host->texts["IDS_ORDER-STOCK-CV_SPECIAL_NOT_NET_ORDER"] = "";
-    EXPECT_TRUE(g_bCheckStockOrder(account, order));
-    EXPECT_TRUE(platform.boxes.empty());
+    struct Case { const char* account; const char* alertText; const char* specialText; const char* shown; };
+    const Case cases[] = {
+        {"S456", "Alert stock: no net orders", "Special stock", "Alert stock: no net orders"},
+        {"S456", "", "Special stock", "Special stock"},  // an alert stock without its text is special
+        {"S456", "", "", nullptr},                       // neither text: on to the later rules, which pass
+        {"S789", "Alert stock: no net orders", "", nullptr},  // another account's list does not count
+    };
+    for (const auto& c : cases) {
+        platform.boxes.clear();
+        account.csAccount = c.account;
+        host->texts["IDS_ORDER-STOCK-CV_ALERTSTOCK_NOT_NET_ORDER"] = c.alertText;
+        host->texts["IDS_ORDER-STOCK-CV_SPECIAL_NOT_NET_ORDER"] = c.specialText;
+        EXPECT_EQ(g_bCheckStockOrder(account, order), c.shown == nullptr) << c.account << " " << c.alertText;
+        ASSERT_EQ(platform.boxes.size(), c.shown ? 1u : 0u);
+        if (!c.shown) continue;
+        EXPECT_EQ(platform.boxes[0].text, c.shown);
+        EXPECT_EQ(platform.boxes[0].caption, "Trader Pro");
+        EXPECT_EQ(platform.boxes[0].type, 0u);
+    }
 }
 
 TEST_F(StockCheck, SpecialStocksByCreditMarkOrAllThreeFlags)
@@ -417,56 +403,6 @@ TEST_F(StockCheck, TheFirstBrokenRuleIsTheOnlyMessage)
     EXPECT_FALSE(g_bCheckStockOrder(account, order));
     ASSERT_EQ(platform.boxes.size(), 1u);
     EXPECT_EQ(platform.boxes[0].text, "IDS_ORDER-STOCK-CV_ALERTSTOCK_NOT_NET_ORDER");
-}
-
-TEST(StockCheckDefaultHost, EverythingComesFromTheFiles)
-{
-    ovtest::TempFolder folder;
-    ovtest::FakePlatform platform;
-    folder.Write("sys/host.ini", "[Host]\nProductName=Trader Pro\nMarketOpenText=Open\n");
-    folder.Write("sys/language.txt",
-                 "IDS_ORDER-STOCK-CV_ALERTSTOCK_NOT_NET_ORDER=\n"
-                 "IDS_ORDER-STOCK-CV_SPECIAL_NOT_NET_ORDER=Special stock\n"
-                 "IDS_ORDER-STOCK-CV_YESTERDAY_TRADE_VOLUME=Fewer than %d lots\n"
-                 "IDS_ORDER-STOCK-CV_OUTOF_UPPERLMT=\n"
-                 "IDS_ORDER-FUTURE-CV_OUTOF_UPPERLMT=Above %.1f, send?\n");
-    folder.Write("sys/OrderCfg.ini", "[ORDER_SETTING]\nYesterdayTradeVolume=100\nStockPriceAlert=2\n");
-    folder.Write("sys/quotes.csv",
-                 "service,symbol,item,unit,value\n106,2330,132,0,550\n106,2330,133,0,450\n"
-                 "16,2330,128,0,5000\n16,1101,128,0,50\n106,1101,125,0,0\n106,1101,129,0,40\n");
-    folder.Write("sys/symbols.csv", "service,symbol,commodity,market_state,is_stock,transfer_symbol\n106,2330,,2,1,\n");
-    folder.Write("sys/alert_stocks.csv", "account,symbol,name\nS456,2317,Hon Hai\n");
-    folder.Write("sys/stocks.csv", "symbol,unit,special,flag1,flag2,flag3\n2317,1000,0,1,1,1\n");
-    orderview::DefaultHost host(folder.MainPath());
-    ASSERT_TRUE(host.Diagnostics().empty());
-    orderview::SetHostServices(&host);
-
-    AccountType account;
-    account.csAccount = "S456";
-    CBaseOrder_OrderInfo order;
-    order.commodity.csComId = order.commodity.csSymbolID = "2317";
-    order.commodity.byServiceID = 106;
-    order.dwBS = 'S';
-    order.dwOrderKind = order.dwOrderType = '2';
-    EXPECT_FALSE(g_bCheckStockOrder(account, order));  // alert stock without text, then special
-
-    order.commodity.csComId = order.commodity.csSymbolID = "1101";
-    order.dwBS = 'B';
-    EXPECT_FALSE(g_bCheckStockOrder(account, order));  // 50 lots yesterday
-    EXPECT_EQ(g_dbGetCurrentPrice(order.commodity), 40.0);
-
-    order.commodity.csComId = order.commodity.csSymbolID = "2330";
-    order.dbOrderPrice = 560;
-    platform.answers = {orderview::kIdNo};
-    EXPECT_FALSE(g_bCheckStockOrder(account, order));  // open market, above the band, answered No
-
-    ASSERT_EQ(platform.boxes.size(), 3u);
-    EXPECT_EQ(platform.boxes[0].text, "Special stock");
-    EXPECT_EQ(platform.boxes[1].text, "Fewer than 100 lots");
-    EXPECT_EQ(platform.boxes[2].text, "Above 550.0, send?");
-    EXPECT_EQ(platform.boxes[2].type, 0x34u);
-    EXPECT_EQ(platform.boxes[2].caption, "Trader Pro");
-    orderview::SetHostServices(nullptr);
 }
 
 }  // namespace
