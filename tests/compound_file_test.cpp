@@ -127,7 +127,8 @@ TEST_F(CompoundFileTest, WriteSingleStreamMakesTheStreamWhileWriting)
     const auto before = ReadFile(Path());
     const auto data = Pattern(5000, 1);
     const std::vector<std::pair<std::size_t, bool>> wrong = {{4999, true}, {5001, true}, {5000, false}};
-    for (const auto& [stated, succeeds] : wrong) {
+    for (const auto& [stated, succeedsAsStated] : wrong) {
+        const bool succeeds = succeedsAsStated;  // a lambda may not capture a structured binding before C++20
         EXPECT_FALSE(CompoundFile::WriteSingleStream(Path(), L"Workbook", stated, [&](const auto& put) {
             return put(data.data(), data.size()) && succeeds;
         })) << stated;
