@@ -5,8 +5,8 @@
 # and pkg-config for linking an installed library.
 #   --test     adds what running the tests needs: the independent programs the interop tests
 #              judge files with (Python readers, gsf, Apache POI with a JDK, LibreOffice, the PDF
-#              tools), the Chinese fonts printouts embed, clang for the fuzz targets, and the
-#              workbook benchmark's peers
+#              tools), the Chinese fonts printouts embed, clang for the fuzz targets, gcovr and
+#              llvm for coverage, and the workbook benchmark's peers
 #   --windows  adds what --test adds, plus the MinGW-w64 cross compiler and Wine for the Windows
 #              DLL and its tests, and glibc's locale sources, from which the build makes the Big5
 #              locale its Wine tests run in
@@ -16,7 +16,7 @@ USAGE="usage: tools/install-deps.sh [--test] [--windows]"
 SUDO=""
 if [ "$(id -u)" != "0" ]; then SUDO="sudo"; fi
 BUILD="cmake g++ make pkg-config libgtest-dev libbenchmark-dev nlohmann-json3-dev"
-TEST="gcovr python3 python3-olefile python3-xlrd python3-xlwt python3-openpyxl libgsf-bin default-jdk-headless libapache-poi-java libreoffice-calc-nogui qpdf poppler-utils catdoc gnumeric clang-14 libclang-rt-14-dev fonts-arphic-uming fonts-droid-fallback"
+TEST="gcovr python3 python3-olefile python3-xlrd python3-xlwt python3-openpyxl libgsf-bin default-jdk-headless libapache-poi-java libreoffice-calc-nogui qpdf poppler-utils catdoc gnumeric clang-14 libclang-rt-14-dev llvm-14 fonts-arphic-uming fonts-droid-fallback"
 WINDOWS="g++-mingw-w64-x86-64-posix wine wine64 locales"
 test=0 windows=0
 for arg in "$@"; do
