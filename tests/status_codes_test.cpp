@@ -132,8 +132,7 @@ TEST_F(StatusCodes, OperatorSourcesFollowTheInstalledHost)
         ovtest::InstalledHost guard(second);
         EXPECT_TRUE(g_bISOperator('B'));
         EXPECT_FALSE(g_bISOperator('C'));
-    }
-    ovtest::InstalledHost again(*host);
+    }  // the fixture's host again
     EXPECT_FALSE(g_bISOperator('B'));
     EXPECT_TRUE(g_bISOperator('C'));
 }

@@ -5,6 +5,8 @@
 
 #include <gtest/gtest.h>
 
+#include <optional>
+
 #include "host/table_host.h"
 
 namespace ovtest {
@@ -14,22 +16,40 @@ public:
     explicit SubstituteHost(const CString& mainPath = "/tmp/orderview-test") { csMainPath = mainPath; }
 };
 
-// Installs `host` as the library's host until the end of the scope, then the built-in one again.
+// Installs `host` as the library's host until the end of the scope, then the host installed
+// before it again (the built-in one at the outermost scope), so guards nest.
 class InstalledHost {
 public:
-    explicit InstalledHost(orderview::IHostServices& host) { orderview::SetHostServices(&host); }
-    ~InstalledHost() { orderview::SetHostServices(nullptr); }
+    explicit InstalledHost(orderview::IHostServices& host) : previous_(Current()) { Install(&host); }
+    ~InstalledHost() { Install(previous_); }
     InstalledHost(const InstalledHost&) = delete;
     InstalledHost& operator=(const InstalledHost&) = delete;
+
+private:
+    // The host the innermost guard installed; tests install hosts only through guards.
+    static orderview::IHostServices*& Current()
+    {
+        static orderview::IHostServices* current = nullptr;
+        return current;
+    }
+    static void Install(orderview::IHostServices* host)
+    {
+        Current() = host;
+        orderview::SetHostServices(host);
+    }
+    orderview::IHostServices* previous_;
 };
 
 // A fixture whose tests run with `host` installed; SetUp may fill its tables first or after.
 class HostTest : public ::testing::Test {
 protected:
-    void SetUp() override { orderview::SetHostServices(&host); }
-    void TearDown() override { orderview::SetHostServices(nullptr); }
+    void SetUp() override { installed_.emplace(host); }
+    void TearDown() override { installed_.reset(); }
 
     SubstituteHost host;
+
+private:
+    std::optional<InstalledHost> installed_;
 };
 
 }  // namespace ovtest
