@@ -1,9 +1,9 @@
 #include "format/normalize.h"
 
 #include <cmath>
-#include <cstdio>
 #include <string>
 
+#include "order_data/detail/number_text.h"
 #include "order_data/host_api.h"
 
 namespace {
@@ -109,7 +109,8 @@ const CString& g_cszNormalizDouble(const double& value)
         out = "0";
         return out;
     }
-    out.Format("%.8f", value);
+    out.Empty();
+    orderview::detail::AppendFixed(out, value, 8);
     out.TrimRight('0');
     out.TrimRight('.');
     return out;
@@ -117,10 +118,9 @@ const CString& g_cszNormalizDouble(const double& value)
 
 const CString& g_cszNormalizDoubleByDigit(const double& value, const int& digits)
 {
-    char pattern[10];
-    std::snprintf(pattern, sizeof pattern, "%%.%df", digits < 0 ? 0 : (digits > 999999 ? 999999 : digits));
     CString& out = SharedResult();
-    out.Format(pattern, value);
+    out.Empty();
+    orderview::detail::AppendFixed(out, value, digits < 0 ? 0 : (digits > 999999 ? 999999 : digits));
     return out;
 }
 

@@ -1,5 +1,6 @@
 #include "order_data/records.h"
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
@@ -20,7 +21,23 @@ std::unordered_set<CString>& KeyPool()
     return *pool;
 }
 
-const CString* InternKey(const CString& key) { return &*KeyPool().insert(key).first; }
+// Row functions set items by the same few key objects row after row, so the last interned key
+// of each key text's address is kept: a hit costs a compare of the text, not a hash lookup.
+struct RecentKey {
+    const char* text = nullptr;
+    const CString* interned = nullptr;
+};
+
+const CString* InternKey(const CString& key)
+{
+    static RecentKey recent[256];
+    const std::string& text = key.str();
+    RecentKey& entry = recent[(reinterpret_cast<std::uintptr_t>(text.data()) >> 3) & 255];
+    if (entry.text == text.data() && entry.interned->str() == text) return entry.interned;
+    const CString* interned = &*KeyPool().insert(key).first;
+    entry = {text.data(), interned};
+    return interned;
+}
 
 const CString* FindKey(const CString& key)
 {
@@ -126,7 +143,7 @@ const CBaseOrderItemGroup::Item* CBaseOrderItemGroup::pGetItem(const CString& ke
 void CBaseOrderItemGroup::vClear()
 {
     calls_.clear();
-    slots_.clear();
+    std::fill(slots_.begin(), slots_.end(), Slot());  // the table keeps its size for the next row
     used_ = 0;
 }
 

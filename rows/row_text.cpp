@@ -1,9 +1,8 @@
 #include "rows/detail/row_text.h"
 
-#include <cmath>
-#include <cstdio>
 
 #include "format/normalize.h"
+#include "order_data/detail/number_text.h"
 
 namespace orderview {
 namespace detail {
@@ -32,11 +31,13 @@ void Shorten(char* text, int length)
 constexpr int kMaxPrecision = 30;
 void AppendShortened(CString& out, double value, int precision, bool normalize)
 {
-    char text[400];
-    const int length = std::snprintf(text, sizeof text, "%.*f", precision, value);
-    Shorten(text, length < 0 ? 0 : (length < static_cast<int>(sizeof text) ? length : static_cast<int>(sizeof text) - 1));
+    CString text;
+    AppendFixed(text, value, precision);
+    char* buffer = text.GetBuffer();
+    Shorten(buffer, text.GetLength());
+    text.ReleaseBuffer();
     if (normalize)
-        out += g_cszNormalizCstring(CString(text));
+        out += g_cszNormalizCstring(text);
     else
         out += text;
 }
@@ -58,35 +59,68 @@ bool IsForeignOptionMarket(const CBaseOrder_OrderInfo& order)
            (order.commodity.dwMarketKind == '2' || order.commodity.dwMarketKind == '4');
 }
 
-void FormatDate(CString& out, std::uint32_t date) { out.Format("%04d/%02d/%02d", Year(date), Month(date), Day(date)); }
+namespace {
+
+// Date and time parts: "YYYY/MM/DD" and "hh:mm:ss" with ".mmm" when asked.
+void AppendDate(CString& out, std::uint32_t date)
+{
+    AppendZeroPadded(out, static_cast<std::uint32_t>(Year(date)), 4);
+    out += '/';
+    AppendZeroPadded(out, static_cast<std::uint32_t>(Month(date)), 2);
+    out += '/';
+    AppendZeroPadded(out, static_cast<std::uint32_t>(Day(date)), 2);
+}
+
+void AppendTime(CString& out, std::uint32_t time, bool millis)
+{
+    AppendZeroPadded(out, static_cast<std::uint32_t>(Hour(time)), 2);
+    out += ':';
+    AppendZeroPadded(out, static_cast<std::uint32_t>(Minute(time)), 2);
+    out += ':';
+    AppendZeroPadded(out, static_cast<std::uint32_t>(Second(time)), 2);
+    if (!millis) return;
+    out += '.';
+    AppendZeroPadded(out, static_cast<std::uint32_t>(Millis(time)), 3);
+}
+
+}  // namespace
+
+void FormatDate(CString& out, std::uint32_t date)
+{
+    out.Empty();
+    AppendDate(out, date);
+}
 
 void FormatTime(CString& out, std::uint32_t time, bool millis)
 {
-    if (millis)
-        out.Format("%02d:%02d:%02d.%03d", Hour(time), Minute(time), Second(time), Millis(time));
-    else
-        out.Format("%02d:%02d:%02d", Hour(time), Minute(time), Second(time));
+    out.Empty();
+    AppendTime(out, time, millis);
 }
 
 void FormatStamp(CString& out, std::uint32_t date, std::uint32_t time, bool millis)
 {
-    if (millis)
-        out.Format("%04d/%02d/%02d %02d:%02d:%02d.%03d", Year(date), Month(date), Day(date), Hour(time),
-                   Minute(time), Second(time), Millis(time));
-    else
-        out.Format("%04d/%02d/%02d %02d:%02d:%02d", Year(date), Month(date), Day(date), Hour(time), Minute(time),
-                   Second(time));
+    FormatDate(out, date);
+    out += ' ';
+    AppendTime(out, time, millis);
 }
 
-void FormatQty(CString& out, std::uint32_t qty) { out.Format("%d", static_cast<int>(qty)); }
+void FormatQty(CString& out, std::uint32_t qty)
+{
+    out.Empty();
+    AppendInt(out, static_cast<int>(qty));
+}
 
 void FormatOrderNo(CString& out, const CBaseOrder_OrderInfo& order)
 {
     if (!order.csOrderNo.IsEmpty()) {
-        const CString& number = order.csAltOrderNo.IsEmpty() ? order.csOrderNo : order.csAltOrderNo;
-        out.Format("%s-%c%d", number.GetString(), static_cast<char>(order.dwOrderKind), order.iOrderSeq);
+        out = (order.csAltOrderNo.IsEmpty() ? order.csOrderNo : order.csAltOrderNo).GetString();
+        out += '-';
+        out += static_cast<char>(order.dwOrderKind);
+        AppendInt(out, order.iOrderSeq);
     } else if (!order.csAltOrderNo.IsEmpty()) {
-        out.Format("[%s]", order.csAltOrderNo.GetString());
+        out = "[";
+        out += order.csAltOrderNo.GetString();
+        out += ']';
     } else {
         out = "--";
     }

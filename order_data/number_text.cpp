@@ -1,0 +1,42 @@
+#include "order_data/detail/number_text.h"
+
+#include <charconv>
+#include <cmath>
+
+namespace orderview {
+namespace detail {
+
+void AppendInt(CString& out, std::int64_t value)
+{
+    char text[24];
+    *std::to_chars(text, text + sizeof text - 1, value).ptr = '\0';
+    out += text;
+}
+
+void AppendZeroPadded(CString& out, std::uint32_t value, int width)
+{
+    char digits[12];
+    const char* end = std::to_chars(digits, digits + sizeof digits, value).ptr;
+    char text[24];
+    char* p = text;
+    for (int zeros = (width > 10 ? 10 : width) - static_cast<int>(end - digits); zeros > 0; --zeros) *p++ = '0';
+    for (const char* d = digits; d != end; ++d) *p++ = *d;
+    *p = '\0';
+    out += text;
+}
+
+void AppendFixed(CString& out, double value, int precision)
+{
+    if (precision < 0 || precision > 30 || !std::isfinite(value)) {
+        // Infinities and NaNs are spelt as the C library spells them.
+        out.AppendFormat("%.*f", precision, value);
+        return;
+    }
+    // The widest finite double has 309 integral digits; a sign, a point and 30 decimals fit too.
+    char text[400];
+    *std::to_chars(text, text + sizeof text - 1, value, std::chars_format::fixed, precision).ptr = '\0';
+    out += text;
+}
+
+}  // namespace detail
+}  // namespace orderview
