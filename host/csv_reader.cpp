@@ -5,25 +5,40 @@ namespace detail {
 
 CsvReader::CsvReader(const FilePath& path, std::string name) : lines_(path), name_(std::move(name)) {}
 
-CsvReader::Split CsvReader::SplitFields(const std::string& row, std::vector<std::string>& fields, bool quoted)
+namespace {
+
+// Starts the next field, reusing the string an earlier record left in its place.
+void StartField(std::vector<std::string>& fields, std::size_t& used)
+{
+    if (used == fields.size())
+        fields.emplace_back();
+    else
+        fields[used].clear();
+    ++used;
+}
+
+}  // namespace
+
+CsvReader::Split CsvReader::SplitFields(const std::string& row, std::vector<std::string>& fields, std::size_t& used,
+                                        bool quoted)
 {
     const std::size_t n = row.size();
     std::size_t pos = 0;
     for (;;) {
         if (!quoted) {
-            fields.emplace_back();
+            StartField(fields, used);
             if (pos < n && row[pos] == '"') {
                 quoted = true;
                 ++pos;
             } else {
                 const std::size_t comma = row.find(',', pos);
-                fields.back().append(row, pos, (comma == std::string::npos ? n : comma) - pos);
+                fields[used - 1].append(row, pos, (comma == std::string::npos ? n : comma) - pos);
                 if (comma == std::string::npos) return Split::Done;
                 pos = comma + 1;
                 continue;
             }
         }
-        std::string& field = fields.back();
+        std::string& field = fields[used - 1];
         for (;;) {
             const std::size_t quote = row.find('"', pos);
             if (quote == std::string::npos) {
@@ -54,19 +69,20 @@ bool CsvReader::Next(CsvRecord& record)
         if (line_ == 1 && sequential_ && row_.compare(0, 3, "\xEF\xBB\xBF") == 0) row_.erase(0, 3);
         if (row_.empty() || row_[0] == '#') continue;
         record.line = sequential_ ? line_ : 0;
-        record.fields.clear();
+        std::size_t used = 0;
         lastLine_ = line_;
         lastResume_ = lines_.Tell();
         lastSpanned_ = false;
-        Split split = SplitFields(row_, record.fields, false);
+        Split split = SplitFields(row_, record.fields, used, false);
         while (split == Split::Open) {
             const char* lineBreak = lines_.LastBreak();  // a line break inside quotes is kept as it is
             if (!lines_.ReadLine(row_)) break;
-            record.fields.back() += lineBreak;
+            record.fields[used - 1] += lineBreak;
             ++line_;
             lastSpanned_ = true;
-            split = SplitFields(row_, record.fields, true);
+            split = SplitFields(row_, record.fields, used, true);
         }
+        record.fields.resize(used);
         record.lastLine = sequential_ ? line_ : 0;
         if (split == Split::Done) return true;
         Reject(split == Split::Open ? "quoted field is not closed" : "text after a closing quote");

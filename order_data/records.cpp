@@ -30,9 +30,10 @@ struct RecentKey {
 
 const CString* InternKey(const CString& key)
 {
-    static RecentKey recent[256];
+    static RecentKey recent[1024];
     const std::string& text = key.str();
-    RecentKey& entry = recent[(reinterpret_cast<std::uintptr_t>(text.data()) >> 3) & 255];
+    const std::uint64_t address = reinterpret_cast<std::uintptr_t>(text.data());
+    RecentKey& entry = recent[(address * 0x9E3779B97F4A7C15ull) >> 54];
     if (entry.text == text.data() && entry.interned->str() == text) return entry.interned;
     const CString* interned = &*KeyPool().insert(key).first;
     entry = {text.data(), interned};

@@ -46,8 +46,9 @@ public:
 
 private:
     enum class Split { Done, Open, TextAfterQuote };
-    // Splits `row` into fields from `pos`, continuing the open quoted field with `quoted`.
-    Split SplitFields(const std::string& row, std::vector<std::string>& fields, bool quoted);
+    // Splits `row` into fields after the first `used` ones, continuing the open quoted field with
+    // `quoted`; `used` counts the fields filled so far, and strings beyond it are spare.
+    Split SplitFields(const std::string& row, std::vector<std::string>& fields, std::size_t& used, bool quoted);
 
     LineReader lines_;
     std::string name_;
