@@ -1,6 +1,7 @@
 #include "order_data/detail/value_parse.h"
 
 #include <cerrno>
+#include <charconv>
 #include <cmath>
 #include <cstdlib>
 
@@ -10,11 +11,13 @@ namespace detail {
 bool ParseUInt(const std::string& text, std::uint64_t max, std::uint64_t& out)
 {
     if (text.empty() || text.size() > 20) return false;
+    const std::uint64_t tenth = max / 10;
+    const unsigned lastDigit = static_cast<unsigned>(max % 10);
     std::uint64_t value = 0;
     for (char c : text) {
         if (c < '0' || c > '9') return false;
         const unsigned digit = static_cast<unsigned>(c - '0');
-        if (value > (max - digit) / 10) return false;
+        if (value > tenth || (value == tenth && digit > lastDigit)) return false;
         value = value * 10 + digit;
     }
     out = value;
@@ -36,6 +39,15 @@ bool ParseDouble(const std::string& text, double& out)
 {
     if (text.empty()) return false;
     const char* begin = text.c_str();
+    // Plain decimals, the usual case, without strtod: both round correctly, so the value is the
+    // same; everything else strtod takes (a '+', blanks in front, hexadecimal) goes to strtod.
+    double quick = 0.0;
+    const auto parsed = std::from_chars(begin, begin + text.size(), quick);
+    if (parsed.ec == std::errc() && parsed.ptr == begin + text.size()) {
+        if (!std::isfinite(quick)) return false;
+        out = quick;
+        return true;
+    }
     char* end = nullptr;
     errno = 0;
     const double value = std::strtod(begin, &end);

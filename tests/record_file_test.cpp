@@ -1,6 +1,9 @@
 #include <gtest/gtest.h>
 
+#include <cmath>
 #include <cstdint>
+#include <cstdlib>
+#include <cstring>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
@@ -74,6 +77,42 @@ TEST_F(RecordFileTest, MalformedRecordsAreReportedAndSkipped)
     ASSERT_EQ(file.Diagnostics().size(), expected.size());
     for (size_t i = 0; i < expected.size(); ++i)
         EXPECT_EQ(file.Diagnostics()[i].str().rfind(expected[i], 0), 0u) << file.Diagnostics()[i].str();
+}
+
+// Prices are read as strtod reads them, to the last bit, whatever the spelling; a quantity takes
+// every digit up to its limit and no more.
+TEST_F(RecordFileTest, NumbersReadAsTheCLibraryReadsThem)
+{
+    const std::vector<std::string> prices = {
+        "23150",  "0.1",     "-2.5",       "1e5",    "+1.5", " 2",     "0x1p3",  "1.",    ".5",    "1e-310",
+        "1e-400", "9007199254740993", "0.30000000000000004", "123456.78901234567890123", "1e400", "nan", "inf",
+        "1,5",    "",        "--1",        "1e",     "0x",    "2 ",
+    };
+    const std::vector<std::string> quantities = {"0", "4294967295", "4294967296", "04294967295", "-1", "1.0", ""};
+    std::string content = "list,csOrderNo,dbOrderPrice,dwOrderQty\n";
+    for (const std::string& price : prices) content += "today,P," + price + ",1\n";
+    for (const std::string& quantity : quantities) content += "today,Q,1," + quantity + "\n";
+    RecordFile file = Open(content, RecordFile::Kind::Orders);
+    CBaseOrder_OrderInfo order;
+    std::string list;
+    std::vector<std::string> read;
+    const auto bits = [](double value) {
+        std::uint64_t pattern;
+        std::memcpy(&pattern, &value, sizeof pattern);
+        return std::to_string(pattern);
+    };
+    while (file.NextOrder(order, list))
+        read.push_back(order.csOrderNo == "P" ? bits(order.dbOrderPrice) : "Q" + std::to_string(order.dwOrderQty));
+    std::vector<std::string> expected;
+    for (const std::string& price : prices) {
+        char* end = nullptr;
+        const double value = std::strtod(price.c_str(), &end);
+        if (!price.empty() && end == price.c_str() + price.size() && std::isfinite(value))
+            expected.push_back(bits(value));
+    }
+    for (const char* quantity : {"Q0", "Q4294967295", "Q4294967295"}) expected.push_back(quantity);
+    EXPECT_EQ(read, expected);
+    EXPECT_EQ(file.Diagnostics().size(), prices.size() + quantities.size() - expected.size());
 }
 
 TEST_F(RecordFileTest, DealsAndTablesThatReadNothing)
