@@ -127,8 +127,12 @@ const CString& g_cszNormalizDoubleByDigit(const double& value, const int& digits
 const CString& g_cszNormalizCstring(const CString& text)
 {
     if (text.Find(',', 1) >= 1) return text;
-    std::string result = Normalize(text.str());  // `text` may be the shared result itself
     CString& out = SharedResult();
+    if (text.GetLength() < 4) {  // too short to hold four digits in a row: nothing to group
+        out = text;
+        return out;
+    }
+    std::string result = Normalize(text.str());  // `text` may be the shared result itself
     out = CString(std::move(result));
     return out;
 }

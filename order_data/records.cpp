@@ -21,29 +21,32 @@ std::unordered_set<CString>& KeyPool()
     return *pool;
 }
 
-// Row functions set items by the same few key objects row after row, so the last interned key
-// of each key text's address is kept: a hit costs a compare of the text, not a hash lookup.
+// Row functions set and read items by the same few key objects row after row, so the interned
+// key last found for each key text's address is kept: a hit costs a compare of the text, not a
+// hash lookup.
 struct RecentKey {
     const char* text = nullptr;
     const CString* interned = nullptr;
 };
 
-const CString* InternKey(const CString& key)
+// The interned key equal to `key`; with `add` false, null when no row has set it yet.
+const CString* LookUpKey(const CString& key, bool add)
 {
     static RecentKey recent[1024];
     const std::string& text = key.str();
     const std::uint64_t address = reinterpret_cast<std::uintptr_t>(text.data());
     RecentKey& entry = recent[(address * 0x9E3779B97F4A7C15ull) >> 54];
     if (entry.text == text.data() && entry.interned->str() == text) return entry.interned;
-    const CString* interned = &*KeyPool().insert(key).first;
+    const CString* interned = nullptr;
+    if (add) {
+        interned = &*KeyPool().insert(key).first;
+    } else {
+        const auto it = KeyPool().find(key);
+        if (it == KeyPool().end()) return nullptr;
+        interned = &*it;
+    }
     entry = {text.data(), interned};
     return interned;
-}
-
-const CString* FindKey(const CString& key)
-{
-    const auto it = KeyPool().find(key);
-    return it == KeyPool().end() ? nullptr : &*it;
 }
 
 std::size_t HashKey(const CString* key)
@@ -79,7 +82,7 @@ CBaseOrderItemGroup::Item& CBaseOrderItemGroup::Append(const CString& key, Value
 {
     if (calls_.empty()) calls_.reserve(48);  // a full list row sets about 45 items
     if (2 * (used_ + 1) > slots_.size()) Grow();
-    const CString* interned = InternKey(key);
+    const CString* interned = LookUpKey(key, true);
     Slot* slot = FindSlot(interned);
     if (!slot->key) {
         slot->key = interned;
@@ -136,7 +139,7 @@ int CBaseOrderItemGroup::iGetDisplayItem(const CString& key) const
 
 const CBaseOrderItemGroup::Item* CBaseOrderItemGroup::pGetItem(const CString& key) const
 {
-    const CString* interned = FindKey(key);
+    const CString* interned = LookUpKey(key, false);
     const Slot* slot = interned ? FindSlot(interned) : nullptr;
     return slot && slot->key ? &calls_[slot->call] : nullptr;
 }

@@ -400,7 +400,8 @@ def run_on_terminal(args, stdout_to_terminal=False):
 
 
 def test_progress(work):
-    big = generated(work, 150000)
+    # Large enough that every command here still runs past the bar's one-second delay.
+    big = generated(work, 400000, "progress")
     target = os.path.join(work, "p.csv")
     status, seen, _ = run_on_terminal(["export", "--main", big, "--format", "csv", "--output", target])
     count = sum(1 for _ in open(target, encoding="utf-8", newline="")) - 1
@@ -423,6 +424,8 @@ def test_progress(work):
     status, seen, stdout = run_on_terminal(["check", "--main", big])
     check("a long check draws a bar", b"[###" in seen and stdout.rstrip().endswith(b"refused"), seen[-200:])
     # Rows on the terminal the bar would be on: no bar between them.
+    shutil.rmtree(big)
+    big = generated(work, 150000)
     status, seen, _ = run_on_terminal(["list", "--main", big, "--format", "csv"], stdout_to_terminal=True)
     check("list on the terminal", status == 0 and seen.count(b"\n") > 150000)
     heading = seen.find(b"Order no.")

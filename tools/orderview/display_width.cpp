@@ -73,9 +73,10 @@ template <typename Visit>
 void EachCharacter(std::string_view narrow, Visit visit)
 {
     for (std::size_t at = 0; at < narrow.size();) {
-        const std::size_t length = orderview::NarrowCharLength(narrow.substr(at));
         const unsigned char lead = static_cast<unsigned char>(narrow[at]);
-        // ASCII is the same in every narrow code page: printable characters take one column.
+        // ASCII is the same in every narrow code page: one byte, and printable characters take
+        // one column.
+        const std::size_t length = lead < 0x80 ? 1 : orderview::NarrowCharLength(narrow.substr(at));
         const int width = lead < 0x80 ? (lead >= 0x20 && lead != 0x7F ? 1 : 0)
                                       : CodePointWidth(CodePointOf(orderview::NarrowToUtf16(narrow.substr(at, length))));
         if (!visit(at, length, width)) return;
