@@ -34,7 +34,7 @@ CsvReader::Split CsvReader::SplitFields(const std::string& row, std::vector<std:
                 // Fields are short: a plain scan beats a call to find the comma.
                 std::size_t comma = pos;
                 while (comma < n && row[comma] != ',') ++comma;
-                fields[used - 1].assign(row, pos, comma - pos);
+                fields[used - 1].append(row.data() + pos, comma - pos);  // cleared by StartField
                 if (comma == n) return Split::Done;
                 pos = comma + 1;
                 continue;
