@@ -5,42 +5,37 @@ namespace detail {
 
 CsvReader::CsvReader(const FilePath& path, std::string name) : lines_(path), name_(std::move(name)) {}
 
-namespace {
-
-// Starts the next field, reusing the string an earlier record left in its place.
-void StartField(std::vector<std::string>& fields, std::size_t& used)
+std::size_t CsvReader::NewText(CsvFields& record)
 {
-    if (used == fields.size())
-        fields.emplace_back();
+    if (texts_ == record.texts.size())
+        record.texts.emplace_back();
     else
-        fields[used].clear();
-    ++used;
+        record.texts[texts_].clear();
+    return texts_++;
 }
 
-}  // namespace
-
-CsvReader::Split CsvReader::SplitFields(const std::string& row, std::vector<std::string>& fields, std::size_t& used,
-                                        bool quoted)
+CsvReader::Split CsvReader::SplitFields(CsvFields& record, bool quoted)
 {
+    const std::string& row = row_;
     const std::size_t n = row.size();
     std::size_t pos = 0;
     for (;;) {
         if (!quoted) {
-            StartField(fields, used);
             if (pos < n && row[pos] == '"') {
                 quoted = true;
                 ++pos;
+                spans_.push_back({true, NewText(record), 0});
             } else {
                 // Fields are short: a plain scan beats a call to find the comma.
                 std::size_t comma = pos;
                 while (comma < n && row[comma] != ',') ++comma;
-                fields[used - 1].append(row.data() + pos, comma - pos);  // cleared by StartField
+                spans_.push_back({false, pos, comma - pos});
                 if (comma == n) return Split::Done;
                 pos = comma + 1;
                 continue;
             }
         }
-        std::string& field = fields[used - 1];
+        std::string& field = record.texts[spans_.back().at];
         for (;;) {
             const std::size_t quote = row.find('"', pos);
             if (quote == std::string::npos) {
@@ -63,7 +58,17 @@ CsvReader::Split CsvReader::SplitFields(const std::string& row, std::vector<std:
     }
 }
 
-bool CsvReader::Next(CsvRecord& record)
+void CsvReader::KeepLineFields(CsvFields& record)
+{
+    for (Span& span : spans_) {
+        if (span.owned) continue;
+        const std::size_t text = NewText(record);
+        record.texts[text].assign(row_, span.at, span.length);
+        span = {true, text, 0};
+    }
+}
+
+bool CsvReader::Next(CsvFields& record)
 {
     for (;;) {
         if (!lines_.ReadLine(row_)) return false;
@@ -71,22 +76,33 @@ bool CsvReader::Next(CsvRecord& record)
         if (line_ == 1 && sequential_ && row_.compare(0, 3, "\xEF\xBB\xBF") == 0) row_.erase(0, 3);
         if (row_.empty() || row_[0] == '#') continue;
         record.line = sequential_ ? line_ : 0;
-        std::size_t used = 0;
+        spans_.clear();
+        texts_ = 0;
         lastLine_ = line_;
         lastResume_ = lines_.Tell();
         lastSpanned_ = false;
-        Split split = SplitFields(row_, record.fields, used, false);
+        Split split = SplitFields(record, false);
         while (split == Split::Open) {
             const char* lineBreak = lines_.LastBreak();  // a line break inside quotes is kept as it is
+            KeepLineFields(record);                      // the next line takes the place of this one
             if (!lines_.ReadLine(row_)) break;
-            record.fields[used - 1] += lineBreak;
+            record.texts[spans_.back().at] += lineBreak;
             ++line_;
             lastSpanned_ = true;
-            split = SplitFields(row_, record.fields, used, true);
+            split = SplitFields(record, true);
         }
-        record.fields.resize(used);
         record.lastLine = sequential_ ? line_ : 0;
-        if (split == Split::Done) return true;
+        if (split == Split::Done) {
+            // The texts are all made now, so views into them stay put.
+            record.fields.resize(spans_.size());
+            for (std::size_t i = 0; i < spans_.size(); ++i) {
+                const Span& span = spans_[i];
+                record.fields[i] = span.owned ? std::string_view(record.texts[span.at])
+                                              : std::string_view(row_.data() + span.at, span.length);
+            }
+            return true;
+        }
+        record.fields.clear();
         Reject(split == Split::Open ? "quoted field is not closed" : "text after a closing quote");
     }
 }
@@ -121,9 +137,9 @@ bool CsvTable::Load(const CString& path, const std::string& displayName, const s
     rows_.clear();
     CsvReader reader{FilePath(path), displayName};
     if (!reader.IsOpen()) return false;
-    CsvRecord record;
+    CsvFields record;
     if (reader.Next(record)) {
-        header_ = std::move(record.fields);
+        header_.assign(record.fields.begin(), record.fields.end());
         const int headerLine = record.line;
         bool complete = true;
         for (size_t i = 0; i < header_.size(); ++i) {
@@ -141,7 +157,7 @@ bool CsvTable::Load(const CString& path, const std::string& displayName, const s
                               std::to_string(record.fields.size()));
                 continue;
             }
-            rows_.push_back(std::move(record));
+            rows_.push_back({record.line, record.lastLine, {record.fields.begin(), record.fields.end()}});
         }
     }
     errors.insert(errors.end(), reader.Diagnostics().begin(), reader.Diagnostics().end());

@@ -18,7 +18,7 @@ RecordFile::RecordFile(const CString& path, const std::string& name, Kind kind)
     : reader_(new detail::CsvReader(FilePath(path), name)), columns_(new detail::RecordColumns), kind_(kind)
 {
     if (!reader_->IsOpen() || !reader_->Next(fields_)) return;
-    header_ = std::move(fields_.fields);
+    header_.assign(fields_.fields.begin(), fields_.fields.end());
     const int line = fields_.line;
     for (size_t i = 0; i < header_.size(); ++i) {
         const std::string& field = header_[i];
@@ -49,7 +49,7 @@ const std::vector<CString>& RecordFile::Diagnostics() const { return reader_->Di
 
 bool RecordFile::Fill(CBaseOrder_OrderInfo& order, CBaseOrder_DealInfo* deal, bool keep)
 {
-    const std::vector<std::string>& fields = fields_.fields;
+    const std::vector<std::string_view>& fields = fields_.fields;
     if (fields.size() != header_.size()) {
         reader_->Reject("expected " + std::to_string(header_.size()) + " fields, found " +
                         std::to_string(fields.size()));
@@ -65,7 +65,7 @@ bool RecordFile::Fill(CBaseOrder_OrderInfo& order, CBaseOrder_DealInfo* deal, bo
         if (!keep && (own ? own->text : !common || common->text)) continue;  // any text will do
         const bool ok = own ? own->set(*deal, fields[i]) : !common || common->set(order, fields[i]);
         if (!ok) {
-            reader_->Reject("bad value '" + fields[i] + "' in column " + header_[i]);
+            reader_->Reject("bad value '" + std::string(fields[i]) + "' in column " + header_[i]);
             return false;
         }
     }
@@ -81,7 +81,7 @@ bool RecordFile::ReadOrder(CBaseOrder_OrderInfo* order, std::string& list)
     if (!usable_ || kind_ != Kind::Orders) return false;
     while (reader_->Next(fields_)) {
         if (!Fill(order ? *order : columns_->scratch, nullptr, order != nullptr)) continue;
-        list = fields_.fields[static_cast<size_t>(listColumn_)];
+        list.assign(fields_.fields[static_cast<size_t>(listColumn_)]);
         if (list == "today" || list == "error") return true;
         reader_->Reject("list must be today or error, not '" + list + "'");
     }

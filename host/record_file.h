@@ -10,6 +10,7 @@
 #include <cstdint>
 #include <memory>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "order_data/cstring.h"
@@ -26,6 +27,14 @@ struct CsvRecord {
     int line = 0;                     // line where the record starts
     int lastLine = 0;                 // and where it ends (a quoted field may hold line breaks)
     std::vector<std::string> fields;
+};
+// A record as it is read: its fields are views into the reader's line or into `texts` (quoted
+// fields, records over several lines), valid until the next record is read.
+struct CsvFields {
+    int line = 0;
+    int lastLine = 0;
+    std::vector<std::string_view> fields;
+    std::vector<std::string> texts;
 };
 }  // namespace detail
 
@@ -73,7 +82,7 @@ private:
 
     std::unique_ptr<detail::CsvReader> reader_;
     std::unique_ptr<detail::RecordColumns> columns_;  // how each column is set, found from the header
-    detail::CsvRecord fields_;
+    detail::CsvFields fields_;
     Kind kind_;
     std::vector<std::string> header_;
     int listColumn_ = -1;

@@ -19,19 +19,19 @@ using Setter = SetterOf<Order>;
 template <class Record = Order, class Get>
 SetterOf<Record> Text(Get get)
 {
-    return {[get](Record& o, const std::string& t) { get(o) = CString(t); return true; }, true};
+    return {[get](Record& o, std::string_view t) { get(o) = CString(t.data(), static_cast<int>(t.size())); return true; }, true};
 }
 
 template <class Record = Order, class Get>
 SetterOf<Record> Code(Get get)
 {
-    return {[get](Record& o, const std::string& t) { return ParseCharCode(t, get(o)); }, false};
+    return {[get](Record& o, std::string_view t) { return ParseCharCode(t, get(o)); }, false};
 }
 
 template <class Record = Order, class Get>
 SetterOf<Record> UInt32(Get get)
 {
-    return {[get](Record& o, const std::string& t) {
+    return {[get](Record& o, std::string_view t) {
                 std::uint64_t v = 0;
                 if (!ParseUInt(t, 0xFFFFFFFFu, v)) return false;
                 get(o) = static_cast<std::uint32_t>(v);
@@ -43,7 +43,7 @@ SetterOf<Record> UInt32(Get get)
 template <class Record = Order, class Get>
 SetterOf<Record> Byte(Get get)
 {
-    return {[get](Record& o, const std::string& t) {
+    return {[get](Record& o, std::string_view t) {
                 std::uint64_t v = 0;
                 if (!ParseUInt(t, 0xFF, v)) return false;
                 get(o) = static_cast<std::uint8_t>(v);
@@ -55,13 +55,13 @@ SetterOf<Record> Byte(Get get)
 template <class Record = Order, class Get>
 SetterOf<Record> Int32(Get get)
 {
-    return {[get](Record& o, const std::string& t) { return ParseInt(t, get(o)); }, false};
+    return {[get](Record& o, std::string_view t) { return ParseInt(t, get(o)); }, false};
 }
 
 template <class Record = Order, class Get>
 SetterOf<Record> Double(Get get)
 {
-    return {[get](Record& o, const std::string& t) { return ParseDouble(t, get(o)); }, false};
+    return {[get](Record& o, std::string_view t) { return ParseDouble(t, get(o)); }, false};
 }
 
 #define OV_FIELD(kind, member) {#member, kind([](Order& o) -> auto& { return o.member; })}

@@ -1,14 +1,14 @@
 #include "order_data/detail/value_parse.h"
 
-#include <cerrno>
 #include <charconv>
 #include <cmath>
 #include <cstdlib>
+#include <string>
 
 namespace orderview {
 namespace detail {
 
-bool ParseUInt(const std::string& text, std::uint64_t max, std::uint64_t& out)
+bool ParseUInt(std::string_view text, std::uint64_t max, std::uint64_t& out)
 {
     if (text.empty() || text.size() > 20) return false;
     const std::uint64_t tenth = max / 10;
@@ -24,7 +24,7 @@ bool ParseUInt(const std::string& text, std::uint64_t max, std::uint64_t& out)
     return true;
 }
 
-bool ParseInt(const std::string& text, std::int32_t& out)
+bool ParseInt(std::string_view text, std::int32_t& out)
 {
     const bool negative = !text.empty() && text[0] == '-';
     std::uint64_t magnitude = 0;
@@ -35,28 +35,26 @@ bool ParseInt(const std::string& text, std::int32_t& out)
     return true;
 }
 
-bool ParseDouble(const std::string& text, double& out)
+bool ParseDouble(std::string_view text, double& out)
 {
     if (text.empty()) return false;
-    const char* begin = text.c_str();
+    const char* const last = text.data() + text.size();
     // Plain decimals, the usual case, without strtod: both round correctly, so the value is the
     // same; everything else strtod takes (a '+', blanks in front, hexadecimal) goes to strtod.
-    double quick = 0.0;
-    const auto parsed = std::from_chars(begin, begin + text.size(), quick);
-    if (parsed.ec == std::errc() && parsed.ptr == begin + text.size()) {
-        if (!std::isfinite(quick)) return false;
-        out = quick;
-        return true;
+    double value = 0.0;
+    const auto parsed = std::from_chars(text.data(), last, value);
+    if (parsed.ec != std::errc() || parsed.ptr != last) {
+        const std::string terminated(text);  // strtod reads up to a NUL
+        char* end = nullptr;
+        value = std::strtod(terminated.c_str(), &end);
+        if (end != terminated.c_str() + terminated.size()) return false;
     }
-    char* end = nullptr;
-    errno = 0;
-    const double value = std::strtod(begin, &end);
-    if (end != begin + text.size() || !std::isfinite(value)) return false;
+    if (!std::isfinite(value)) return false;
     out = value;
     return true;
 }
 
-bool ParseBool(const std::string& text, bool& out)
+bool ParseBool(std::string_view text, bool& out)
 {
     if (text.empty() || text == "0" || text == "false" || text == "no") {
         out = false;
@@ -69,7 +67,7 @@ bool ParseBool(const std::string& text, bool& out)
     return false;
 }
 
-bool ParseCharCode(const std::string& text, std::uint32_t& out)
+bool ParseCharCode(std::string_view text, std::uint32_t& out)
 {
     if (text.size() > 1) return false;
     out = text.empty() ? 0u : static_cast<unsigned char>(text[0]);

@@ -6,6 +6,7 @@
 #include <cstdint>
 #include <map>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "order_data/cstring.h"
@@ -29,8 +30,9 @@ public:
     CsvReader(const FilePath& path, std::string name);
 
     bool IsOpen() const { return lines_.IsOpen(); }
-    // The next well-formed record; false at the end.
-    bool Next(CsvRecord& record);
+    // The next well-formed record; false at the end. Its fields are views that last until the
+    // next call.
+    bool Next(CsvFields& record);
     // Rejects the record Next returned last (a wrong field count, a bad value): it is reported
     // with `message` and, when it spanned several lines, the lines after its first are read again.
     void Reject(const std::string& message);
@@ -46,9 +48,19 @@ public:
 
 private:
     enum class Split { Done, Open, TextAfterQuote };
-    // Splits `row` into fields after the first `used` ones, continuing the open quoted field with
-    // `quoted`; `used` counts the fields filled so far, and strings beyond it are spare.
-    Split SplitFields(const std::string& row, std::vector<std::string>& fields, std::size_t& used, bool quoted);
+    // Where a field of the record being read stands: in the line as it is, or, when it was
+    // quoted or its record spans lines, in one of the record's texts.
+    struct Span {
+        bool owned;          // in record.texts[at], else row_[at, at + length)
+        std::size_t at;
+        std::size_t length;
+    };
+    // Splits the line into further fields, continuing the open quoted field with `quoted`.
+    Split SplitFields(CsvFields& record, bool quoted);
+    // A cleared text of the record for the next field that needs one, reusing an earlier record's.
+    std::size_t NewText(CsvFields& record);
+    // Copies the fields that stand in the line into texts, before the line is read over.
+    void KeepLineFields(CsvFields& record);
 
     LineReader lines_;
     std::string name_;
@@ -59,6 +71,8 @@ private:
     bool lastSpanned_ = false;       // and whether it spanned several lines
     std::uint64_t lastResume_ = 0;   // the offset of the line after its first
     std::vector<CString> diagnostics_;
+    std::vector<Span> spans_;        // the fields of the record being read
+    std::size_t texts_ = 0;          // texts of it in use
 };
 
 // A small CSV table with a header row, read whole and addressed by column name.

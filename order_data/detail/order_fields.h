@@ -3,6 +3,7 @@
 
 #include <functional>
 #include <string>
+#include <string_view>
 
 #include "order_data/records.h"
 
@@ -21,7 +22,7 @@ bool IsOrderField(const std::string& name);
 // for each record. A text field takes any text; the others parse theirs and may refuse it.
 template <class Record>
 struct FieldOf {
-    std::function<bool(Record&, const std::string&)> set;
+    std::function<bool(Record&, std::string_view)> set;
     bool text = false;
 };
 using OrderField = FieldOf<CBaseOrder_OrderInfo>;
