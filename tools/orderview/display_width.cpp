@@ -94,8 +94,22 @@ int CodePointWidth(char32_t cp)
     return InRanges(kWide, cp) ? 2 : 1;
 }
 
+namespace {
+
+// The length of the run of printable ASCII `narrow` starts with: one column a byte.
+std::size_t PlainPrefix(std::string_view narrow)
+{
+    std::size_t n = 0;
+    while (n < narrow.size() && static_cast<unsigned char>(narrow[n]) - 0x20u < 0x5Fu) ++n;
+    return n;
+}
+
+}  // namespace
+
 std::size_t DisplayWidth(std::string_view narrow)
 {
+    const std::size_t plain = PlainPrefix(narrow);
+    if (plain == narrow.size()) return plain;
     std::size_t total = 0;
     EachCharacter(narrow, [&](std::size_t, std::size_t, int width) {
         total += static_cast<std::size_t>(width);
@@ -106,6 +120,11 @@ std::size_t DisplayWidth(std::string_view narrow)
 
 std::size_t CutToWidth(std::string_view narrow, std::size_t columns, std::size_t& width)
 {
+    const std::size_t plain = PlainPrefix(narrow);
+    if (plain == narrow.size()) {
+        width = std::min(plain, columns);
+        return width;
+    }
     std::size_t cut = 0;
     width = 0;
     EachCharacter(narrow, [&](std::size_t at, std::size_t length, int w) {

@@ -227,12 +227,19 @@ int OrderList::GetColumnFormat(int column) const
 int OrderList::GetColumnWidth(int column) const
 {
     if (column < 0 || column >= GetColumnCount()) return 0;
-    // As a screen sizes its columns at its 9-point font: about 7 pixels a character (two for a
-    // wide one) of the heading or of the widest of the first rows, and a margin.
-    int characters = Characters(headings_[static_cast<size_t>(column)]);
-    for (int row = 0; row < std::min(GetItemCount(), 200); ++row)
-        characters = std::max(characters, Characters(GetItemText(row, column)));
-    return 7 * characters + 12;
+    if (widths_.empty()) {
+        // As a screen sizes its columns at its 9-point font: about 7 pixels a character (two for a
+        // wide one) of the heading or of the widest of the first rows, and a margin. Row by row,
+        // since a row is filled whole to give one of its texts.
+        std::vector<int> characters;
+        for (const CString& heading : headings_) characters.push_back(Characters(heading));
+        for (int row = 0; row < std::min(GetItemCount(), 200); ++row)
+            for (int c = 0; c < GetColumnCount(); ++c)
+                characters[static_cast<size_t>(c)] =
+                    std::max(characters[static_cast<size_t>(c)], Characters(GetItemText(row, c)));
+        for (int count : characters) widths_.push_back(7 * count + 12);
+    }
+    return widths_[static_cast<size_t>(column)];
 }
 
 CString OrderList::GetItemText(int row, int column) const

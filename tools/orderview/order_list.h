@@ -86,6 +86,7 @@ private:
     mutable int cachedRow_ = -1;
     mutable std::vector<CString> cells_;
     mutable CBaseOrderItemGroup row_;
+    mutable std::vector<int> widths_;     // of every column, measured on first asking
     Progress* progress_ = nullptr;
 };
 

@@ -50,10 +50,11 @@ bool PrintTable(const CListCtrl& list, std::FILE* out, Progress* progress)
     for (int c = 0; c < columns; ++c) {
         widths[static_cast<size_t>(c)] = CellWidth(list.GetColumnText(c));
         right[static_cast<size_t>(c)] = (list.GetColumnFormat(c) & 3) == CListCtrl::kFormatRight;
-        for (int r = 0; r < std::min(rows, kMeasuredRows); ++r)
-            widths[static_cast<size_t>(c)] =
-                std::max(widths[static_cast<size_t>(c)], CellWidth(list.GetItemText(r, c)));
     }
+    // Row by row: a list fills a whole row to give one of its texts.
+    for (int r = 0; r < std::min(rows, kMeasuredRows); ++r)
+        for (int c = 0; c < columns; ++c)
+            widths[static_cast<size_t>(c)] = std::max(widths[static_cast<size_t>(c)], CellWidth(list.GetItemText(r, c)));
     std::string line;
     for (int c = 0; c < columns; ++c)
         AppendCell(line, list.GetColumnText(c), widths[static_cast<size_t>(c)], right[static_cast<size_t>(c)],
