@@ -13,18 +13,6 @@ void AppendInt(CString& out, std::int64_t value)
     out += text;
 }
 
-void AppendZeroPadded(CString& out, std::uint32_t value, int width)
-{
-    char digits[12];
-    const char* end = std::to_chars(digits, digits + sizeof digits, value).ptr;
-    char text[24];
-    char* p = text;
-    for (int zeros = (width > 10 ? 10 : width) - static_cast<int>(end - digits); zeros > 0; --zeros) *p++ = '0';
-    for (const char* d = digits; d != end; ++d) *p++ = *d;
-    *p = '\0';
-    out += text;
-}
-
 void AppendFixed(CString& out, double value, int precision)
 {
     if (precision < 0 || precision > 30 || !std::isfinite(value)) {

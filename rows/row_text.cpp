@@ -61,47 +61,53 @@ bool IsForeignOptionMarket(const CBaseOrder_OrderInfo& order)
 
 namespace {
 
-// Date and time parts: "YYYY/MM/DD" and "hh:mm:ss" with ".mmm" when asked.
-void AppendDate(CString& out, std::uint32_t date)
+// Date and time parts: "YYYY/MM/DD" and "hh:mm:ss" with ".mmm" when asked, each written at `at`;
+// they return the end of what they wrote. The widest date and time take 6 + 3 + 3 + 1 + 3 + 3
+// + 3 + 4 characters.
+char* PutDate(char* at, std::uint32_t date)
 {
-    AppendZeroPadded(out, static_cast<std::uint32_t>(Year(date)), 4);
-    out += '/';
-    AppendZeroPadded(out, static_cast<std::uint32_t>(Month(date)), 2);
-    out += '/';
-    AppendZeroPadded(out, static_cast<std::uint32_t>(Day(date)), 2);
+    at = PutZeroPadded(at, static_cast<std::uint32_t>(Year(date)), 4);
+    *at++ = '/';
+    at = PutZeroPadded(at, static_cast<std::uint32_t>(Month(date)), 2);
+    *at++ = '/';
+    return PutZeroPadded(at, static_cast<std::uint32_t>(Day(date)), 2);
 }
 
-void AppendTime(CString& out, std::uint32_t time, bool millis)
+char* PutTime(char* at, std::uint32_t time, bool millis)
 {
-    AppendZeroPadded(out, static_cast<std::uint32_t>(Hour(time)), 2);
-    out += ':';
-    AppendZeroPadded(out, static_cast<std::uint32_t>(Minute(time)), 2);
-    out += ':';
-    AppendZeroPadded(out, static_cast<std::uint32_t>(Second(time)), 2);
-    if (!millis) return;
-    out += '.';
-    AppendZeroPadded(out, static_cast<std::uint32_t>(Millis(time)), 3);
+    at = PutZeroPadded(at, static_cast<std::uint32_t>(Hour(time)), 2);
+    *at++ = ':';
+    at = PutZeroPadded(at, static_cast<std::uint32_t>(Minute(time)), 2);
+    *at++ = ':';
+    at = PutZeroPadded(at, static_cast<std::uint32_t>(Second(time)), 2);
+    if (!millis) return at;
+    *at++ = '.';
+    return PutZeroPadded(at, static_cast<std::uint32_t>(Millis(time)), 3);
 }
 
 }  // namespace
 
 void FormatDate(CString& out, std::uint32_t date)
 {
-    out.Empty();
-    AppendDate(out, date);
+    char text[32];
+    *PutDate(text, date) = '\0';
+    out = text;
 }
 
 void FormatTime(CString& out, std::uint32_t time, bool millis)
 {
-    out.Empty();
-    AppendTime(out, time, millis);
+    char text[32];
+    *PutTime(text, time, millis) = '\0';
+    out = text;
 }
 
 void FormatStamp(CString& out, std::uint32_t date, std::uint32_t time, bool millis)
 {
-    FormatDate(out, date);
-    out += ' ';
-    AppendTime(out, time, millis);
+    char text[32];
+    char* at = PutDate(text, date);
+    *at++ = ' ';
+    *PutTime(at, time, millis) = '\0';
+    out = text;
 }
 
 void FormatQty(CString& out, std::uint32_t qty)

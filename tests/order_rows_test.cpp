@@ -343,6 +343,16 @@ TEST_F(Rows, FullRowStampsAndQuantities)
               Text(futures, "IDS_ORDER-ITEM_APPROPRIATE"));
     ASSERT_TRUE(g_bAddODOI2OIG_QueryOrderRet2FullOrderListCtrl(&timeOnly, &order, 0x4ffff, false, false, false));
     EXPECT_EQ(Text(timeOnly, "IDS_ORDER-ITEM_BOKDTANDTM"), "09:30:15");
+
+    // Out-of-range stamps print every digit, as "%04d/%02d/%02d %02d:%02d:%02d.%03d" does.
+    Stock(order);
+    order.dwBookDate = order.dwOrderDate = 0xFFFFFFFFu;
+    order.dwBookTime = order.dwOrderTime = 0xFFFFFFFFu;
+    row.vClear();
+    ASSERT_TRUE(Full(0x4ffff, true, true));
+    EXPECT_EQ(Text(row, "IDS_ORDER-ITEM_BOKDTANDTM"), "429496/72/95 429:49:67.295");
+    EXPECT_EQ(Text(row, "IDS_ORDER-ITEM_ORDERTIME"), "429:49:67.295");
+    EXPECT_EQ(Text(row, "IDS_ORDER-ITEM_TRADEDATE"), "429496/72/95");
 }
 
 class DealRow : public Rows {

@@ -11,8 +11,20 @@ namespace detail {
 
 // printf("%d", value).
 void AppendInt(CString& out, std::int64_t value);
-// printf("%0*u", width, value) for width <= 10: at least `width` digits, zeros in front.
-void AppendZeroPadded(CString& out, std::uint32_t value, int width);
+// printf("%0*u", width, value) written at `at`: at least `width` digits, zeros in front. Returns
+// the end of the digits (no NUL is written).
+inline char* PutZeroPadded(char* at, std::uint32_t value, int width)
+{
+    char digits[10];
+    int count = 0;
+    do {
+        digits[count++] = static_cast<char>('0' + value % 10);
+        value /= 10;
+    } while (value != 0);
+    for (int zeros = width - count; zeros > 0; --zeros) *at++ = '0';
+    while (count > 0) *at++ = digits[--count];
+    return at;
+}
 // printf("%.*f", precision, value); without printf for finite values and precisions up to 30.
 void AppendFixed(CString& out, double value, int precision);
 
