@@ -90,6 +90,7 @@ int CodePointWidth(char32_t cp)
 {
     if (cp < 0x20 || (cp >= 0x7F && cp < 0xA0)) return 0;  // control characters
     if (cp < 0x300) return 1;
+    if (cp >= 0x4E00 && cp <= 0x9FFF) return 2;  // CJK ideographs, most of a Chinese text
     if (InRanges(kZeroWidth, cp)) return 0;
     return InRanges(kWide, cp) ? 2 : 1;
 }
