@@ -3,7 +3,8 @@
 # 1,000,000): `orderview list --list full` and `orderview export` as CSV (RFC 4180), the screen's
 # CSV and JSON Lines, each streaming the day's records, against the bound (bench/cli_bound.cpp: orders.csv read once and one full
 # row filled per order, nothing printed) and, when given, an earlier build of the program, all
-# in the same run; then the time to build the default host in that folder. Medians of RUNS runs.
+# in the same run, a round of every command at a time; then the time to build the default host in
+# that folder. Medians of RUNS rounds.
 #   bench/cli_scale.sh build/default/tools/orderview build/default/bench/cli_bound [N] [RUNS] [EARLIER]
 set -eu
 program="$1"
@@ -16,30 +17,38 @@ trap 'rm -rf "$work"' EXIT
 "$program" generate --orders "$orders" --output "$work/main" >/dev/null
 du -sh "$work/main/sys/orders.csv" "$work/main/sys/deals.csv"
 median() { sort -n | awk '{ v[NR] = $1 } END { print v[int((NR + 1) / 2)] }'; }
-# The median wall time, processor time and peak memory of RUNS runs of a command.
-measure() {
-  label="$1"
-  shift
-  : >"$work/times"
-  i=0
-  while [ "$i" -lt "$runs" ]; do
-    /usr/bin/time -f "%e %M %U %S" "$@" >/dev/null 2>"$work/time" || { cat "$work/time"; exit 1; }
-    tail -n 1 "$work/time" >>"$work/times"
-    i=$((i + 1))
-  done
-  wall=$(awk '{ print $1 }' "$work/times" | median)
-  peak=$(awk '{ print $2 }' "$work/times" | median)
-  cpu=$(awk '{ print $3 + $4 }' "$work/times" | median)
+# The commands, one a line: a label, a tab, the command. Each round runs every command once, in
+# this order, so that a slow spell of a shared machine falls on all of them alike.
+{
+  printf 'bound\t%s rows %s\n' "$bound" "$work/main"
+  printf 'list --list full\t%s list --main %s --list full\n' "$program" "$work/main"
+  printf 'export --format csv\t%s export --main %s --format csv --output %s\n' "$program" "$work/main" "$work/o.csv"
+  printf 'export --format screen-csv\t%s export --main %s --format screen-csv --output %s\n' "$program" "$work/main" "$work/o.csv"
+  printf 'export --format json\t%s export --main %s --format json --output %s\n' "$program" "$work/main" "$work/o.json"
+  if [ -n "$earlier" ]; then
+    printf 'earlier list --list full\t%s list --main %s --list full\n' "$earlier" "$work/main"
+    printf 'earlier export --format csv\t%s export --main %s --format csv --output %s\n' "$earlier" "$work/main" "$work/o.csv"
+  fi
+} >"$work/commands"
+round=0
+while [ "$round" -lt "$runs" ]; do
+  n=0
+  while IFS="$(printf '\t')" read -r label command; do
+    n=$((n + 1))
+    # shellcheck disable=SC2086 # the command is split into its words on purpose
+    /usr/bin/time -f "%e %M %U %S" $command >/dev/null 2>"$work/time" </dev/null || { cat "$work/time"; exit 1; }
+    tail -n 1 "$work/time" >>"$work/times.$n"
+  done <"$work/commands"
+  round=$((round + 1))
+done
+# The median wall time, processor time and peak memory of each command.
+n=0
+while IFS="$(printf '\t')" read -r label command; do
+  n=$((n + 1))
+  wall=$(awk '{ print $1 }' "$work/times.$n" | median)
+  peak=$(awk '{ print $2 }' "$work/times.$n" | median)
+  cpu=$(awk '{ print $3 + $4 }' "$work/times.$n" | median)
   printf '%-32s %8s s wall %8s s cpu %8s KiB peak\n' "$label" "$wall" "$cpu" "$peak"
-}
-measure "bound" "$bound" rows "$work/main"
-measure "list --list full" "$program" list --main "$work/main" --list full
-measure "export --format csv" "$program" export --main "$work/main" --format csv --output "$work/orders.csv"
-measure "export --format screen-csv" "$program" export --main "$work/main" --format screen-csv --output "$work/orders.csv"
-measure "export --format json" "$program" export --main "$work/main" --format json --output "$work/orders.json"
-if [ -n "$earlier" ]; then
-  measure "earlier list --list full" "$earlier" list --main "$work/main" --list full
-  measure "earlier export --format csv" "$earlier" export --main "$work/main" --format csv --output "$work/orders.csv"
-fi
+done <"$work/commands"
 i=0
 while [ "$i" -lt "$runs" ]; do "$bound" host "$work/main"; i=$((i + 1)); done
