@@ -2,7 +2,11 @@
 // combining marks none, and cuts fall between characters.
 #include <gtest/gtest.h>
 
+#include <random>
+#include <string>
+
 #include "display_width.h"
+#include "platform/narrow_text.h"
 
 namespace {
 
@@ -53,6 +57,32 @@ TEST(DisplayWidth, NarrowTextAndCuts)
     }
     EXPECT_EQ(ovcli::PadToWidth(tsmc, 8), tsmc + "  ");
     EXPECT_EQ(ovcli::PadToWidth(tsmc, 4), tsmc);
+}
+
+// A text is measured in one conversion; that must come to what its characters measure one by one,
+// for any bytes: broken sequences, lone continuation bytes, controls and marks included.
+TEST(DisplayWidth, WholeTextMeasuresAsItsCharacters)
+{
+    const std::string pieces[] = {"a", " ", "\x07", "\xE5\x8F\xB0", "\xCC\x81", "\xF0\x9F\x98\x80", "\xE5\x8F",
+                                  "\x8F", "\xFF", "\xEF\xBC\xA1", "\xED\xA0\x80", "\xC0\xAF", "\x7F"};
+    std::mt19937 random(20261126);
+    for (int i = 0; i < 3000; ++i) {
+        std::string text;
+        for (int n = static_cast<int>(random() % 12); n > 0; --n) text += pieces[random() % std::size(pieces)];
+        std::size_t expected = 0;
+        for (std::size_t at = 0; at < text.size();) {
+            const std::size_t length = orderview::NarrowCharLength(std::string_view(text).substr(at));
+            const std::u16string units = orderview::NarrowToUtf16(std::string_view(text).substr(at, length));
+            char32_t cp = units.empty() ? 0xFFFD : units[0];
+            if (units.size() == 2 && cp >= 0xD800 && cp <= 0xDBFF) cp = 0x10000 + ((cp - 0xD800) << 10) + (units[1] - 0xDC00);
+            expected += static_cast<std::size_t>(ovcli::CodePointWidth(cp));
+            at += length;
+        }
+        ASSERT_EQ(ovcli::DisplayWidth(text), expected) << i;
+        std::size_t width = 0;
+        ASSERT_EQ(ovcli::CutToWidth(text, expected, width), text.size()) << i;
+        ASSERT_EQ(width, expected);
+    }
 }
 
 }  // namespace

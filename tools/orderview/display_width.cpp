@@ -60,12 +60,21 @@ bool InRanges(const Range (&ranges)[N], char32_t cp)
     return it != std::begin(ranges) && cp <= (it - 1)->last;
 }
 
-// The code point of one narrow character's UTF-16 form (a pair joined).
+// The code point at units[i] (a surrogate pair joined), advancing `i` past it; U+FFFD past the end.
+char32_t NextCodePoint(std::u16string_view units, std::size_t& i)
+{
+    if (i >= units.size()) return 0xFFFD;
+    const char32_t unit = units[i++];
+    if (unit >= 0xD800 && unit <= 0xDBFF && i < units.size() && units[i] >= 0xDC00 && units[i] <= 0xDFFF)
+        return 0x10000 + ((unit - 0xD800) << 10) + (units[i++] - 0xDC00);
+    return unit;
+}
+
+// The code point of one narrow character's UTF-16 form.
 char32_t CodePointOf(const std::u16string& units)
 {
-    if (units.size() >= 2 && units[0] >= 0xD800 && units[0] <= 0xDBFF && units[1] >= 0xDC00 && units[1] <= 0xDFFF)
-        return 0x10000 + ((static_cast<char32_t>(units[0]) - 0xD800) << 10) + (units[1] - 0xDC00);
-    return units.empty() ? 0xFFFD : units[0];
+    std::size_t i = 0;
+    return NextCodePoint(units, i);
 }
 
 // Walks narrow text a character at a time with its columns; stops when `visit` says so.
@@ -111,21 +120,19 @@ std::size_t DisplayWidth(std::string_view narrow)
 {
     const std::size_t plain = PlainPrefix(narrow);
     if (plain == narrow.size()) return plain;
-    std::size_t total = 0;
-    EachCharacter(narrow, [&](std::size_t, std::size_t, int width) {
-        total += static_cast<std::size_t>(width);
-        return true;
-    });
+    // The rest in one conversion: each character becomes its own UTF-16 form, and each byte that
+    // starts no character one U+FFFD, just as when they are converted one at a time.
+    const std::u16string units = orderview::NarrowToUtf16(narrow.substr(plain));
+    std::size_t total = plain;
+    for (std::size_t i = 0; i < units.size();) total += static_cast<std::size_t>(CodePointWidth(NextCodePoint(units, i)));
     return total;
 }
 
 std::size_t CutToWidth(std::string_view narrow, std::size_t columns, std::size_t& width)
 {
-    const std::size_t plain = PlainPrefix(narrow);
-    if (plain == narrow.size()) {
-        width = std::min(plain, columns);
-        return width;
-    }
+    // Most texts fit whole; only a text wider than `columns` is walked a character at a time.
+    width = DisplayWidth(narrow);
+    if (width <= columns) return narrow.size();
     std::size_t cut = 0;
     width = 0;
     EachCharacter(narrow, [&](std::size_t at, std::size_t length, int w) {
