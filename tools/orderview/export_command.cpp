@@ -152,12 +152,15 @@ int ExportCommand(int argc, char** argv)
         if (!file) return Failure("export", templ + ": " + SystemReason(errno) + " (the HTML export's template)");
         std::fclose(file);
     }
-    Progress reading("reading", OrderList::FileSize(MainFolderPath(options.Get("main")), choice.kind), quiet);
-    OrderList list(folder.Host(), choice.kind, choice.mode, choice.columns, &reading);
-    if (!MainFolder::Report(list.Diagnostics())) return kExitFailed;
-    const std::size_t rows = static_cast<std::size_t>(list.GetItemCount());
-    Progress progress("export", rows, quiet);
     const bool toStandardOutput = output == "-";
+    // A file the program writes itself is written in the same pass that reads the day: it is put
+    // in place only when no line of the day was malformed, so nothing is written before that is
+    // known. Standard output and the library's formats have the day read through first.
+    const bool oneReading = !IsLibraryFormat(format) && !toStandardOutput;
+    Progress reading("reading", OrderList::FileSize(MainFolderPath(options.Get("main")), choice.kind), quiet);
+    OrderList list(folder.Host(), choice.kind, choice.mode, choice.columns, &reading, oneReading);
+    if (!oneReading && !MainFolder::Report(list.Diagnostics())) return kExitFailed;
+    Progress progress("export", oneReading ? 0 : static_cast<std::size_t>(list.GetItemCount()), quiet || oneReading);
     progress.SetRowsToTerminal(toStandardOutput && Progress::OutputIsTerminal());
     const std::string where = toStandardOutput ? std::string("standard output") : output;
 
@@ -172,6 +175,8 @@ int ExportCommand(int argc, char** argv)
         else if (format == "json") written = WriteJsonLines(list, keys, file.Stream(), &progress);
         else written = PrintTable(list, file.Stream(), &progress);
         if (!written) return Failure("export", where + ": " + SystemReason(errno ? errno : EIO));
+        reading.Clear();
+        if (!MainFolder::Report(list.Diagnostics())) return kExitFailed;  // the file is not put in place
         if (!file.Commit(error)) return Failure("export", error);
     } else {
         Staging staging;
@@ -206,7 +211,9 @@ int ExportCommand(int argc, char** argv)
             return Failure("export", "standard output: " + SystemReason(errno));
     }
     progress.Clear();
-    if (!quiet) std::fprintf(stderr, "wrote %s rows to %s\n", Grouped(rows).c_str(), where.c_str());
+    if (!quiet)
+        std::fprintf(stderr, "wrote %s rows to %s\n", Grouped(static_cast<std::size_t>(list.GetItemCount())).c_str(),
+                     where.c_str());
     return kExitDone;
 }
 

@@ -101,10 +101,9 @@ std::string JsonColumnsLine(const std::vector<std::string>& keys, const std::vec
     return line;
 }
 
-bool WriteCsv(const CListCtrl& list, std::FILE* out, bool byteOrderMark, Progress* progress)
+bool WriteCsv(const OrderList& list, std::FILE* out, bool byteOrderMark, Progress* progress)
 {
     const int columns = list.GetColumnCount();
-    const int rows = list.GetItemCount();
     std::string line = byteOrderMark ? "\xEF\xBB\xBF" : "";
     for (int c = 0; c < columns; ++c) {
         if (c) line += ',';
@@ -112,7 +111,7 @@ bool WriteCsv(const CListCtrl& list, std::FILE* out, bool byteOrderMark, Progres
     }
     line += "\r\n";
     if (!Put(line, out)) return false;
-    for (int r = 0; r < rows; ++r) {
+    for (int r = 0; list.ReachRow(r); ++r) {
         line.clear();
         for (int c = 0; c < columns; ++c) {
             if (c) line += ',';
@@ -126,11 +125,10 @@ bool WriteCsv(const CListCtrl& list, std::FILE* out, bool byteOrderMark, Progres
     return std::fflush(out) == 0;
 }
 
-bool WriteJsonLines(const CListCtrl& list, const std::vector<std::string>& keys, std::FILE* out,
+bool WriteJsonLines(const OrderList& list, const std::vector<std::string>& keys, std::FILE* out,
                     Progress* progress)
 {
     const int columns = list.GetColumnCount();
-    const int rows = list.GetItemCount();
     std::vector<std::string> headings;
     for (int c = 0; c < columns; ++c) headings.push_back(list.GetColumnText(c).str());
     if (!Put(JsonColumnsLine(keys, headings), out)) return false;
@@ -141,7 +139,7 @@ bool WriteJsonLines(const CListCtrl& list, const std::vector<std::string>& keys,
         quotedKeys.push_back(quoted + ':');
     }
     std::string line;
-    for (int r = 0; r < rows; ++r) {
+    for (int r = 0; list.ReachRow(r); ++r) {
         line = "{";
         for (int c = 0; c < columns && static_cast<std::size_t>(c) < quotedKeys.size(); ++c) {
             if (c) line += ',';

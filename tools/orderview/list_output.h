@@ -15,7 +15,7 @@
 #include <string>
 #include <vector>
 
-#include "platform/list_control.h"
+#include "order_list.h"
 
 namespace ovcli {
 
@@ -28,9 +28,10 @@ void AppendJsonString(std::string& out, const std::string& text);
 // {"columns":[{"key":K,"heading":H},...]}
 std::string JsonColumnsLine(const std::vector<std::string>& keys, const std::vector<std::string>& headings);
 
-// Write the list to `out`; false when a write failed. `keys` name the list's columns in order.
-bool WriteCsv(const CListCtrl& list, std::FILE* out, bool byteOrderMark, Progress* progress);
-bool WriteJsonLines(const CListCtrl& list, const std::vector<std::string>& keys, std::FILE* out,
+// Write the list to `out`, its rows in order; false when a write failed. `keys` name the list's
+// columns in order. `progress` (when set) counts the rows written.
+bool WriteCsv(const OrderList& list, std::FILE* out, bool byteOrderMark, Progress* progress);
+bool WriteJsonLines(const OrderList& list, const std::vector<std::string>& keys, std::FILE* out,
                     Progress* progress);
 
 }  // namespace ovcli

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstdio>
 #include <filesystem>
+#include <limits>
 
 #include "cli_support.h"
 #include "format/normalize.h"
@@ -161,13 +162,18 @@ std::size_t OrderList::FileSize(const std::string& mainFolder, ListKind kind)
 }
 
 OrderList::OrderList(orderview::DefaultHost& host, ListKind kind, int mode, std::vector<CString> columns,
-                     Progress* scan)
+                     Progress* scan, bool stream)
     : host_(host), kind_(kind), mode_(mode), columns_(std::move(columns)),
       file_(host.s_PathGetSysPath(0) + (kind == ListKind::Deal ? "\\deals.csv" : "\\orders.csv"),
             kind == ListKind::Deal ? "deals.csv" : "orders.csv",
             kind == ListKind::Deal ? orderview::RecordFile::Kind::Deals : orderview::RecordFile::Kind::Orders)
 {
     for (const CString& key : columns_) headings_.push_back(host_.LangGetLangString(key));
+    if (stream) {
+        streaming_ = true;
+        scan_ = scan;
+        return;
+    }
     // The deal list, and the modes that admit every order, need no row to decide.
     const bool showsAll = kind_ == ListKind::Deal ||
                           ((mode_ & 0xFF) == 255 && (kind_ == ListKind::Simple || (mode_ & 0x4ff00) == 0x4ff00));
@@ -182,7 +188,32 @@ OrderList::OrderList(orderview::DefaultHost& host, ListKind kind, int mode, std:
         }
         shown_.push_back(offset);
     }
+    scanned_ = true;
     if (scan) scan->Clear();
+}
+
+int OrderList::GetItemCount() const
+{
+    if (!scanned_) ReachRow(std::numeric_limits<int>::max());
+    return static_cast<int>(shown_.size());
+}
+
+bool OrderList::ReachRow(int row) const
+{
+    // Straight through the file, so that every malformed line is reported with its line.
+    while (!scanned_ && row >= static_cast<int>(shown_.size())) {
+        const std::uint64_t offset = file_.Tell();
+        if (scan_) scan_->Step(static_cast<std::size_t>(offset));
+        row_.vClear();
+        if (ReadAndFill(row_)) {
+            shown_.push_back(offset);
+            KeepCells(static_cast<int>(shown_.size()) - 1);
+        } else if (file_.Tell() == offset) {
+            scanned_ = true;
+            if (scan_) scan_->Clear();
+        }
+    }
+    return row >= 0 && row < static_cast<int>(shown_.size());
 }
 
 bool OrderList::ReadAndFill(CBaseOrderItemGroup& row, bool fill) const
@@ -203,9 +234,15 @@ void OrderList::Load(int row) const
 {
     LibraryWriteGuard::Poll();  // a signal during a write ends the program here
     if (row == cachedRow_) return;
+    if (!scanned_) ReachRow(std::numeric_limits<int>::max());  // going back: finish the pass first
     row_.vClear();
     file_.Seek(shown_[static_cast<size_t>(row)]);
     ReadAndFill(row_);
+    KeepCells(row);
+}
+
+void OrderList::KeepCells(int row) const
+{
     cells_.clear();
     for (const CString& key : columns_) cells_.push_back(ItemText(row_.pGetItem(key)));
     cachedRow_ = row;
@@ -244,7 +281,7 @@ int OrderList::GetColumnWidth(int column) const
 
 CString OrderList::GetItemText(int row, int column) const
 {
-    if (row < 0 || row >= GetItemCount() || column < 0 || column >= GetColumnCount()) return CString();
+    if (!ReachRow(row) || column < 0 || column >= GetColumnCount()) return CString();
     Load(row);
     return cells_[static_cast<size_t>(column)];
 }

@@ -45,8 +45,13 @@ public:
     // Finds the shown records; `columns` are item keys, their headings the language texts. The
     // day's malformed records are in Diagnostics(). `scan` (when set) is stepped with the bytes
     // read of the day's file, and cleared at the end.
+    //
+    // With `stream`, the records are found as the rows are asked for, in one pass that reads and
+    // fills each row once (ReachRow); the day's diagnostics are complete only when the pass is
+    // (ReachRow false). Asking for the row count, or for a row behind the last one reached,
+    // finishes the pass first.
     OrderList(orderview::DefaultHost& host, ListKind kind, int mode, std::vector<CString> columns,
-              Progress* scan = nullptr);
+              Progress* scan = nullptr, bool stream = false);
     // The day's file a list of `kind` reads in `mainFolder`, and its size in bytes (0 when unknown).
     static std::string DayFile(const std::string& mainFolder, ListKind kind);
     // Why the list's day cannot be read from the main folder of the --main option (a missing
@@ -61,19 +66,24 @@ public:
     CString GetColumnText(int column) const override;
     int GetColumnFormat(int column) const override;
     int GetColumnWidth(int column) const override;
-    int GetItemCount() const override { return static_cast<int>(shown_.size()); }
+    int GetItemCount() const override;
     CString GetItemText(int row, int column) const override;
     bool SetItemText(int row, int column, const CString& text) override;
     bool GetItemSelected(int row) const override;
 
     // Reports each row as it is first read (exports read the rows in order).
     void SetProgress(Progress* progress) { progress_ = progress; }
+    // Whether the list has row `row`; streaming, it reads up to that row. Writers go through a
+    // list with it, in order: for (int r = 0; list.ReachRow(r); ++r).
+    bool ReachRow(int row) const;
 private:
     // Reads the record at the file's position and, with `fill`, fills `row`; false when there is
     // none or the list (or, with `fill`, the list mode) hides it. Without `fill` the record's
     // values are only checked, not kept.
     bool ReadAndFill(CBaseOrderItemGroup& row, bool fill = true) const;
     void Load(int row) const;
+    // The cells of row_, now row `row`.
+    void KeepCells(int row) const;
 
     orderview::DefaultHost& host_;
     ListKind kind_;
@@ -82,7 +92,10 @@ private:
     std::vector<CString> headings_;
     mutable orderview::RecordFile file_;
     mutable CBaseOrder_DealInfo record_;  // the record being shown (deals; orders use its order part)
-    std::vector<std::uint64_t> shown_;    // file offset of each shown record
+    mutable std::vector<std::uint64_t> shown_;  // file offset of each shown record found so far
+    bool streaming_ = false;
+    mutable bool scanned_ = false;        // every shown record found
+    Progress* scan_ = nullptr;
     mutable int cachedRow_ = -1;
     mutable std::vector<CString> cells_;
     mutable CBaseOrderItemGroup row_;

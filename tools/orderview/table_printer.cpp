@@ -41,39 +41,46 @@ size_t CellWidth(const CString& text)
 
 }  // namespace
 
-bool PrintTable(const CListCtrl& list, std::FILE* out, Progress* progress)
+bool PrintTable(const OrderList& list, std::FILE* out, Progress* progress)
 {
     const int columns = list.GetColumnCount();
-    const int rows = list.GetItemCount();
     std::vector<size_t> widths(static_cast<size_t>(columns));
     std::vector<bool> right(static_cast<size_t>(columns));
     for (int c = 0; c < columns; ++c) {
         widths[static_cast<size_t>(c)] = CellWidth(list.GetColumnText(c));
         right[static_cast<size_t>(c)] = (list.GetColumnFormat(c) & 3) == CListCtrl::kFormatRight;
     }
-    // Row by row: a list fills a whole row to give one of its texts.
-    for (int r = 0; r < std::min(rows, kMeasuredRows); ++r)
-        for (int c = 0; c < columns; ++c)
-            widths[static_cast<size_t>(c)] = std::max(widths[static_cast<size_t>(c)], CellWidth(list.GetItemText(r, c)));
+    // The first rows are measured and kept, row by row: a list fills a whole row to give one of
+    // its texts, and goes through its rows once.
+    std::vector<std::vector<CString>> first;
+    for (int r = 0; r < kMeasuredRows && list.ReachRow(r); ++r) {
+        first.emplace_back();
+        for (int c = 0; c < columns; ++c) {
+            first.back().push_back(list.GetItemText(r, c));
+            widths[static_cast<size_t>(c)] = std::max(widths[static_cast<size_t>(c)], CellWidth(first.back().back()));
+        }
+    }
     std::string line;
-    for (int c = 0; c < columns; ++c)
-        AppendCell(line, list.GetColumnText(c), widths[static_cast<size_t>(c)], right[static_cast<size_t>(c)],
-                   c + 1 == columns);
-    line += '\n';
+    const auto putRow = [&](int row, const auto& text) {
+        line.clear();
+        for (int c = 0; c < columns; ++c)
+            AppendCell(line, text(c), widths[static_cast<size_t>(c)], right[static_cast<size_t>(c)], c + 1 == columns);
+        line += '\n';
+        if (std::fputs(line.c_str(), out) == EOF) return false;
+        if (progress && row >= 0) progress->Step(static_cast<size_t>(row) + 1);
+        return true;
+    };
+    if (!putRow(-1, [&](int c) { return list.GetColumnText(c); })) return false;
+    line.clear();
     for (int c = 0; c < columns; ++c) {
         line.append(widths[static_cast<size_t>(c)], '-');
         line += c + 1 == columns ? "\n" : "  ";
     }
     if (std::fputs(line.c_str(), out) == EOF) return false;
-    for (int r = 0; r < rows; ++r) {
-        line.clear();
-        for (int c = 0; c < columns; ++c)
-            AppendCell(line, list.GetItemText(r, c), widths[static_cast<size_t>(c)], right[static_cast<size_t>(c)],
-                       c + 1 == columns);
-        line += '\n';
-        if (std::fputs(line.c_str(), out) == EOF) return false;
-        if (progress) progress->Step(static_cast<size_t>(r) + 1);
-    }
+    for (std::size_t r = 0; r < first.size(); ++r)
+        if (!putRow(static_cast<int>(r), [&](int c) { return first[r][static_cast<size_t>(c)]; })) return false;
+    for (int r = static_cast<int>(first.size()); list.ReachRow(r); ++r)
+        if (!putRow(r, [&](int c) { return list.GetItemText(r, c); })) return false;
     return std::fflush(out) == 0;
 }
 

@@ -6,13 +6,13 @@
 
 #include <cstdio>
 
-#include "platform/list_control.h"
+#include "order_list.h"
 
 namespace ovcli {
 
 class Progress;
 
-// Writes `list` to `out`; false when writing failed.
-bool PrintTable(const CListCtrl& list, std::FILE* out, Progress* progress);
+// Writes `list` to `out`, its rows in order; false when writing failed.
+bool PrintTable(const OrderList& list, std::FILE* out, Progress* progress);
 
 }  // namespace ovcli
