@@ -1,4 +1,4 @@
-// Decimal texts of numbers without printf (internal): each function appends exactly the bytes of
+// Decimal texts of numbers without printf (internal): each function writes exactly the bytes of
 // the printf conversion it names, for the row and price texts formatted millions of times a day.
 #pragma once
 
@@ -9,7 +9,7 @@
 namespace orderview {
 namespace detail {
 
-// printf("%d", value).
+// printf("%lld", value).
 void AppendInt(CString& out, std::int64_t value);
 // printf("%0*u", width, value) written at `at`: at least `width` digits, zeros in front. Returns
 // the end of the digits (no NUL is written).
