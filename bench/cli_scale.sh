@@ -17,33 +17,40 @@ trap 'rm -rf "$work"' EXIT
 "$program" generate --orders "$orders" --output "$work/main" >/dev/null
 du -sh "$work/main/sys/orders.csv" "$work/main/sys/deals.csv"
 median() { sort -n | awk '{ v[NR] = $1 } END { print v[int((NR + 1) / 2)] }'; }
-# The commands, one a line: a label, a tab, the command. Each round runs every command once, in
-# this order, so that a slow spell of a shared machine falls on all of them alike.
+# The commands, one a line: a label, then the command's words, each after a tab (so that paths
+# may hold blanks). Each round runs every command once, in this order, so that a slow spell of a
+# shared machine falls on all of them alike.
+tab=$(printf '\t')
+entry() { label="$1"; shift; printf '%s' "$label"; printf '\t%s' "$@"; printf '\n'; }
 {
-  printf 'bound\t%s rows %s\n' "$bound" "$work/main"
-  printf 'list --list full\t%s list --main %s --list full\n' "$program" "$work/main"
-  printf 'export --format csv\t%s export --main %s --format csv --output %s\n' "$program" "$work/main" "$work/o.csv"
-  printf 'export --format screen-csv\t%s export --main %s --format screen-csv --output %s\n' "$program" "$work/main" "$work/o.csv"
-  printf 'export --format json\t%s export --main %s --format json --output %s\n' "$program" "$work/main" "$work/o.json"
+  entry "bound" "$bound" rows "$work/main"
+  entry "list --list full" "$program" list --main "$work/main" --list full
+  entry "export --format csv" "$program" export --main "$work/main" --format csv --output "$work/o.csv"
+  entry "export --format screen-csv" "$program" export --main "$work/main" --format screen-csv --output "$work/o.csv"
+  entry "export --format json" "$program" export --main "$work/main" --format json --output "$work/o.json"
   if [ -n "$earlier" ]; then
-    printf 'earlier list --list full\t%s list --main %s --list full\n' "$earlier" "$work/main"
-    printf 'earlier export --format csv\t%s export --main %s --format csv --output %s\n' "$earlier" "$work/main" "$work/o.csv"
+    entry "earlier list --list full" "$earlier" list --main "$work/main" --list full
+    entry "earlier export --format csv" "$earlier" export --main "$work/main" --format csv --output "$work/o.csv"
   fi
 } >"$work/commands"
+set -f
 round=0
 while [ "$round" -lt "$runs" ]; do
   n=0
-  while IFS="$(printf '\t')" read -r label command; do
+  while IFS="$tab" read -r label words; do
     n=$((n + 1))
-    # shellcheck disable=SC2086 # the command is split into its words on purpose
-    /usr/bin/time -f "%e %M %U %S" $command >/dev/null 2>"$work/time" </dev/null || { cat "$work/time"; exit 1; }
+    IFS="$tab"
+    # shellcheck disable=SC2086 # split at the tabs only
+    set -- $words
+    unset IFS
+    /usr/bin/time -f "%e %M %U %S" "$@" >/dev/null 2>"$work/time" </dev/null || { cat "$work/time"; exit 1; }
     tail -n 1 "$work/time" >>"$work/times.$n"
   done <"$work/commands"
   round=$((round + 1))
 done
 # The median wall time, processor time and peak memory of each command.
 n=0
-while IFS="$(printf '\t')" read -r label command; do
+while IFS="$tab" read -r label words; do
   n=$((n + 1))
   wall=$(awk '{ print $1 }' "$work/times.$n" | median)
   peak=$(awk '{ print $2 }' "$work/times.$n" | median)
