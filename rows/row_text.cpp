@@ -17,25 +17,16 @@ int Minute(std::uint32_t time) { return static_cast<int>(time / 100000 % 100); }
 int Second(std::uint32_t time) { return static_cast<int>(time / 1000 % 100); }
 int Millis(std::uint32_t time) { return static_cast<int>(time % 1000); }
 
-// Deletes the last character, then trailing '0's, then trailing '.'s.
-void Shorten(char* text, int length)
-{
-    if (length <= 0) return;
-    text[--length] = '\0';
-    while (length > 0 && text[length - 1] == '0') text[--length] = '\0';
-    while (length > 0 && text[length - 1] == '.') text[--length] = '\0';
-}
-
-// Formats `value` with `precision` decimals and shortens it. The buffer holds the widest double
-// (309 integral digits) with the largest precision allowed.
+// Formats `value` with `precision` decimals, then deletes the last character, trailing '0's and
+// trailing '.'s.
 constexpr int kMaxPrecision = 30;
 void AppendShortened(CString& out, double value, int precision, bool normalize)
 {
     CString text;
     AppendFixed(text, value, precision);
-    char* buffer = text.GetBuffer();
-    Shorten(buffer, text.GetLength());
-    text.ReleaseBuffer();
+    text.Delete(text.GetLength() - 1);
+    text.TrimRight('0');
+    text.TrimRight('.');
     if (normalize)
         out += g_cszNormalizCstring(text);
     else

@@ -170,7 +170,6 @@ OrderList::OrderList(orderview::DefaultHost& host, ListKind kind, int mode, std:
 {
     for (const CString& key : columns_) headings_.push_back(host_.LangGetLangString(key));
     if (stream) {
-        streaming_ = true;
         scan_ = scan;
         return;
     }

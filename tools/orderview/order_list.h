@@ -93,7 +93,6 @@ private:
     mutable orderview::RecordFile file_;
     mutable CBaseOrder_DealInfo record_;  // the record being shown (deals; orders use its order part)
     mutable std::vector<std::uint64_t> shown_;  // file offset of each shown record found so far
-    bool streaming_ = false;
     mutable bool scanned_ = false;        // every shown record found
     Progress* scan_ = nullptr;
     mutable int cachedRow_ = -1;
