@@ -323,6 +323,25 @@ void InstallSignalHandlers()
     ::sigaction(SIGTERM, &action, nullptr);
 }
 
+OutputMark::OutputMark()
+{
+    struct stat info;
+    if (::fstat(STDOUT_FILENO, &info) != 0 || !S_ISREG(info.st_mode)) return;
+    const int flags = ::fcntl(STDOUT_FILENO, F_GETFL);
+    if (flags < 0 || (flags & O_ACCMODE) == O_RDONLY) return;
+    // Appending writes at the end whatever the offset says; otherwise only a file written at its
+    // end can be cut back without losing what stood after the offset.
+    const off_t at = (flags & O_APPEND) ? info.st_size : ::lseek(STDOUT_FILENO, 0, SEEK_CUR);
+    if (at >= 0 && at == info.st_size) start_ = at;
+}
+
+bool OutputMark::TakeBack() const
+{
+    if (start_ < 0) return false;
+    std::fflush(stdout);  // what the stream still holds goes out first, to be cut with the rest
+    return ::ftruncate(STDOUT_FILENO, static_cast<off_t>(start_)) == 0;
+}
+
 std::string Grouped(unsigned long long count)
 {
     std::string digits = std::to_string(count), text;

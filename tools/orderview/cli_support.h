@@ -71,6 +71,20 @@ private:
     std::FILE* stream_ = nullptr;
 };
 
+// Where standard output stands when it is a regular file written at its end (`>` or `>>`): what
+// is written after can be cut off again, so that a list found malformed halfway leaves the file
+// as it was. A pipe, a terminal or a device cannot be taken back.
+class OutputMark {
+public:
+    OutputMark();
+    bool CanTakeBack() const { return start_ >= 0; }
+    // Cuts standard output back to the mark; false when it cannot.
+    bool TakeBack() const;
+
+private:
+    long long start_ = -1;
+};
+
 // While one lives, SIGINT and SIGTERM during a write the library makes to `target` are held until
 // the next call of Poll (the program calls it for every row it hands the library); Poll then
 // removes the write's temporary file, keeping the old target, and ends the program by the signal.

@@ -65,12 +65,18 @@ int ListCommand(int argc, char** argv)
 
     MainFolder folder(options.Get("main"));
     if (!folder.Ok()) return kExitFailed;
+    // Rows go out as they are read when standard output is a file that can be cut back if a line
+    // of the day turns out malformed; otherwise the day is read through first, since nothing
+    // written to a pipe or a terminal can be taken back.
+    const OutputMark mark;
+    const bool oneReading = mark.CanTakeBack();
     Progress reading("reading", OrderList::FileSize(MainFolderPath(options.Get("main")), choice.kind), options.Has("quiet"));
-    OrderList list(folder.Host(), choice.kind, choice.mode, choice.columns, &reading);
-    if (!MainFolder::Report(list.Diagnostics())) return kExitFailed;
+    OrderList list(folder.Host(), choice.kind, choice.mode, choice.columns, &reading, oneReading);
+    if (!oneReading && !MainFolder::Report(list.Diagnostics())) return kExitFailed;
     // Rows on the terminal show their own progress.
     const bool rowsToTerminal = Progress::OutputIsTerminal();
-    Progress progress("list", static_cast<size_t>(list.GetItemCount()), options.Has("quiet") || rowsToTerminal);
+    Progress progress("list", oneReading ? 0 : static_cast<size_t>(list.GetItemCount()),
+                      options.Has("quiet") || rowsToTerminal || oneReading);
     progress.SetRowsToTerminal(rowsToTerminal);
     std::vector<std::string> keys;
     for (const CString& key : list.Keys()) keys.push_back(key.str());
@@ -78,7 +84,13 @@ int ListCommand(int argc, char** argv)
     if (format == "csv") written = WriteCsv(list, stdout, options.Has("bom"), &progress);
     else if (format == "json") written = WriteJsonLines(list, keys, stdout, &progress);
     else written = PrintTable(list, stdout, &progress);
-    if (!written) return Failure("list", "standard output: " + SystemReason(errno));
+    const int error = errno;
+    reading.Clear();
+    if (!written || !MainFolder::Report(list.Diagnostics())) {
+        if (oneReading) mark.TakeBack();
+        if (!written) return Failure("list", "standard output: " + SystemReason(error));
+        return kExitFailed;
+    }
     return kExitDone;
 }
 

@@ -7,7 +7,7 @@ namespace ovcli {
 namespace {
 
 // Length of the UTF-8 sequence at text[i], or 0 when it is not a well-formed one.
-std::size_t Utf8Length(const std::string& text, std::size_t i)
+std::size_t Utf8Length(std::string_view text, std::size_t i)
 {
     const auto byte = [&](std::size_t k) { return static_cast<unsigned char>(text[k]); };
     const unsigned char lead = byte(i);
@@ -35,9 +35,9 @@ bool Put(const std::string& line, std::FILE* out)
 
 }  // namespace
 
-void AppendCsvField(std::string& out, const std::string& text)
+void AppendCsvField(std::string& out, std::string_view text)
 {
-    if (text.find_first_of(",\"\r\n") == std::string::npos) {
+    if (text.find_first_of(",\"\r\n") == std::string_view::npos) {
         out += text;
         return;
     }
@@ -49,11 +49,21 @@ void AppendCsvField(std::string& out, const std::string& text)
     out += '"';
 }
 
-void AppendJsonString(std::string& out, const std::string& text)
+void AppendJsonString(std::string& out, std::string_view text)
 {
     static const char kHex[] = "0123456789abcdef";
     out += '"';
     for (std::size_t i = 0; i < text.size();) {
+        // A run of printable ASCII goes as it is.
+        std::size_t plain = i;
+        while (plain < text.size() && text[plain] >= 0x20 && text[plain] < 0x7F && text[plain] != '"' &&
+               text[plain] != '\\')
+            ++plain;
+        if (plain > i) {
+            out.append(text, i, plain - i);
+            i = plain;
+            continue;
+        }
         const unsigned char c = static_cast<unsigned char>(text[i]);
         if (c == '"' || c == '\\') {
             out += '\\';
@@ -78,8 +88,6 @@ void AppendJsonString(std::string& out, const std::string& text)
                 i += length;
             }
             continue;
-        } else {
-            out += static_cast<char>(c);
         }
         ++i;
     }
@@ -115,7 +123,7 @@ bool WriteCsv(const OrderList& list, std::FILE* out, bool byteOrderMark, Progres
         line.clear();
         for (int c = 0; c < columns; ++c) {
             if (c) line += ',';
-            AppendCsvField(line, list.GetItemText(r, c).str());
+            AppendCsvField(line, list.CellText(r, c));
         }
         line += "\r\n";
         if (progress) progress->BeforeOutput();
@@ -144,7 +152,7 @@ bool WriteJsonLines(const OrderList& list, const std::vector<std::string>& keys,
         for (int c = 0; c < columns && static_cast<std::size_t>(c) < quotedKeys.size(); ++c) {
             if (c) line += ',';
             line += quotedKeys[static_cast<std::size_t>(c)];
-            AppendJsonString(line, list.GetItemText(r, c).str());
+            AppendJsonString(line, list.CellText(r, c));
         }
         line += "}\n";
         if (progress) progress->BeforeOutput();

@@ -13,6 +13,7 @@
 
 #include <cstdio>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "order_list.h"
@@ -22,9 +23,9 @@ namespace ovcli {
 class Progress;
 
 // Appends `text` to `out` as a CSV field.
-void AppendCsvField(std::string& out, const std::string& text);
+void AppendCsvField(std::string& out, std::string_view text);
 // Appends `text` to `out` as a JSON string (quotes included).
-void AppendJsonString(std::string& out, const std::string& text);
+void AppendJsonString(std::string& out, std::string_view text);
 // {"columns":[{"key":K,"heading":H},...]}
 std::string JsonColumnsLine(const std::vector<std::string>& keys, const std::vector<std::string>& headings);
 

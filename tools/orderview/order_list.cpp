@@ -26,21 +26,22 @@ bool IsNumberColumn(const CString& key)
     return false;
 }
 
-CString ItemText(const CBaseOrderItemGroup::Item* item)
+// The text an item shows: its own for a text item, else its number written into `spare`.
+std::string_view ItemText(const CBaseOrderItemGroup::Item* item, CString& spare)
 {
-    if (!item) return CString();
-    CString text;
+    if (!item) return {};
     switch (item->kind) {
     case CBaseOrderItemGroup::ValueKind::Text:
-        return item->csText;
+        return {item->csText.GetString(), static_cast<size_t>(item->csText.GetLength())};
     case CBaseOrderItemGroup::ValueKind::Int:
-        text.Format("%d", item->iValue);
-        return text;
+        spare.Format("%d", item->iValue);
+        break;
     case CBaseOrderItemGroup::ValueKind::Double:
-        text.Format("%.2f", item->dbValue);
-        return g_cszNormalizCstring(text);
+        spare.Format("%.2f", item->dbValue);
+        spare = g_cszNormalizCstring(spare);
+        break;
     }
-    return text;
+    return {spare.GetString(), static_cast<size_t>(spare.GetLength())};
 }
 
 // Character cells of a text: two for an East Asian wide character, one for any other.
@@ -242,8 +243,9 @@ void OrderList::Load(int row) const
 
 void OrderList::KeepCells(int row) const
 {
+    spare_.resize(columns_.size());  // sized once: the views into it stay put
     cells_.clear();
-    for (const CString& key : columns_) cells_.push_back(ItemText(row_.pGetItem(key)));
+    for (size_t c = 0; c < columns_.size(); ++c) cells_.push_back(ItemText(row_.pGetItem(columns_[c]), spare_[c]));
     cachedRow_ = row;
     if (progress_) progress_->Step(static_cast<size_t>(row) + 1);
 }
@@ -278,11 +280,17 @@ int OrderList::GetColumnWidth(int column) const
     return widths_[static_cast<size_t>(column)];
 }
 
-CString OrderList::GetItemText(int row, int column) const
+std::string_view OrderList::CellText(int row, int column) const
 {
-    if (!ReachRow(row) || column < 0 || column >= GetColumnCount()) return CString();
+    if (!ReachRow(row) || column < 0 || column >= GetColumnCount()) return {};
     Load(row);
     return cells_[static_cast<size_t>(column)];
+}
+
+CString OrderList::GetItemText(int row, int column) const
+{
+    const std::string_view text = CellText(row, column);
+    return CString(text.data(), static_cast<int>(text.size()));
 }
 
 bool OrderList::SetItemText(int, int, const CString&) { return false; }  // the records are read-only here

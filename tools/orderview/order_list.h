@@ -6,6 +6,7 @@
 
 #include <cstdint>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "host/default_host.h"
@@ -68,6 +69,8 @@ public:
     int GetColumnWidth(int column) const override;
     int GetItemCount() const override;
     CString GetItemText(int row, int column) const override;
+    // The text of a cell without a copy; it stays valid until another row is read.
+    std::string_view CellText(int row, int column) const;
     bool SetItemText(int row, int column, const CString& text) override;
     bool GetItemSelected(int row) const override;
 
@@ -96,7 +99,8 @@ private:
     mutable bool scanned_ = false;        // every shown record found
     Progress* scan_ = nullptr;
     mutable int cachedRow_ = -1;
-    mutable std::vector<CString> cells_;
+    mutable std::vector<std::string_view> cells_;  // into row_'s texts, or into spare_
+    mutable std::vector<CString> spare_;            // the numbers of row_ written out, by column
     mutable CBaseOrderItemGroup row_;
     mutable std::vector<int> widths_;     // of every column, measured on first asking
     Progress* progress_ = nullptr;

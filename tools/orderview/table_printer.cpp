@@ -18,25 +18,26 @@ constexpr int kMeasuredRows = 200;
 constexpr size_t kMaxColumnWidth = 60;
 
 // Columns are measured and padded in terminal columns, not bytes: a Chinese character takes two.
-void AppendCell(std::string& line, const CString& text, size_t width, bool right, bool last)
+void AppendCell(std::string& line, std::string_view shown, size_t width, bool right, bool last)
 {
-    std::string_view shown(text.GetString(), static_cast<size_t>(text.GetLength()));
     size_t columns = 0;
-    if (last)
-        columns = DisplayWidth(shown);
-    else
+    if (!last)
         shown = shown.substr(0, CutToWidth(shown, kMaxColumnWidth, columns));
+    else if (right)
+        columns = DisplayWidth(shown);  // a last column on the left needs no padding
     const size_t pad = columns < width ? width - columns : 0;
     if (right) line.append(pad, ' ');
-    line += shown;
-    if (!right && !last) line.append(pad, ' ');
-    if (!last) line += "  ";
+    line.append(shown.data(), shown.size());
+    if (!last) line.append(right ? 2 : pad + 2, ' ');
 }
 
-size_t CellWidth(const CString& text)
+size_t CellWidth(std::string_view text) { return std::min(DisplayWidth(text), kMaxColumnWidth); }
+
+std::string_view View(const CString& text) { return {text.GetString(), static_cast<size_t>(text.GetLength())}; }
+
+bool Put(const std::string& line, std::FILE* out)
 {
-    return std::min(DisplayWidth(std::string_view(text.GetString(), static_cast<size_t>(text.GetLength()))),
-                    kMaxColumnWidth);
+    return std::fwrite(line.data(), 1, line.size(), out) == line.size();
 }
 
 }  // namespace
@@ -47,16 +48,16 @@ bool PrintTable(const OrderList& list, std::FILE* out, Progress* progress)
     std::vector<size_t> widths(static_cast<size_t>(columns));
     std::vector<bool> right(static_cast<size_t>(columns));
     for (int c = 0; c < columns; ++c) {
-        widths[static_cast<size_t>(c)] = CellWidth(list.GetColumnText(c));
+        widths[static_cast<size_t>(c)] = CellWidth(View(list.GetColumnText(c)));
         right[static_cast<size_t>(c)] = (list.GetColumnFormat(c) & 3) == CListCtrl::kFormatRight;
     }
     // The first rows are measured and kept, row by row: a list fills a whole row to give one of
     // its texts, and goes through its rows once.
-    std::vector<std::vector<CString>> first;
+    std::vector<std::vector<std::string>> first;
     for (int r = 0; r < kMeasuredRows && list.ReachRow(r); ++r) {
         first.emplace_back();
         for (int c = 0; c < columns; ++c) {
-            first.back().push_back(list.GetItemText(r, c));
+            first.back().emplace_back(list.CellText(r, c));
             widths[static_cast<size_t>(c)] = std::max(widths[static_cast<size_t>(c)], CellWidth(first.back().back()));
         }
     }
@@ -66,21 +67,21 @@ bool PrintTable(const OrderList& list, std::FILE* out, Progress* progress)
         for (int c = 0; c < columns; ++c)
             AppendCell(line, text(c), widths[static_cast<size_t>(c)], right[static_cast<size_t>(c)], c + 1 == columns);
         line += '\n';
-        if (std::fputs(line.c_str(), out) == EOF) return false;
+        if (!Put(line, out)) return false;
         if (progress && row >= 0) progress->Step(static_cast<size_t>(row) + 1);
         return true;
     };
-    if (!putRow(-1, [&](int c) { return list.GetColumnText(c); })) return false;
+    if (!putRow(-1, [&](int c) { return list.GetColumnText(c).str(); })) return false;
     line.clear();
     for (int c = 0; c < columns; ++c) {
         line.append(widths[static_cast<size_t>(c)], '-');
         line += c + 1 == columns ? "\n" : "  ";
     }
-    if (std::fputs(line.c_str(), out) == EOF) return false;
+    if (!Put(line, out)) return false;
     for (std::size_t r = 0; r < first.size(); ++r)
-        if (!putRow(static_cast<int>(r), [&](int c) { return first[r][static_cast<size_t>(c)]; })) return false;
+        if (!putRow(static_cast<int>(r), [&](int c) { return std::string_view(first[r][static_cast<size_t>(c)]); })) return false;
     for (int r = static_cast<int>(first.size()); list.ReachRow(r); ++r)
-        if (!putRow(r, [&](int c) { return list.GetItemText(r, c); })) return false;
+        if (!putRow(r, [&](int c) { return list.CellText(r, c); })) return false;
     return std::fflush(out) == 0;
 }
 
