@@ -15,7 +15,6 @@
 #include "xls/book.h"
 #include "xls/detail/stream_window.h"
 #include "xls/workbook_records.h"
-#include "xls/worksheet_records.h"
 
 namespace {
 
