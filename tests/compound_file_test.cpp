@@ -185,16 +185,16 @@ TEST_F(CompoundFileTest, ChildrenInDirectoryOrder)
     CompoundFile cf;
     ASSERT_TRUE(cf.Create(Path()));
     for (const wchar_t* name : {L"B", L"AA", L"A", L"b", L"\u00C4", L"ZZZ", L"a"}) cf.MakeFile(name);
-    std::vector<std::wstring> names;
-    for (const auto& entry : cf.List()) names.push_back(entry.path);
-    EXPECT_EQ(names, (std::vector<std::wstring>{L"\\A", L"\\B", L"\\a", L"\\b", L"\\\u00C4", L"\\AA", L"\\ZZZ"}));
+    const auto names = [&cf] {
+        std::vector<std::wstring> paths;
+        for (const auto& entry : cf.List()) paths.push_back(entry.path);
+        return paths;
+    };
+    const std::vector<std::wstring> expected = {L"\\A", L"\\B", L"\\a", L"\\b", L"\\\u00C4", L"\\AA", L"\\ZZZ"};
+    EXPECT_EQ(names(), expected);
     cf.Close();
     ASSERT_TRUE(cf.Open(Path()));  // the sibling tree read back gives the same order
-    names.clear();
-    for (const auto& entry : cf.List()) names.push_back(entry.path);
-    EXPECT_EQ(names.size(), 7u);
-    EXPECT_EQ(names.front(), L"\\A");
-    EXPECT_EQ(names.back(), L"\\ZZZ");
+    EXPECT_EQ(names(), expected);
 }
 
 // Wide names survive, surrogate pairs included; a lookup that ignores case finds the stored

@@ -109,7 +109,6 @@ TEST_F(RealFont, CollectionGivesItsTraditionalChineseFace)
         EXPECT_EQ(font->Advance(glyphs.back()), 1000) << "ideographs are one em wide";
     }
     EXPECT_NE(glyphs[0], glyphs[1]);
-    EXPECT_EQ(font->GlyphOf(0x5927), font->GlyphOf(0x5927));
     EXPECT_EQ(font->GlyphOf(0xE000), 0) << "a private-use code point the font lacks";
     EXPECT_EQ(font->GlyphOf(0x10FFFF), 0);
     EXPECT_LT(font->Advance(font->GlyphOf('i')), 1000);
@@ -119,7 +118,7 @@ TEST_F(RealFont, CollectionGivesItsTraditionalChineseFace)
     EXPECT_LT(m.iBox[0], m.iBox[2]);
     EXPECT_LT(m.iBox[1], m.iBox[3]);
 
-    // The same bytes from memory read the same.
+    // The same bytes from memory read the same, and the file's font asked again answers the same.
     const std::vector<std::uint8_t> bytes = Contents(kUming);
     const auto memory = TrueTypeFont::FromMemory(bytes.data(), bytes.size());
     ASSERT_TRUE(memory);

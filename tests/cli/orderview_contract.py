@@ -1,7 +1,9 @@
 #!/usr/bin/env python3
 """What a trader and a script rely on from the orderview program, theme by theme:
-orderview_contract.py THEME PROGRAM SAMPLE_DIR VERSION [EXPORTTOOL]. Themes: failfast, csv,
-pipes, plans, signals, progress, html, print, check. Real program, real files in a temporary folder."""
+orderview_contract.py THEME PROGRAM SAMPLE_DIR VERSION [EXPORTTOOL]. Themes: basics, failfast,
+csv, pipes, plans, signals, progress, html, print, check. Real program, real files in a temporary
+folder; properties of the output (headings are the language texts, one row per record, exit
+codes, files other programs read back), not its bytes."""
 import csv
 import io
 import json
@@ -46,9 +48,158 @@ def generated(work, orders, name="big"):
     return folder
 
 
+def language(folder):
+    with open(os.path.join(folder, "sys", "language.txt"), encoding="utf-8", errors="replace") as f:
+        return dict(line.rstrip("\r\n").split("=", 1) for line in f if "=" in line and not line.startswith("#"))
+
+
+def records(folder, name, list_name=None):
+    with open(os.path.join(folder, "sys", name), encoding="utf-8", newline="") as f:
+        return [r for r in csv.DictReader(f) if list_name is None or r["list"] == list_name]
+
+
+def table_rows(stdout):
+    lines = stdout.splitlines()
+    return lines[0], lines[2:]  # headings, rule, rows
+
+
 def json_lines(data):
     lines = data.decode("utf-8").splitlines() if isinstance(data, bytes) else data.splitlines()
     return [json.loads(line) for line in lines]
+
+
+def basic_usage(work):
+    for args, status in [((), 2), (("--help",), 0), (("nonsense",), 2), (("list", "--bogus"), 2),
+                         (("list", "--list", "weekly"), 2), (("list", "--mode", "x"), 2),
+                         (("export", "--format", "csv"), 2), (("check", "--answer", "maybe"), 2),
+                         (("print", "--style", "fancy", "--output", "x.pdf"), 2)]:
+        result = text(*args)
+        check("exit status of %s" % " ".join(args), result.returncode == status,
+              "%d, expected %d" % (result.returncode, status))
+    # The global --lang: a missing value is a usage error, a language without its file a read error.
+    for args, status, message in [(("list", "--lang"), 2, "--lang needs"), (("--lang=", "list"), 2, "--lang needs"),
+                                  (("--lang", "fr", "list", "--main", SAMPLE), 1, "language.fr.txt"),
+                                  (("list", "--main", SAMPLE, "--lang", "../x"), 1, "not a language name")]:
+        result = text(*args)
+        check("exit status of %s" % " ".join(args), result.returncode == status and message in result.stderr,
+              "%d: %s" % (result.returncode, result.stderr[-200:]))
+    texts = language(SAMPLE)
+    for args in [("--lang", "zh-TW", "list", "--main", SAMPLE), ("list", "--lang=en", "--main", SAMPLE)]:
+        result = text(*args)
+        want = "委託書號" if "zh-TW" in args else texts["IDS_ORDER-ITEM_ORDERNO"]
+        check(" ".join(args[:2]) + " headings", result.returncode == 0 and result.stdout.startswith(want), result.stdout[:80])
+
+
+def basic_list(work):
+    texts = language(SAMPLE)
+    orders = records(SAMPLE, "orders.csv", "today")
+    deals = records(SAMPLE, "deals.csv")
+    result = text("list", "--main", SAMPLE)
+    check("list exit", result.returncode == 0, result.stderr)
+    headings, rows = table_rows(result.stdout)
+    for key in ["IDS_ORDER-ITEM_ORDERNO", "IDS_ORDER-ITEM_COMMODITY", "IDS_ORDER-ITEM_STATUS"]:
+        check("full list heading " + key, texts[key] in headings, headings)
+    check("no raw ids in the list", "IDS_" not in result.stdout and "HTS_" not in result.stdout)
+    check("one row per order", len(rows) == len(orders), "%d rows, %d orders" % (len(rows), len(orders)))
+    for order in orders[:20]:
+        check("order %s listed" % order["csOrderNo"], any(r.startswith(order["csOrderNo"]) for r in rows))
+
+    result = text("list", "--main", SAMPLE, "--list", "deal")
+    headings, rows = table_rows(result.stdout)
+    check("one row per deal", len(rows) == len(deals), "%d rows, %d deals" % (len(rows), len(deals)))
+    check("deal list heading", texts["IDS_ORDER-ITEM_DEALNO"] in headings, headings)
+
+    # Mode 4 of the compact list: dealt orders only, requests hidden.
+    result = text("list", "--main", SAMPLE, "--list", "simple", "--mode", "4",
+                  "--columns", "IDS_ORDER-ITEM_ORDERNO,IDS_ORDER-ITEM_DEALQTY")
+    _, rows = table_rows(result.stdout)
+    dealt = [o for o in orders if int(o["dwDealQty"]) > 0 and o["dwOrderKind"] not in ("C", "U")]
+    check("mode 4 rows", len(rows) == len(dealt), "%d rows, %d dealt orders" % (len(rows), len(dealt)))
+    check("mode 4 shows dealt quantities", all(int(r.split()[-1].replace(",", "")) > 0 for r in rows))
+
+
+def basic_check(work):
+    orders = [o for o in records(SAMPLE, "orders.csv", "today") if o["dwOrderKind"] not in ("C", "U")]
+    result = text("check", "--main", SAMPLE)
+    lines = result.stdout.splitlines()[1:-1]  # the heading row and the summary around the verdicts
+    check("two verdicts per order", len(lines) == 2 * len(orders), "%d lines" % len(lines))
+    refused = [line for line in lines if " REFUSED" in line]
+    check("refusals carry a message", all(len(line.split("REFUSED", 1)[1].strip()) > 0 for line in refused))
+    answered_no = text("check", "--main", SAMPLE, "--answer", "no")
+    check("--answer no refuses at least as often",
+          answered_no.stdout.count(" REFUSED") >= result.stdout.count(" REFUSED"))
+
+
+def basic_export(work):
+    import xlrd
+    texts = language(SAMPLE)
+    orders = records(SAMPLE, "orders.csv", "today")
+    out = os.path.join(work, "orders.csv")
+    result = text("export", "--main", SAMPLE, "--format", "screen-csv", "--output", out)
+    check("csv export exit", result.returncode == 0, result.stderr)
+    with open(out, encoding="utf-8", errors="replace", newline="") as f:
+        lines = f.read().split("\r\n")
+    check("csv export lines", len(lines) == len(orders) + 2, "%d lines" % len(lines))
+    heading = next(csv.reader(io.StringIO(lines[0])))
+    check("csv export headings", heading[0] == texts["IDS_ORDER-ITEM_ORDERNO"] and heading[-1].endswith(" "), heading)
+
+    out = os.path.join(work, "orders.xls")
+    result = text("export", "--main", SAMPLE, "--format", "xls", "--list", "deal", "--output", out)
+    check("workbook export exit", result.returncode == 0, result.stderr)
+    sheet = xlrd.open_workbook(out).sheet_by_index(0)
+    check("workbook rows", sheet.nrows == len(records(SAMPLE, "deals.csv")) + 1, "%d rows" % sheet.nrows)
+    check("workbook headings", sheet.cell_value(0, 1) == texts["IDS_ORDER-ITEM_DEALNO"])
+    qty_column = [sheet.cell_value(0, c) for c in range(sheet.ncols)].index(texts["IDS_ORDER-ITEM_DEALQTY"])
+    check("workbook numbers", all(sheet.cell_type(r, qty_column) == xlrd.XL_CELL_NUMBER for r in range(1, sheet.nrows)))
+
+    for fmt in ["txt", "html"]:
+        out = os.path.join(work, "orders." + fmt)
+        result = text("export", "--main", SAMPLE, "--format", fmt, "--output", out)
+        check(fmt + " export", result.returncode == 0 and os.path.getsize(out) > 1000, result.stderr)
+    with open(os.path.join(work, "orders.html"), encoding="utf-8") as f:
+        html = f.read()
+    check("html export holds the style sheet and the table", "align_border" in html and "<table" in html)
+
+
+def basic_generate_and_bad_input(work):
+    folder = os.path.join(work, "generated")
+    result = text("generate", "--orders", "300", "--seed", "5", "--output", folder)
+    check("generate exit", result.returncode == 0, result.stderr)
+    orders = records(folder, "orders.csv", "today")
+    listing = text("list", "--main", folder, "--list", "full")
+    _, rows = table_rows(listing.stdout)
+    check("generated folder lists every order", listing.returncode == 0 and len(rows) == len(orders),
+          "%d rows, %d orders" % (len(rows), len(orders)))
+
+    broken = os.path.join(work, "broken")
+    shutil.copytree(folder, broken)
+    with open(os.path.join(broken, "sys", "orders.csv"), "a", encoding="utf-8") as f:
+        f.write("today,NOT-A-NUMBER-LINE\n")
+    line = len(records(folder, "orders.csv")) + 2  # after the header line and every record
+    for args in [("list",), ("check",), ("export", "--format", "csv", "--output", os.path.join(work, "never.csv"))]:
+        result = text(*args, "--main", broken)
+        check("%s on a malformed file exits 1" % args[0], result.returncode == 1, str(result.returncode))
+        check("%s names the file and line" % args[0], "orders.csv:%d:" % line in result.stderr, result.stderr[-300:])
+    check("no partial export file", not os.path.exists(os.path.join(work, "never.csv")))
+
+
+def basic_file_commands(work):
+    # The workbook and compound file subcommands on a workbook the program itself exported.
+    book = os.path.join(work, "deals.xls")
+    text("export", "--main", SAMPLE, "--list", "deal", "--format", "xls", "--output", book)
+    listing = text("cfb", "ls", book)
+    check("cfb ls lists the Workbook stream", listing.returncode == 0 and "\tWorkbook" in listing.stdout, listing.stdout)
+    stream = run("cfb", "cat", book, "Workbook")
+    check("cfb cat gives the stream's bytes", stream.returncode == 0 and stream.stdout[:2] == b"\x09\x08")
+    resaved = os.path.join(work, "resaved.xls")
+    check("xls resave", text("xls", "resave", book, resaved).returncode == 0)
+    check("xls dump is the same after a resave", text("xls", "dump", book).stdout == text("xls", "dump", resaved).stdout)
+    check("xls usage", text("xls", "dump").returncode == 2 and text("cfb", "ls", os.path.join(work, "none")).returncode == 1)
+
+
+def test_basics(work):
+    for part in [basic_usage, basic_list, basic_check, basic_export, basic_generate_and_bad_input, basic_file_commands]:
+        part(work)
 
 
 def test_failfast(work):
@@ -160,9 +311,9 @@ def test_csv(work):
             reference = json_lines(run("list", "--main", main, "--list", kind, "--format", "json").stdout)
             keys = [c["key"] for c in reference[0]["columns"]]
             check("%s csv heading" % kind, rows[0] == [c["heading"] for c in reference[0]["columns"]], rows[0])
-            check("%s csv rows" % kind, len(rows) == len(reference), "%d, %d" % (len(rows), len(reference)))
-            check("%s csv field counts" % kind, all(len(r) == len(rows[0]) for r in rows))
-            check("%s csv texts" % kind, [[o[k] for k in keys] for o in reference[1:]] == rows[1:])
+            # Row for row and field for field the list's texts: the counts of rows and fields too.
+            check("%s csv texts" % kind, [[o[k] for k in keys] for o in reference[1:]] == rows[1:],
+                  "%d rows, %d listed" % (len(rows) - 1, len(reference) - 1))
             unquoted = re.sub(rb'"(?:[^"]|"")*"', b"", data)
             check("%s csv records end in CRLF" % kind, data.endswith(b"\r\n") and
                   unquoted.count(b"\n") == unquoted.count(b"\r\n") == len(rows))
@@ -221,8 +372,7 @@ def test_pipes(work):
     catalogue = dict(line.split("\t")[:2] for line in text("columns", "--main", SAMPLE, "--list", "full").stdout.splitlines())
     check("json columns carry their headings", all(catalogue.get(c["key"]) == c["heading"] for c in columns), columns)
     check("json rows are keyed by item key", all(list(r) == [c["key"] for c in columns] for r in listing[1:]))
-    with open(os.path.join(SAMPLE, "sys", "language.txt"), encoding="utf-8", errors="replace") as f:
-        texts = dict(line.rstrip("\r\n").split("=", 1) for line in f if "=" in line and not line.startswith("#"))
+    texts = language(SAMPLE)
     check("columns lists headings from the language file",
           all(texts.get(k.strip(), k) == h for k, h in catalogue.items()) and len(catalogue) > len(columns))
     chosen = ["IDS_ORDER-ITEM_STATUS", "IDS_ORDER-ITEM_ORDERNO"]
@@ -291,6 +441,19 @@ def temporaries(folder, name):
     return [n for n in os.listdir(folder) if n.startswith(name + ".tmp")]
 
 
+def interrupt(args, sig, ready, settle=0.0, env=None):
+    """Starts the program and sends it `sig` `settle` seconds after `ready()` holds (or after it
+    ended, or a minute); returns its exit status and whether `ready()` held."""
+    process = subprocess.Popen([PROGRAM, *args], stdout=subprocess.DEVNULL, stderr=subprocess.PIPE, env=env)
+    deadline = time.time() + 60
+    while not ready() and process.poll() is None and time.time() < deadline:
+        time.sleep(0.002)
+    seen = bool(ready())
+    time.sleep(settle)
+    process.send_signal(sig)
+    return process.wait(60), seen
+
+
 def test_signals(work):
     big = generated(work, 150000)
     jobs = [("export", "csv", "o.csv"), ("export", "screen-csv", "s.csv"), ("export", "json", "o.json"),
@@ -301,18 +464,11 @@ def test_signals(work):
             with open(target, "w") as f:
                 f.write("the old file")
             args = ["--format", fmt] if fmt else []
-            process = subprocess.Popen([PROGRAM, command, "--main", big, *args, "--output", target, "--quiet"],
-                                       stdout=subprocess.DEVNULL, stderr=subprocess.PIPE)
-            deadline = time.time() + 60
-            while not temporaries(work, name) and process.poll() is None and time.time() < deadline:
-                time.sleep(0.002)
-            seen = bool(temporaries(work, name))
-            time.sleep(0.05)
-            process.send_signal(sig)
-            process.wait(60)
+            status, seen = interrupt([command, "--main", big, *args, "--output", target, "--quiet"], sig,
+                                     lambda: temporaries(work, name), 0.05)
             label = "%s %s on %s" % (command, fmt or "", sig.name)
             check(label + ": a temporary file was being written", seen)
-            check(label + ": ended by the signal", process.returncode == -sig, process.returncode)
+            check(label + ": ended by the signal", status == -sig, status)
             check(label + ": the old file stays", open(target).read() == "the old file")
             check(label + ": no temporary file left", not temporaries(work, name), temporaries(work, name))
 
@@ -320,15 +476,10 @@ def test_signals(work):
     staging = os.path.join(work, "staging")
     os.mkdir(staging)
     for fmt in ["screen-csv", "html"]:
-        process = subprocess.Popen([PROGRAM, "export", "--main", big, "--format", fmt, "--output", "-", "--quiet"],
-                                   stdout=subprocess.DEVNULL, stderr=subprocess.PIPE,
-                                   env=dict(os.environ, TMPDIR=staging))
-        deadline = time.time() + 60
-        while not [n for n in os.listdir(staging) if ".tmp" in n] and process.poll() is None and time.time() < deadline:
-            time.sleep(0.002)
-        process.send_signal(signal.SIGTERM)
-        process.wait(60)
-        check("%s to standard output on SIGTERM" % fmt, process.returncode == -signal.SIGTERM, process.returncode)
+        status, _ = interrupt(["export", "--main", big, "--format", fmt, "--output", "-", "--quiet"], signal.SIGTERM,
+                              lambda: [n for n in os.listdir(staging) if ".tmp" in n],
+                              env=dict(os.environ, TMPDIR=staging))
+        check("%s to standard output on SIGTERM" % fmt, status == -signal.SIGTERM, status)
         check("%s to standard output leaves nothing in TMPDIR" % fmt, os.listdir(staging) == [], os.listdir(staging))
 
     # generate: the folder keeps its old files.
@@ -336,15 +487,9 @@ def test_signals(work):
     sys_folder = os.path.join(folder, "sys")
     before = {n: open(os.path.join(sys_folder, n), "rb").read() for n in os.listdir(sys_folder)}
     for sig in [signal.SIGINT, signal.SIGTERM]:
-        process = subprocess.Popen([PROGRAM, "generate", "--orders", "3000000", "--output", folder, "--quiet"],
-                                   stdout=subprocess.DEVNULL, stderr=subprocess.PIPE)
-        deadline = time.time() + 60
-        while not temporaries(sys_folder, "orders.csv") and process.poll() is None and time.time() < deadline:
-            time.sleep(0.002)
-        time.sleep(0.2)
-        process.send_signal(sig)
-        process.wait(60)
-        check("generate on %s: ended by the signal" % sig.name, process.returncode == -sig, process.returncode)
+        status, _ = interrupt(["generate", "--orders", "3000000", "--output", folder, "--quiet"], sig,
+                              lambda: temporaries(sys_folder, "orders.csv"), 0.2)
+        check("generate on %s: ended by the signal" % sig.name, status == -sig, status)
         after = {n: open(os.path.join(sys_folder, n), "rb").read() for n in os.listdir(sys_folder)}
         check("generate on %s: the old files stay, no temporary file left" % sig.name, after == before,
               sorted(set(after) ^ set(before)))
