@@ -182,6 +182,21 @@ def basic_generate_and_bad_input(work):
         check("%s names the file and line" % args[0], "orders.csv:%d:" % line in result.stderr, result.stderr[-300:])
     check("no partial export file", not os.path.exists(os.path.join(work, "never.csv")))
 
+    # Into a file, the list writes its rows as it reads them; when the day turns out malformed at
+    # its last line, the file is cut back to what it held before. A good day is the piped list.
+    piped = run("list", "--main", folder).stdout
+    target = os.path.join(work, "list.txt")
+    for mode, before in [("wb", b""), ("ab", b"kept\n")]:
+        for day, status, after in [(broken, 1, before), (folder, 0, before + piped)]:
+            with open(target, "wb") as f:
+                f.write(before)
+            with open(target, mode) as out:
+                result = subprocess.run([PROGRAM, "list", "--main", day, "--quiet"], stdout=out, stderr=subprocess.PIPE)
+            with open(target, "rb") as f:
+                written = f.read()
+            check("list into a file (%s, %s)" % (mode, os.path.basename(day)),
+                  result.returncode == status and written == after, "%d, %d bytes" % (result.returncode, len(written)))
+
 
 def basic_file_commands(work):
     # The workbook and compound file subcommands on a workbook the program itself exported.
