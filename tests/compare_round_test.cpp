@@ -47,7 +47,9 @@ TEST(CompareDoubles, DoubleIsEqualBoundsAreInclusive)
 {
     // g_CompareDoubles calls 0 and 1e-9 unequal (CompareDoubles.ToleranceIsExclusiveAndComesFirst).
     struct Case { double a, b; bool equal; };
-    const Case cases[] = {{0.0, 1e-9, true}, {0.0, -1e-9, true}, {0.0, 1.1e-9, false}, {kNaN, kNaN, false}};
+    const Case cases[] = {
+        {0.0, 1e-9, true}, {0.0, -1e-9, true}, {0.0, 1.1e-9, false}, {kNaN, kNaN, false},
+    };
     for (Case c : cases) EXPECT_EQ(g_bDoubleIsEqual(c.a, c.b), c.equal) << c.a << " vs " << c.b;
 }
 

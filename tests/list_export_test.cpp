@@ -79,7 +79,8 @@ TEST_F(ListExport, CsvAndTextBytes)
              std::string(17, ' ') + " \r\n" + "TX" + std::string(48, ' ') + " " + "101.5" + std::string(45, ' ') +
              " " + std::string(25, 'q') + " \r\n"},
     };
-    for (const Case& c : cases) EXPECT_EQ(Exported(MakeList(c.columns, c.rows), c.file), c.expected) << c.name;
+    for (const Case& c : cases)
+        EXPECT_EQ(Exported(MakeList(c.columns, c.rows), c.file), c.expected) << c.name;
 }
 
 TEST_F(ListExport, LineBreakRuleInTheSpecialColumns)
@@ -91,8 +92,8 @@ TEST_F(ListExport, LineBreakRuleInTheSpecialColumns)
     };
     for (const Case& c : cases) {
         MemoryListCtrl list = MakeList({{"Commodity", 0}, {"AvgPx", 0}, {"Other", 0}}, {{c.cell, c.cell, c.cell}});
-        EXPECT_EQ(Exported(list, "l.csv"), "Commodity,AvgPx,Other \r\n" + c.csv + "," + c.csv + "," + c.cell + " \r\n")
-            << c.cell;
+        EXPECT_EQ(Exported(list, "l.csv"),
+                  "Commodity,AvgPx,Other \r\n" + c.csv + "," + c.csv + "," + c.cell + " \r\n") << c.cell;
     }
 }
 
@@ -100,7 +101,8 @@ TEST_F(ListExport, SelectedFilterDecidesTheFormat)
 {
     MemoryListCtrl list = MakeList({{"A", 0}}, {{"1"}});
     setup.platform.saveFilterIndex = 2;
-    EXPECT_EQ(Exported(list, "named.csv"), "A" + std::string(19, ' ') + " \r\n1" + std::string(49, ' ') + " \r\n");
+    EXPECT_EQ(Exported(list, "named.csv"),
+              "A" + std::string(19, ' ') + " \r\n1" + std::string(49, ' ') + " \r\n");
     setup.platform.saveFilterIndex = 1;
     EXPECT_EQ(Exported(list, "named.txt"), "A \r\n1 \r\n");
 }

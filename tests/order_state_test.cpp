@@ -21,7 +21,7 @@ protected:
 
 TEST_F(OrderState, ExchangeStateComesFirst)
 {
-    struct Case { const char* state; std::uint32_t qty, dealt, cancelled; std::uint8_t chase; const char* text; };
+    struct Case { const char* state; std::uint32_t qty, dealt, cancelled, chase; const char* text; };
     const Case cases[] = {
         {"C", 10, 0, 10, 0, "IDS_ORDER-ITEM_STATUS_CANCELSUCCESS"},
         {"C", 10, 0, 0, 1, "IDS_ORDER-ITEM_STATUS_CANCELSUCCESS(IDS_ORDER-ITEM_CHASEPRICE)"},
@@ -40,7 +40,7 @@ TEST_F(OrderState, ExchangeStateComesFirst)
         order.dwOrderQty = c.qty;
         order.dwDealQty = c.dealt;
         order.dwCancelQty = c.cancelled;
-        order.byChasePrice = c.chase;
+        order.byChasePrice = static_cast<std::uint8_t>(c.chase);
         order.byStateShown = 7;
         EXPECT_EQ(State(), c.text) << c.state << " " << c.dealt << "/" << c.cancelled;
         EXPECT_EQ(order.byStateShown, 7);  // untouched on this path
