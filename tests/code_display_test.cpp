@@ -20,6 +20,11 @@ TEST_F(CodeDisplay, SingleCodeTables)
     auto day = [](unsigned long c) { return g_cszDisplayOrderDayTrade(c, 0); };
     auto fore = [](unsigned long c) { return g_cszDisplayOrderOSForeTrade(c, 0); };
     auto role = [](unsigned long c) { return g_cszDisplayOrderRole(c, 0); };
+    auto kind = [](unsigned long c) {
+        CBaseOrder_OrderInfo order;
+        order.dwOrderKind = static_cast<std::uint32_t>(c);
+        return g_cszDisplayOrderKind(&order, 0);
+    };
     // Rows whose behaviour differs from a plain lookup: the code itself, empty texts, unknown
     // codes, the whole 32-bit value compared, and the spellings the language files use.
     const Case cases[] = {
@@ -41,19 +46,21 @@ TEST_F(CodeDisplay, SingleCodeTables)
         {fore, ' ', kUnknown},
         {role, 'I', "IDS_ORDER-ITEM_STATUS_IOC"},
         {role, '6', kUnknown},
+        // Price types, three-character codes included.
+        {g_cszDisplayOrderType, '8', "IDS_CSTOCKCTRLVIEW-STRING_SETVIEWBYODOI15"},
+        {g_cszDisplayOrderType, 0x313031, "IDS_CSTOCKCTRLVIEW-STRING_SETVIEWBYODOI21"},
+        {g_cszDisplayOrderType, 0x313032, "IDS_CSTOCKCTRLVIEW-STRING_SETVIEWBYODOI23"},
+        {g_cszDisplayOrderType, 0x313033, "IDS_CSTOCKCTRLVIEW-STRING_SETVIEWBYODOI22"},
+        {g_cszDisplayOrderType, 0x313035, kUnknown},
+        {g_cszDisplayOrderType, '9', kUnknown},
+        {kind, '1', "IDS_ORDER-ITEM_ORDER"},
+        {kind, '8', "IDS_ORDER-ITEM_ORDER"},
+        {kind, 'C', "IDS_ORDER-ITEM_DELETE"},
+        {kind, 'P', "IDS_ORDER-ITEM_CHANGE-PRICE"},
+        {kind, 'U', "IDS_ORDER-ITEM_CHANGE"},
+        {kind, '9', ""},
     };
     for (const auto& c : cases) EXPECT_EQ(c.show(c.code), c.text) << std::hex << c.code;
-}
-
-TEST_F(CodeDisplay, PriceTypesIncludingThreeCharacterCodes)
-{
-    struct Case { unsigned long code; const char* text; };
-    const Case cases[] = {
-        {'8', "IDS_CSTOCKCTRLVIEW-STRING_SETVIEWBYODOI15"},        {0x313031, "IDS_CSTOCKCTRLVIEW-STRING_SETVIEWBYODOI21"},
-        {0x313032, "IDS_CSTOCKCTRLVIEW-STRING_SETVIEWBYODOI23"}, {0x313033, "IDS_CSTOCKCTRLVIEW-STRING_SETVIEWBYODOI22"},
-        {0x313035, kUnknown},                                      {'9', kUnknown},
-    };
-    for (const auto& c : cases) EXPECT_EQ(g_cszDisplayOrderType(c.code), c.text) << std::hex << c.code;
 }
 
 TEST_F(CodeDisplay, OpenCloseDependsOnDayTradeForBlank)
@@ -66,19 +73,6 @@ TEST_F(CodeDisplay, OpenCloseDependsOnDayTradeForBlank)
         {'X', 0, kUnknown},
     };
     for (const auto& c : cases) EXPECT_EQ(g_cszDisplayOrderOS(c.open, c.dayTrade, 0), c.text) << char(c.open);
-}
-
-TEST_F(CodeDisplay, OrderKind)
-{
-    CBaseOrder_OrderInfo order;
-    struct Case { unsigned long kind; const char* text; };
-    const Case cases[] = {{'1', "IDS_ORDER-ITEM_ORDER"}, {'8', "IDS_ORDER-ITEM_ORDER"}, {'C', "IDS_ORDER-ITEM_DELETE"},
-                          {'P', "IDS_ORDER-ITEM_CHANGE-PRICE"}, {'U', "IDS_ORDER-ITEM_CHANGE"}, {'9', ""}};
-    for (const auto& c : cases) {
-        order.dwOrderKind = static_cast<std::uint32_t>(c.kind);
-        EXPECT_EQ(g_cszDisplayOrderKind(&order, 0), c.text);
-    }
-    EXPECT_EQ(g_cszDisplayOrderKind(nullptr, 0), "");
 }
 
 TEST_F(CodeDisplay, StockSideAndTradeKind)
@@ -127,6 +121,7 @@ TEST_F(CodeDisplay, SideOrSpreadByMarket)
         EXPECT_EQ(g_cszDisplayOrderBSorComplex(&order, 0), c.text) << char(c.market) << char(c.complex);
     }
     EXPECT_EQ(g_cszDisplayOrderBSorComplex(nullptr, 0), "");
+    EXPECT_EQ(g_cszDisplayOrderKind(nullptr, 0), "");
 }
 
 TEST_F(CodeDisplay, TypeAndPriceColumn)

@@ -18,60 +18,47 @@ protected:
 
 TEST_F(ContractMonth, FutureCodes)
 {
+    Transfer(1, "TXF00", "TXFL6");
+    Transfer(1, "MXF&", "MXFF7");
+    Transfer(1, "ONE@", "Q");
     struct Case { bool longForm; const char* symbol; bool ok; const char* out; };
     const Case cases[] = {
         {false, "TXFZ6", true, "202612"},   {false, "TXFH5", true, "203503"}, {false, "TXFA6", true, "202600"},
         {false, "CLM7", true, "202706"},    {false, "ZBt9", true, "202912"},  {false, "ZB`6", true, "202601"},
         {false, "ABC", false, "200001"},    {false, "", false, "200001"},     {true, "XXXXM6AB", true, "2606AB"},
         {true, "XM5CD", true, "3506CD"},    {false, "TXFF/", true, "202901"},  // '/' reads as digit -1
+        {false, "TXF00", true, "202600"},   // translated: 'L' is no month letter
+        {false, "MXF&", true, "202701"},
+        {false, "NONE00", true, "203000"},  // not in the table: the code stays
     };
     for (const auto& c : cases) {
         CString out = "before";
         EXPECT_EQ(g_GetFutureYearMonth(c.longForm, c.symbol, out), c.ok) << c.symbol;
         EXPECT_EQ(out, c.out) << c.symbol;
     }
-}
-
-TEST_F(ContractMonth, FutureTransferTable)
-{
-    Transfer(1, "TXF00", "TXFL6");
-    Transfer(1, "MXF&", "MXFF7");
-    Transfer(1, "ONE@", "Q");
     CString out;
-    EXPECT_TRUE(g_GetFutureYearMonth(false, "TXF00", out));
-    EXPECT_EQ(out, "202600");  // 'L' is no month letter
-    EXPECT_TRUE(g_GetFutureYearMonth(false, "MXF&", out));
-    EXPECT_EQ(out, "202701");
     EXPECT_TRUE(g_GetFutureYearMonth(false, "ONE@", out));  // a one-character translation
     EXPECT_EQ(out.GetLength(), 6);
-    EXPECT_TRUE(g_GetFutureYearMonth(false, "NONE00", out));  // not in the table: the code stays
-    EXPECT_EQ(out, "203000");
 }
 
 TEST_F(ContractMonth, OptionCodes)
 {
+    // A translated symbol is read at the position of the month in the original.
+    Transfer(106, "TXO00;1", "XXXXXXM7;1");
+    Transfer(106, "AB00;9", "ABK8;9");
     struct Case { bool longForm; const char* symbol; bool ok; const char* out; };
     const Case cases[] = {
         {false, "TXOZ6;16000C", true, "202612"}, {false, "TXOt6;1", true, "202600"},  // no lower case here
         {false, "TXO", false, "keep"},          {false, "Z;6", false, "keep"},       {false, ";", false, "keep"},
         {true, "TXOM6AB;16000", true, "2606AB"}, {true, "M6;x", true, "2606M6"},      {true, "AM6;x", true, "4900M6"},
+        {false, "TXO00;1", true, "206011"},  // characters 3 and 4 of the translation: "XX"
+        {false, "AB00;9", true, "202805"},
     };
     for (const auto& c : cases) {
         CString out = "keep";
         EXPECT_EQ(g_GetOptionYearMonth(c.longForm, c.symbol, out), c.ok) << c.symbol;
         EXPECT_EQ(out, c.out) << c.symbol;
     }
-}
-
-TEST_F(ContractMonth, OptionTransferUsesThePositionOfTheOriginal)
-{
-    Transfer(106, "TXO00;1", "XXXXXXM7;1");
-    CString out;
-    EXPECT_TRUE(g_GetOptionYearMonth(false, "TXO00;1", out));
-    EXPECT_EQ(out, "206011");  // characters 3 and 4 of the translation: "XX"
-    Transfer(106, "AB00;9", "ABK8;9");
-    EXPECT_TRUE(g_GetOptionYearMonth(false, "AB00;9", out));
-    EXPECT_EQ(out, "202805");
 }
 
 TEST_F(ContractMonth, TheDecadeFollowsTheClock)

@@ -27,6 +27,13 @@ protected:
         setup.host.texts["IDS_ORDER-ITEM_AVEPRICE"] = "AvgPx";
     }
     std::string Read(const char* name) const { return setup.folder.Read(name); }
+    // What the CSV or text export (the file's extension picks the filter) writes into `file`.
+    std::string Exported(MemoryListCtrl list, const char* file)
+    {
+        setup.SaveAs(file);
+        g_DataExport(list);
+        return Read(file);
+    }
     ovtest::ExportSetup setup;
 };
 
@@ -72,12 +79,8 @@ TEST_F(ListExport, CsvAndTextBytes)
              std::string(17, ' ') + " \r\n" + "TX" + std::string(48, ' ') + " " + "101.5" + std::string(45, ' ') +
              " " + std::string(25, 'q') + " \r\n"},
     };
-    for (const Case& c : cases) {
-        MemoryListCtrl list = MakeList(c.columns, c.rows);
-        setup.SaveAs(c.file);
-        g_DataExport(list);
-        EXPECT_EQ(Read(c.file), c.expected) << c.name;
-    }
+    for (const Case& c : cases)
+        EXPECT_EQ(Exported(MakeList(c.columns, c.rows), c.file), c.expected) << c.name;
 }
 
 TEST_F(ListExport, LineBreakRuleInTheSpecialColumns)
@@ -89,23 +92,19 @@ TEST_F(ListExport, LineBreakRuleInTheSpecialColumns)
     };
     for (const Case& c : cases) {
         MemoryListCtrl list = MakeList({{"Commodity", 0}, {"AvgPx", 0}, {"Other", 0}}, {{c.cell, c.cell, c.cell}});
-        setup.SaveAs("l.csv");
-        g_DataExport(list);
-        EXPECT_EQ(Read("l.csv"), "Commodity,AvgPx,Other \r\n" + c.csv + "," + c.csv + "," + c.cell + " \r\n") << c.cell;
+        EXPECT_EQ(Exported(list, "l.csv"),
+                  "Commodity,AvgPx,Other \r\n" + c.csv + "," + c.csv + "," + c.cell + " \r\n") << c.cell;
     }
 }
 
 TEST_F(ListExport, SelectedFilterDecidesTheFormat)
 {
     MemoryListCtrl list = MakeList({{"A", 0}}, {{"1"}});
-    setup.SaveAs("named.csv");
     setup.platform.saveFilterIndex = 2;
-    g_DataExport(list);
-    EXPECT_EQ(Read("named.csv"), "A" + std::string(19, ' ') + " \r\n1" + std::string(49, ' ') + " \r\n");
+    EXPECT_EQ(Exported(list, "named.csv"),
+              "A" + std::string(19, ' ') + " \r\n1" + std::string(49, ' ') + " \r\n");
     setup.platform.saveFilterIndex = 1;
-    setup.SaveAs("named.txt");
-    g_DataExport(list);
-    EXPECT_EQ(Read("named.txt"), "A \r\n1 \r\n");
+    EXPECT_EQ(Exported(list, "named.txt"), "A \r\n1 \r\n");
 }
 
 TEST_F(ListExport, TextPassesAnyBytesAndCutsLongHeadings)
@@ -114,9 +113,7 @@ TEST_F(ListExport, TextPassesAnyBytesAndCutsLongHeadings)
     const std::string huge(100000, 'h');
     const std::string heading(100, 'H');
     MemoryListCtrl list = MakeList({{heading.c_str(), 0}, {"B", 0}}, {{bytes, huge}});
-    setup.SaveAs("b.csv");
-    g_DataExport(list);
-    EXPECT_EQ(Read("b.csv"), std::string(79, 'H') + ",B \r\n" + bytes + "," + huge + " \r\n");
+    EXPECT_EQ(Exported(list, "b.csv"), std::string(79, 'H') + ",B \r\n" + bytes + "," + huge + " \r\n");
 }
 
 TEST_F(ListExport, ExportsThatCannotWriteKeepWhatWasThere)
@@ -136,9 +133,7 @@ TEST_F(ListExport, ExportsThatCannotWriteKeepWhatWasThere)
     EXPECT_EQ(setup.Names(), (std::vector<std::string>{"Log", "old.csv", "sys"}));
     EXPECT_EQ(setup.Names("sys"), (std::vector<std::string>{"xls_head.txt"}));
     // A successful export replaces a longer file completely.
-    setup.SaveAs("old.csv");
-    g_DataExport(list);
-    EXPECT_EQ(Read("old.csv"), "A \r\nnew \r\n");
+    EXPECT_EQ(Exported(list, "old.csv"), "A \r\nnew \r\n");
 }
 
 // ---- HTML spreadsheet ---------------------------------------------------------------------

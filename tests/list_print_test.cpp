@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <filesystem>
+#include <numeric>
 #include <set>
 #include <string>
 #include <vector>
@@ -57,9 +58,11 @@ protected:
         fake.printDialog = ovtest::RecordInto(record, orderview::A4Paper());
     }
 
-    // The page count the layout computes for the list on A4.
-    int LaidOutPages(const CListCtrl& list, orderview::ListPrintStyle style, std::vector<int> rows)
+    // The page count the layout computes for all of the list's rows on A4.
+    int LaidOutPages(const CListCtrl& list, orderview::ListPrintStyle style)
     {
+        std::vector<int> rows(static_cast<std::size_t>(list.GetItemCount()));
+        std::iota(rows.begin(), rows.end(), 0);
         ovtest::PrintRecord scratch;
         ovtest::PrintRecorder job(scratch, orderview::A4Paper());
         orderview::ListPrintLayout layout;
@@ -112,9 +115,7 @@ TEST_F(ListPrint, PrintsTitleDateHeadingsRowsAndPageNumber)
 TEST_F(ListPrint, RowsFlowOverPagesWithHeadingsAndNumbersOnEach)
 {
     const MemoryListCtrl list = WideList(3, 100, 200);
-    std::vector<int> all(200);
-    for (int i = 0; i < 200; ++i) all[static_cast<std::size_t>(i)] = i;
-    const int pages = LaidOutPages(list, orderview::ListPrintStyle::kPlain, all);
+    const int pages = LaidOutPages(list, orderview::ListPrintStyle::kPlain);
     ASSERT_TRUE(g_vPrintListCtrl(list, "Orders"));
     ASSERT_EQ(static_cast<int>(record.pages.size()), pages);
     ASSERT_GT(pages, 2);
@@ -258,9 +259,7 @@ TEST_F(ListPrint, InventoryTotalsTheNumericColumns)
     };
     for (const Case& c : cases) {
         SCOPED_TRACE(c.cells[0] + std::string(" / ") + c.cells[1]);
-        MemoryListCtrl list;
-        list.InsertColumn("Symbol", kLeft, 80);
-        list.InsertColumn("Value", c.format, 80);
+        MemoryListCtrl list = MakeList({{"Symbol", kLeft, 80}, {"Value", c.format, 80}}, {});
         int r = 0;
         for (const char* cell : c.cells) list.InsertItem({CString("S") + CString(std::to_string(r++)), cell});
         ASSERT_TRUE(g_vPrintListCtrlInventory(list, "Positions"));
@@ -284,14 +283,10 @@ TEST_F(ListPrint, TotalsRowTakesAPageOfItsOwnWhenTheLastIsFull)
     ASSERT_TRUE(g_vPrintListCtrl(WideList(2, 100, 300), "Count"));
     int perPage = 0;
     for (const auto& t : record.pages[0].texts) perPage += t.text.size() > 2 && t.text.substr(t.text.size() - 2) == "c0";
-    MemoryListCtrl list;
-    list.InsertColumn("Symbol", kLeft, 80);
-    list.InsertColumn("Qty", kRight, 80);
+    MemoryListCtrl list = MakeList({{"Symbol", kLeft, 80}, {"Qty", kRight, 80}}, {});
     for (int r = 0; r < perPage; ++r) list.InsertItem({"S", "2"});
-    std::vector<int> all(static_cast<std::size_t>(perPage));
-    for (int i = 0; i < perPage; ++i) all[static_cast<std::size_t>(i)] = i;
-    EXPECT_EQ(LaidOutPages(list, orderview::ListPrintStyle::kPlain, all), 1);
-    EXPECT_EQ(LaidOutPages(list, orderview::ListPrintStyle::kInventory, all), 2);
+    EXPECT_EQ(LaidOutPages(list, orderview::ListPrintStyle::kPlain), 1);
+    EXPECT_EQ(LaidOutPages(list, orderview::ListPrintStyle::kInventory), 2);
     ASSERT_TRUE(g_vPrintListCtrlInventory(list, "Full"));
     ASSERT_EQ(record.pages.size(), 2u);
     EXPECT_EQ(record.Texts(1), (std::vector<std::string>{"Full", "2026/11/21 09:30:05", "Symbol", "Qty", "Total",

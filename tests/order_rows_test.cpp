@@ -1,7 +1,6 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <cmath>
 #include <limits>
 #include <string>
 #include <vector>
@@ -58,9 +57,15 @@ protected:
         return keys;
     }
 
-    bool Simple(int mode) { return g_bAddODOI2OIG_SimpleOrderListCtrl(&row, &order, mode); }
+    // Fill `row` afresh from the order.
+    bool Simple(int mode)
+    {
+        row.vClear();
+        return g_bAddODOI2OIG_SimpleOrderListCtrl(&row, &order, mode);
+    }
     bool Full(int mode, bool stamp = true, bool oprather = false, bool exchange = false)
     {
+        row.vClear();
         return g_bAddODOI2OIG_QueryOrderRet2FullOrderListCtrl(&row, &order, mode, stamp, oprather, exchange);
     }
 
@@ -117,7 +122,6 @@ TEST_F(Rows, SimpleListModes)
         order.csStateCode = c.state;
         order.csStatusCode = c.status;
         order.dwBS = static_cast<std::uint32_t>(c.side);
-        row.vClear();
         EXPECT_EQ(Simple(c.mode), c.shown) << "mode " << c.mode << " kind " << c.orderKind << " state " << c.state;
         EXPECT_EQ(row.GetSetCalls().empty(), !c.shown) << "a hidden order leaves the row untouched";
     }
@@ -231,12 +235,11 @@ TEST_F(Rows, SimpleRowTexts)
         order.csAltOrderNo = n.altNo;
         order.dwBookDate = 0;
         order.dwOrderDate = 0;
-        CBaseOrderItemGroup r;
-        ASSERT_TRUE(g_bAddODOI2OIG_SimpleOrderListCtrl(&r, &order, 255));
-        EXPECT_EQ(Text(r, "IDS_ORDER-ITEM_ORDERNO"), n.item);
-        EXPECT_EQ(Text(r, "IDS_ORDER-ITEM_BACKTABLENO"), *n.orderNo ? n.orderNo : "--");
-        EXPECT_EQ(Text(r, "IDS_ORDER-ITEM_BOKDTANDTM"), "--");
-        EXPECT_EQ(Text(r, "IDS_ORDER-ITEM_ORDERDATE"), "0000/00/00");
+        ASSERT_TRUE(Simple(255));
+        EXPECT_EQ(Text(row, "IDS_ORDER-ITEM_ORDERNO"), n.item);
+        EXPECT_EQ(Text(row, "IDS_ORDER-ITEM_BACKTABLENO"), *n.orderNo ? n.orderNo : "--");
+        EXPECT_EQ(Text(row, "IDS_ORDER-ITEM_BOKDTANDTM"), "--");
+        EXPECT_EQ(Text(row, "IDS_ORDER-ITEM_ORDERDATE"), "0000/00/00");
     }
 }
 
@@ -247,9 +250,8 @@ TEST_F(Rows, TradeDateCarriesTheWorkingTextForFutures)
     EXPECT_EQ(Text(row, "IDS_ORDER-ITEM_TRADEDATE"), "TXF 202606");
     Stock(order);
     order.dwOrderDate = 0;
-    CBaseOrderItemGroup stock;
-    ASSERT_TRUE(g_bAddODOI2OIG_SimpleOrderListCtrl(&stock, &order, 255));
-    EXPECT_EQ(Text(stock, "IDS_ORDER-ITEM_TRADEDATE"), "--");
+    ASSERT_TRUE(Simple(255));
+    EXPECT_EQ(Text(row, "IDS_ORDER-ITEM_TRADEDATE"), "--");
 }
 
 TEST_F(Rows, AveragePriceDropsOneDigit)
@@ -270,11 +272,10 @@ TEST_F(Rows, AveragePriceDropsOneDigit)
         order.dbAvgPrice2 = c.avg2;
         order.dbDenominator = c.denominator;
         order.iDecimals = c.decimals;
-        CBaseOrderItemGroup simple, full;
-        ASSERT_TRUE(g_bAddODOI2OIG_SimpleOrderListCtrl(&simple, &order, 255));
-        ASSERT_TRUE(g_bAddODOI2OIG_QueryOrderRet2FullOrderListCtrl(&full, &order, 0x4ffff, true, false, false));
-        EXPECT_EQ(Text(simple, "IDS_ORDER-ITEM_AVEPRICE"), c.simple) << c.avg;
-        EXPECT_EQ(Text(full, "IDS_ORDER-ITEM_AVEPRICE"), c.full) << c.avg;
+        ASSERT_TRUE(Simple(255));
+        EXPECT_EQ(Text(row, "IDS_ORDER-ITEM_AVEPRICE"), c.simple) << c.avg;
+        ASSERT_TRUE(Full(0x4ffff));
+        EXPECT_EQ(Text(row, "IDS_ORDER-ITEM_AVEPRICE"), c.full) << c.avg;
     }
 }
 
@@ -292,11 +293,10 @@ TEST_F(Rows, EtsOrdersAndTriggerPrices)
     EXPECT_EQ(Text(row, "IDS_ORDER-ITEM_COMMODITYROLE"), "ES 202606IDS_ORDER-ITEM_ETS");
     EXPECT_EQ(Text(row, "IDS_ORDER-ITEM_TRIGGERPRICE"), "5010.25");
 
-    CBaseOrderItemGroup full;
-    ASSERT_TRUE(g_bAddODOI2OIG_QueryOrderRet2FullOrderListCtrl(&full, &order, 0x4ffff, true, false, true));
-    EXPECT_EQ(Text(full, "IDS_ORDER-ITEM_COMMODITY"), "CME ES 202606(IDS_ORDER-ITEM_ETS)");
-    EXPECT_EQ(Text(full, "IDS_ORDER-ITEM_EXCNANGE"), "CME");
-    const auto keys = Keys(full);
+    ASSERT_TRUE(Full(0x4ffff, true, false, true));
+    EXPECT_EQ(Text(row, "IDS_ORDER-ITEM_COMMODITY"), "CME ES 202606(IDS_ORDER-ITEM_ETS)");
+    EXPECT_EQ(Text(row, "IDS_ORDER-ITEM_EXCNANGE"), "CME");
+    const auto keys = Keys(row);
     const auto commodity = std::find(keys.begin(), keys.end(), "IDS_ORDER-ITEM_COMMODITY");
     ASSERT_NE(commodity, keys.end());
     EXPECT_EQ(*(commodity + 1), "IDS_ORDER-ITEM_ORDERTYPE");  // set once more after the commodity
@@ -304,10 +304,9 @@ TEST_F(Rows, EtsOrdersAndTriggerPrices)
 
     order.csOrderNo = "XK001";  // 'K' is past 'J'
     order.dwOrderKind = '2';
-    CBaseOrderItemGroup plain;
-    ASSERT_TRUE(g_bAddODOI2OIG_SimpleOrderListCtrl(&plain, &order, 255));
-    EXPECT_EQ(Text(plain, "IDS_ORDER-ITEM_COMMODITY"), "ES 202606");
-    EXPECT_EQ(Text(plain, "IDS_ORDER-ITEM_TRIGGERPRICE"), "--");
+    ASSERT_TRUE(Simple(255));
+    EXPECT_EQ(Text(row, "IDS_ORDER-ITEM_COMMODITY"), "ES 202606");
+    EXPECT_EQ(Text(row, "IDS_ORDER-ITEM_TRIGGERPRICE"), "--");
 }
 
 TEST_F(Rows, FullRowStampsAndQuantities)
@@ -334,21 +333,19 @@ TEST_F(Rows, FullRowStampsAndQuantities)
     order.dwBookDate = 20261123;
     order.dwBookTime = 93015123;
     order.csFirm = "F001";
-    CBaseOrderItemGroup futures, timeOnly;
-    ASSERT_TRUE(g_bAddODOI2OIG_QueryOrderRet2FullOrderListCtrl(&futures, &order, 0x4ffff, true, false, false));
-    EXPECT_EQ(Text(futures, "IDS_ORDER-ITEM_BOKDTANDTM"), "2026/11/23 09:30:15");
-    EXPECT_EQ(Text(futures, "IDS_ORDER-ITEM_OPRATHER"), "<unset>");
-    EXPECT_EQ(Text(futures, "IDS_ORDER-ITEM_TRADEDATE"), "F001");  // carried from the firm item
-    EXPECT_EQ(Text(futures, "IDS_CFOREIGNFUTURECTRLVIEW-STRING_OFFSET1"),
-              Text(futures, "IDS_ORDER-ITEM_APPROPRIATE"));
-    ASSERT_TRUE(g_bAddODOI2OIG_QueryOrderRet2FullOrderListCtrl(&timeOnly, &order, 0x4ffff, false, false, false));
-    EXPECT_EQ(Text(timeOnly, "IDS_ORDER-ITEM_BOKDTANDTM"), "09:30:15");
+    ASSERT_TRUE(Full(0x4ffff));
+    EXPECT_EQ(Text(row, "IDS_ORDER-ITEM_BOKDTANDTM"), "2026/11/23 09:30:15");
+    EXPECT_EQ(Text(row, "IDS_ORDER-ITEM_OPRATHER"), "<unset>");
+    EXPECT_EQ(Text(row, "IDS_ORDER-ITEM_TRADEDATE"), "F001");  // carried from the firm item
+    EXPECT_EQ(Text(row, "IDS_CFOREIGNFUTURECTRLVIEW-STRING_OFFSET1"),
+              Text(row, "IDS_ORDER-ITEM_APPROPRIATE"));
+    ASSERT_TRUE(Full(0x4ffff, false));
+    EXPECT_EQ(Text(row, "IDS_ORDER-ITEM_BOKDTANDTM"), "09:30:15");
 
     // Out-of-range stamps print every digit, as "%04d/%02d/%02d %02d:%02d:%02d.%03d" does.
     Stock(order);
     order.dwBookDate = order.dwOrderDate = 0xFFFFFFFFu;
     order.dwBookTime = order.dwOrderTime = 0xFFFFFFFFu;
-    row.vClear();
     ASSERT_TRUE(Full(0x4ffff, true, true));
     EXPECT_EQ(Text(row, "IDS_ORDER-ITEM_BOKDTANDTM"), "429496/72/95 429:49:67.295");
     EXPECT_EQ(Text(row, "IDS_ORDER-ITEM_ORDERTIME"), "429:49:67.295");
@@ -372,6 +369,7 @@ protected:
     }
     bool Fill(bool stamp = false, bool exchange = false)
     {
+        row.vClear();
         return g_bAddODOI2OIG_DealRet2FullOrderListCtrl(&row, &deal, 0, stamp, false, exchange);
     }
     CBaseOrder_DealInfo deal;
@@ -407,9 +405,8 @@ TEST_F(DealRow, TimesPricesAndAmounts)
     for (const auto& t : times) {
         deal.dwDealMarketKind = static_cast<std::uint32_t>(t.marketKind);
         deal.dwDealTime = t.time;
-        CBaseOrderItemGroup r;
-        ASSERT_TRUE(g_bAddODOI2OIG_DealRet2FullOrderListCtrl(&r, &deal, 0, t.stamp, false, false));
-        EXPECT_EQ(Text(r, "IDS_ORDER-ITEM_DEALTIME"), t.text);
+        ASSERT_TRUE(Fill(t.stamp));
+        EXPECT_EQ(Text(row, "IDS_ORDER-ITEM_DEALTIME"), t.text);
     }
 }
 
@@ -427,14 +424,12 @@ TEST_F(DealRow, SpreadsAndEts)
     deal.commodity.dwMarketKind = '2';
     deal.commodity.csExchangeId = "CME";
     deal.csOrderNo = "XA1";
-    CBaseOrderItemGroup ets;
-    ASSERT_TRUE(g_bAddODOI2OIG_DealRet2FullOrderListCtrl(&ets, &deal, 0, false, false, true));
-    EXPECT_EQ(Text(ets, "IDS_ORDER-ITEM_COMMODITY"), "TXF 202606IDS_ORDER-ITEM_ETS");  // no parentheses, no exchange
-    EXPECT_EQ(Text(ets, "IDS_ORDER-ITEM_EXCNANGE"), "CME");
+    ASSERT_TRUE(Fill(false, true));
+    EXPECT_EQ(Text(row, "IDS_ORDER-ITEM_COMMODITY"), "TXF 202606IDS_ORDER-ITEM_ETS");  // no parentheses, no exchange
+    EXPECT_EQ(Text(row, "IDS_ORDER-ITEM_EXCNANGE"), "CME");
     deal.csOrderNo = "X1";
-    CBaseOrderItemGroup foreign;
-    ASSERT_TRUE(g_bAddODOI2OIG_DealRet2FullOrderListCtrl(&foreign, &deal, 0, false, false, true));
-    EXPECT_EQ(Text(foreign, "IDS_ORDER-ITEM_COMMODITY"), "CME TXF 202606");
+    ASSERT_TRUE(Fill(false, true));
+    EXPECT_EQ(Text(row, "IDS_ORDER-ITEM_COMMODITY"), "CME TXF 202606");
 }
 
 TEST_F(Rows, AccountNameAndSymbolFallbacks)
@@ -444,10 +439,9 @@ TEST_F(Rows, AccountNameAndSymbolFallbacks)
     EXPECT_EQ(Text(row, "IDS_ORDER-ITEM_ACCOUNT_NAME"), "F0001");
     host.mapAccountNames["F0001"] = "Chen";
     order.commodity.csSymbolID = "TXFL6";
-    CBaseOrderItemGroup named;
-    ASSERT_TRUE(g_bAddODOI2OIG_SimpleOrderListCtrl(&named, &order, 255));
-    EXPECT_EQ(Text(named, "IDS_ORDER-ITEM_ACCOUNT_NAME"), "Chen");
-    EXPECT_EQ(Text(named, "IDS_ORDER-ITEM_COMMODITY"), "TXFL6");
+    ASSERT_TRUE(Simple(255));
+    EXPECT_EQ(Text(row, "IDS_ORDER-ITEM_ACCOUNT_NAME"), "Chen");
+    EXPECT_EQ(Text(row, "IDS_ORDER-ITEM_COMMODITY"), "TXFL6");
 }
 
 TEST_F(Rows, BadInputNeverBreaksARow)

@@ -19,37 +19,32 @@ protected:
     CBaseOrder_OrderInfo order;
 };
 
-const char kChase[] = "(IDS_ORDER-ITEM_CHASEPRICE)";
-
 TEST_F(OrderState, ExchangeStateComesFirst)
 {
-    struct Case { const char* state; std::uint32_t qty, dealt, cancelled; const char* text; };
+    struct Case { const char* state; std::uint32_t qty, dealt, cancelled, chase; const char* text; };
     const Case cases[] = {
-        {"C", 10, 0, 10, "IDS_ORDER-ITEM_STATUS_CANCELSUCCESS"},
-        {"C", 10, 4, 6, "IDS_ORDER-ITEM_STATUS_PARTDEALANDCANCEL"},
-        {"F", 10, 4, 0, "IDS_ORDER-ITEM_STATUS_PARTDEAL"},
-        {"F", 10, 10, 0, "IDS_ORDER-ITEM_STATUS_COMPLETEDEAL"},
-        {"F", 10, 4, 6, "IDS_ORDER-ITEM_STATUS_PARTDEALANDCANCEL"},
-        {"U", 10, 0, 0, "IDS_ORDER-ITEM_STATUS_CHANGESUCCESS"},
-        {"P", 10, 4, 0, "IDS_ORDER-ITEM_STATUS_CHANGEPRICESUCCESS"},
-        {"P", 10, 10, 0, "IDS_ORDER-ITEM_STATUS_COMPLETEDEAL"},
-        {"Q", 10, 0, 0, "Q"},
+        {"C", 10, 0, 10, 0, "IDS_ORDER-ITEM_STATUS_CANCELSUCCESS"},
+        {"C", 10, 0, 0, 1, "IDS_ORDER-ITEM_STATUS_CANCELSUCCESS(IDS_ORDER-ITEM_CHASEPRICE)"},
+        {"C", 10, 4, 6, 0, "IDS_ORDER-ITEM_STATUS_PARTDEALANDCANCEL"},
+        {"F", 10, 4, 0, 0, "IDS_ORDER-ITEM_STATUS_PARTDEAL"},
+        {"F", 10, 10, 0, 0, "IDS_ORDER-ITEM_STATUS_COMPLETEDEAL"},
+        {"F", 10, 4, 6, 0, "IDS_ORDER-ITEM_STATUS_PARTDEALANDCANCEL"},
+        {"U", 10, 0, 0, 0, "IDS_ORDER-ITEM_STATUS_CHANGESUCCESS"},
+        {"U", 10, 0, 0, 1, "IDS_ORDER-ITEM_STATUS_CHANGESUCCESS"},  // never chased
+        {"P", 10, 4, 0, 0, "IDS_ORDER-ITEM_STATUS_CHANGEPRICESUCCESS"},
+        {"P", 10, 10, 0, 0, "IDS_ORDER-ITEM_STATUS_COMPLETEDEAL"},
+        {"Q", 10, 0, 0, 0, "Q"},
     };
     for (const auto& c : cases) {
         order.csStateCode = c.state;
         order.dwOrderQty = c.qty;
         order.dwDealQty = c.dealt;
         order.dwCancelQty = c.cancelled;
+        order.byChasePrice = static_cast<std::uint8_t>(c.chase);
         order.byStateShown = 7;
         EXPECT_EQ(State(), c.text) << c.state << " " << c.dealt << "/" << c.cancelled;
         EXPECT_EQ(order.byStateShown, 7);  // untouched on this path
     }
-    order.byChasePrice = 1;
-    order.csStateCode = "C";
-    order.dwDealQty = 0;
-    EXPECT_EQ(State(), CString("IDS_ORDER-ITEM_STATUS_CANCELSUCCESS") + kChase);
-    order.csStateCode = "U";
-    EXPECT_EQ(State(), "IDS_ORDER-ITEM_STATUS_CHANGESUCCESS");  // never chased
 }
 
 TEST_F(OrderState, TheGatingActionDependsOnTheMarket)
@@ -65,16 +60,17 @@ TEST_F(OrderState, TheGatingActionDependsOnTheMarket)
 
 TEST_F(OrderState, QuantityPath)
 {
-    struct Case { const char* status; std::uint32_t dealt, cancelled, lock, cond; const char* text; int shown; };
+    struct Case { const char* status; std::uint32_t dealt, cancelled, lock, cond, chase; const char* text; int shown; };
     const Case cases[] = {
-        {"0000", 0, 4, 0, 0, "IDS_ORDER-ITEM_STATUS_CHANGESUCCESS", 0},
-        {"0000", 0, 10, 0, 0, "IDS_ORDER-ITEM_STATUS_CANCELSUCCESS", 0},
-        {"0000", 0, 0, 0, 0, "IDS_ORDER-ITEM_STATUS_ORDERSUCCESS", 1},
-        {"0000", 0, 0, 'Y', '6', "IDS_ORDER-ITEM_STATUS_ETSCLOSE", 0},
-        {"0000", 0, 0, 'Y', 'R', "IDS_ORDER-ITEM_STATUS_CLOSE", 0},
-        {"9997", 0, 0, 0, 0, "IDS_ORDER-ITEM_STATUS_BOOKORDER", 1},
-        {"0000", 3, 0, 0, 0, "IDS_ORDER-ITEM_STATUS_PARTDEAL", 0},
-        {"E019", 3, 7, 0, 0, "IDS_ORDER-ITEM_STATUS_COMPLETEDEAL", 0},  // something dealt: any status
+        {"0000", 0, 4, 0, 0, 0, "IDS_ORDER-ITEM_STATUS_CHANGESUCCESS", 0},
+        {"0000", 0, 10, 0, 0, 0, "IDS_ORDER-ITEM_STATUS_CANCELSUCCESS", 0},
+        {"0000", 0, 10, 0, 0, 1, "IDS_ORDER-ITEM_STATUS_CANCELSUCCESS(IDS_ORDER-ITEM_CHASEPRICE)", 0},
+        {"0000", 0, 0, 0, 0, 0, "IDS_ORDER-ITEM_STATUS_ORDERSUCCESS", 1},
+        {"0000", 0, 0, 'Y', '6', 0, "IDS_ORDER-ITEM_STATUS_ETSCLOSE", 0},
+        {"0000", 0, 0, 'Y', 'R', 0, "IDS_ORDER-ITEM_STATUS_CLOSE", 0},
+        {"9997", 0, 0, 0, 0, 0, "IDS_ORDER-ITEM_STATUS_BOOKORDER", 1},
+        {"0000", 3, 0, 0, 0, 0, "IDS_ORDER-ITEM_STATUS_PARTDEAL", 0},
+        {"E019", 3, 7, 0, 0, 0, "IDS_ORDER-ITEM_STATUS_COMPLETEDEAL", 0},  // something dealt: any status
     };
     for (const auto& c : cases) {
         order.csStatusCode = c.status;
@@ -82,15 +78,11 @@ TEST_F(OrderState, QuantityPath)
         order.dwCancelQty = c.cancelled;
         order.dwChangeLock = c.lock;
         order.dwOrderCond = c.cond;
+        order.byChasePrice = static_cast<std::uint8_t>(c.chase);
         order.byStateShown = 0;
         EXPECT_EQ(State(), c.text) << c.status << " " << c.dealt << "/" << c.cancelled;
         EXPECT_EQ(order.byStateShown, c.shown) << c.text;
     }
-    order.byChasePrice = 1;
-    order.dwDealQty = 0;
-    order.dwCancelQty = 10;
-    order.csStatusCode = "0000";
-    EXPECT_EQ(State(), CString("IDS_ORDER-ITEM_STATUS_CANCELSUCCESS") + kChase);
 }
 
 TEST_F(OrderState, MessagePath)

@@ -1,6 +1,5 @@
 #include <gtest/gtest.h>
 
-#include <cstdlib>
 #include <filesystem>
 #include <string>
 #include <vector>
@@ -88,6 +87,12 @@ public:
 
 const char kUming[] = "/usr/share/fonts/truetype/arphic/uming.ttc";
 
+// Each PDF job test writes into a temporary folder of its own.
+class PdfPrintJob : public ::testing::Test {
+protected:
+    ovtest::TempFolder folder;
+};
+
 std::size_t Count(const std::string& text, const std::string& what)
 {
     std::size_t n = 0;
@@ -95,9 +100,8 @@ std::size_t Count(const std::string& text, const std::string& what)
     return n;
 }
 
-TEST(PdfPrintJob, EscapesAndEncodesTexts)
+TEST_F(PdfPrintJob, EscapesAndEncodesTexts)
 {
-    ovtest::TempFolder folder;
     const PrintFont none(folder.File("no-such-font.ttf"));
     const std::string path = folder.File("escape.pdf");
     auto job = Start(path);
@@ -122,14 +126,13 @@ TEST(PdfPrintJob, EscapesAndEncodesTexts)
     EXPECT_TRUE(XrefPointsAtObjects(pdf));
 }
 
-TEST(PdfPrintJob, EmbedsTheChineseGlyphsUsedOnceForTheDocument)
+TEST_F(PdfPrintJob, EmbedsTheChineseGlyphsUsedOnceForTheDocument)
 {
     if (!std::filesystem::exists(kUming)) GTEST_SKIP() << kUming << " is not installed (fonts-arphic-uming)";
     if (!HoldsChinese()) GTEST_SKIP() << "the process's code page has no Chinese characters";
     const PrintFont font(kUming);
     orderview::TableHost host;
     ovtest::InstalledHost guard(host);
-    ovtest::TempFolder folder;
     const std::string path = folder.File("chinese.pdf");
     // 陳大文期貨 on every page, 台積電 on the second, Latin before and after.
     const CString chen(Narrow(u"A\u9673\u5927\u6587\u671F\u8CA8z"));
@@ -174,10 +177,9 @@ TEST(PdfPrintJob, EmbedsTheChineseGlyphsUsedOnceForTheDocument)
     EXPECT_EQ(Count(pdf, "/F3 5 0 R"), 2u);
 }
 
-TEST(PdfPrintJob, WithoutAFontChineseIsAQuestionMarkAndTheLogSaysSoOnce)
+TEST_F(PdfPrintJob, WithoutAFontChineseIsAQuestionMarkAndTheLogSaysSoOnce)
 {
     if (!HoldsChinese()) GTEST_SKIP() << "the process's code page has no Chinese characters";
-    ovtest::TempFolder folder;
     folder.Write("not-a-font.ttf", "plain text, not a font");
     for (const std::string& named : {folder.File("not-a-font.ttf"), folder.File("missing.ttc")}) {
         SCOPED_TRACE(named);
@@ -213,9 +215,8 @@ TEST(PdfPrintJob, WithoutAFontChineseIsAQuestionMarkAndTheLogSaysSoOnce)
     }
 }
 
-TEST(PdfPrintJob, AlignsAndClipsInTheBox)
+TEST_F(PdfPrintJob, AlignsAndClipsInTheBox)
 {
-    ovtest::TempFolder folder;
     auto job = Start(folder.File("align.pdf"));
     ASSERT_TRUE(job);
     // "WW" is 18.88 points at size 10 on a box 100 wide at x=100, y=100 on an 842 high page.
@@ -233,9 +234,8 @@ TEST(PdfPrintJob, AlignsAndClipsInTheBox)
     EXPECT_NE(pdf.find("q 100 722 10 20 re W n\nBT 100 728.41 Td (WW) Tj ET\nQ\n"), std::string::npos);
 }
 
-TEST(PdfPrintJob, TurnsOnlyBeforeDrawing)
+TEST_F(PdfPrintJob, TurnsOnlyBeforeDrawing)
 {
-    ovtest::TempFolder folder;
     auto job = Start(folder.File("turn.pdf"));
     ASSERT_TRUE(job);
     EXPECT_FALSE(job->GetPaper().bLandscape);
@@ -254,9 +254,8 @@ TEST(PdfPrintJob, TurnsOnlyBeforeDrawing)
     EXPECT_FALSE(job->Finish()) << "a second Finish";
 }
 
-TEST(PdfPrintJob, StreamsPagesAndAppearsOnlyWhenFinished)
+TEST_F(PdfPrintJob, StreamsPagesAndAppearsOnlyWhenFinished)
 {
-    ovtest::TempFolder folder;
     const std::string path = folder.File("pages.pdf");
     auto job = Start(path);
     ASSERT_TRUE(job);
@@ -278,9 +277,8 @@ TEST(PdfPrintJob, StreamsPagesAndAppearsOnlyWhenFinished)
     EXPECT_EQ(FilesIn(folder.path()), 1u);
 }
 
-TEST(PdfPrintJob, FailureLeavesNothingAndKeepsTheOldFile)
+TEST_F(PdfPrintJob, FailureLeavesNothingAndKeepsTheOldFile)
 {
-    ovtest::TempFolder folder;
     EXPECT_FALSE(Start(folder.File("missing/x.pdf")));
     EXPECT_FALSE(Start(""));
     {
