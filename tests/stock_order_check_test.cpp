@@ -2,7 +2,6 @@
 
 #include <cmath>
 #include <limits>
-#include <map>
 #include <string>
 
 #include "checks/stock_order_check.h"
@@ -17,24 +16,16 @@ namespace {
 
 // The substitute host with language texts set per test (the rest show their ids) and a count of
 // the commodity-id lookups.
-class CheckHost : public ovtest::SubstituteHost {
+class CheckHost : public ovtest::TranslatingHost {
 public:
-    explicit CheckHost(const CString& mainPath) : SubstituteHost(mainPath) { csProductName = "Trader Pro"; }
-    std::map<CString, CString> texts;
+    explicit CheckHost(const CString& mainPath) : TranslatingHost(mainPath) { csProductName = "Trader Pro"; }
     int commodityLookups = 0;
 
     bool bGetCommodityIDBySymbolID(CString& commodityId, std::uint8_t serviceId, const CString& symbolId,
                                    const int& flag) override
     {
         ++commodityLookups;
-        return SubstituteHost::bGetCommodityIDBySymbolID(commodityId, serviceId, symbolId, flag);
-    }
-
-protected:
-    CString LookUpLanguage(const CString& id) override
-    {
-        const auto it = texts.find(id);
-        return it == texts.end() ? id : it->second;
+        return TranslatingHost::bGetCommodityIDBySymbolID(commodityId, serviceId, symbolId, flag);
     }
 };
 
