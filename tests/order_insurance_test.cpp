@@ -1,12 +1,10 @@
 #include <gtest/gtest.h>
 
-#include <cmath>
 #include <limits>
 #include <string>
 
 #include "checks/order_insurance.h"
 #include "support/substitute_host.h"
-#include "order_data/host_api.h"
 
 namespace {
 

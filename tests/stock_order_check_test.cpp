@@ -7,7 +7,6 @@
 #include "checks/stock_order_check.h"
 #include "host/table_host.h"
 #include "support/substitute_host.h"
-#include "order_data/host_api.h"
 #include "platform/platform.h"
 #include "support/fake_platform.h"
 #include "support/temp_folder.h"
