@@ -301,44 +301,36 @@ TEST_F(StockCheck, LanguageTextsAreNeverTrustedAsFormats)
     }
 }
 
-TEST_F(StockCheck, PriceBandStockTextsRefuse)
+// Out of the band a stock text refuses the order; without stock texts the futures text asks, and
+// the user's answer decides.
+TEST_F(StockCheck, PriceBandMessages)
 {
     Band(550, 450);
-    host->texts["IDS_ORDER-STOCK-CV_OUTOF_UPPERLMT"] = "Above the limit-up price %.2f";
-    host->texts["IDS_ORDER-STOCK-CV_OUTOF_DOWNERLMT"] = "Below the limit-down price %.2f";
-    order.dbOrderPrice = 551;
-    EXPECT_FALSE(g_bCheckStockOrder(account, order));
-    order.dbOrderPrice = 449;
-    EXPECT_FALSE(g_bCheckStockOrder(account, order));
-    order.dbOrderPrice = 550;
-    EXPECT_TRUE(g_bCheckStockOrder(account, order));
-    ASSERT_EQ(platform.boxes.size(), 2u);
-    EXPECT_EQ(platform.boxes[0].text, "Above the limit-up price 550.00");
-    EXPECT_EQ(platform.boxes[1].text, "Below the limit-down price 450.00");
-    for (const auto& box : platform.boxes) {
-        EXPECT_EQ(box.type, 0x130u);
-        EXPECT_EQ(box.caption, "Trader Pro");
-    }
-}
-
-TEST_F(StockCheck, PriceBandFuturesQuestionLetsTheUserGoOn)
-{
-    Band(550, 450);
-    host->texts["IDS_ORDER-STOCK-CV_OUTOF_UPPERLMT"] = "";
-    host->texts["IDS_ORDER-STOCK-CV_OUTOF_DOWNERLMT"] = "";
     host->texts["IDS_ORDER-FUTURE-CV_OUTOF_UPPERLMT"] = "Above %g. Send?";
     host->texts["IDS_ORDER-FUTURE-CV_OUTOF_DOWNERLMT"] = "Below %g. Send?";
-    platform.answers = {orderview::kIdYes, orderview::kIdNo, orderview::kIdYes, orderview::kIdNo};
-    order.dbOrderPrice = 600;
-    EXPECT_TRUE(g_bCheckStockOrder(account, order));
-    EXPECT_FALSE(g_bCheckStockOrder(account, order));
-    order.dbOrderPrice = 400;
-    EXPECT_TRUE(g_bCheckStockOrder(account, order));
-    EXPECT_FALSE(g_bCheckStockOrder(account, order));
-    ASSERT_EQ(platform.boxes.size(), 4u);
-    EXPECT_EQ(platform.boxes[0].text, "Above 550. Send?");
-    EXPECT_EQ(platform.boxes[2].text, "Below 450. Send?");
-    for (const auto& box : platform.boxes) EXPECT_EQ(box.type, 0x34u);
+    struct Case { bool stockTexts; double price; int answer; bool passes; const char* shown; unsigned type; };
+    const Case cases[] = {
+        {true, 551, orderview::kIdOk, false, "Above the limit-up price 550.00", 0x130},
+        {true, 449, orderview::kIdOk, false, "Below the limit-down price 450.00", 0x130},
+        {true, 550, orderview::kIdOk, true, nullptr, 0},
+        {false, 600, orderview::kIdYes, true, "Above 550. Send?", 0x34},
+        {false, 600, orderview::kIdNo, false, "Above 550. Send?", 0x34},
+        {false, 400, orderview::kIdYes, true, "Below 450. Send?", 0x34},
+        {false, 400, orderview::kIdNo, false, "Below 450. Send?", 0x34},
+    };
+    for (const auto& c : cases) {
+        host->texts["IDS_ORDER-STOCK-CV_OUTOF_UPPERLMT"] = c.stockTexts ? "Above the limit-up price %.2f" : "";
+        host->texts["IDS_ORDER-STOCK-CV_OUTOF_DOWNERLMT"] = c.stockTexts ? "Below the limit-down price %.2f" : "";
+        platform.boxes.clear();
+        platform.answers = {c.answer};
+        order.dbOrderPrice = c.price;
+        EXPECT_EQ(g_bCheckStockOrder(account, order), c.passes) << c.price;
+        ASSERT_EQ(platform.boxes.size(), c.shown ? 1u : 0u) << c.price;
+        if (!c.shown) continue;
+        EXPECT_EQ(platform.boxes[0].text, c.shown);
+        EXPECT_EQ(platform.boxes[0].type, c.type);
+        EXPECT_EQ(platform.boxes[0].caption, "Trader Pro");
+    }
 }
 
 TEST_F(StockCheck, PriceBandByTheAlertSettingAndTheMarket)
