@@ -144,16 +144,15 @@ TEST(SmartOrderModel, OcoRegistryMatchesTheModel)
             CString price = rnd.Pick("p", 3), found = "-", expectedSn = "-";
             const CString symbol = rnd.Pick("T", 2);
             bool flag = false, expectedFlag = false;
-            bool done = false;
+            const auto matches = [&](const STRUCT_FLASH_OCO_DATA& l) {
+                return l.strPrice == price && l.strSymbol == symbol && (mark.IsEmpty() || l.strMark == mark);
+            };
             for (const auto& e : model.legs) {
-                for (const auto& leg : e.second)
-                    if (leg.strPrice == price && leg.strSymbol == symbol && (mark.IsEmpty() || leg.strMark == mark)) {
-                        expectedSn = e.first;
-                        expectedFlag = leg.byFlag != 0;
-                        done = true;
-                        break;
-                    }
-                if (done) break;
+                const auto leg = std::find_if(e.second.begin(), e.second.end(), matches);
+                if (leg == e.second.end()) continue;
+                expectedSn = e.first;
+                expectedFlag = leg->byFlag != 0;
+                break;
             }
             g_vGetOCOSNbyPrice(price, symbol, found, flag, mark);
             ASSERT_EQ(found, expectedSn) << "step " << step;
@@ -385,24 +384,20 @@ TEST(SmartOrderModel, MoveSmtAndMarketRegistriesMatchTheModel)
             break;
         }
         default: {
+            static const std::vector<Entry> none;
+            const std::vector<Entry>& entries = move.count(st) ? move[st] : none;
             std::vector<int> ids;
-            if (move.count(st))
-                for (const auto& e : move[st])
-                    if (e.price == price && e.mark == mark) ids.push_back(e.id);
+            for (const auto& e : entries)
+                if (e.price == price && e.mark == mark) ids.push_back(e.id);
             const auto found = g_vecGetMoveSMTInfoByPrice(price, mark, st);
             ASSERT_EQ(found.size(), ids.size());
             for (size_t i = 0; i < ids.size(); ++i) ASSERT_EQ(found[i].dwMoveInfo1, static_cast<std::uint32_t>(ids[i]));
             STRUCT_FLASH_MOVESMT_SYNC entry;
             const bool have = g_bGetMoveSMTInfoByDealNO(deal, st, entry);
-            const Entry* first = nullptr;
-            if (move.count(st))
-                for (const auto& e : move[st])
-                    if (e.deal == deal) {
-                        first = &e;
-                        break;
-                    }
-            ASSERT_EQ(have, first != nullptr);
-            if (first) ASSERT_EQ(entry.Data.dwMoveInfo1, static_cast<std::uint32_t>(first->id));
+            const auto first =
+                std::find_if(entries.begin(), entries.end(), [&](const Entry& e) { return e.deal == deal; });
+            ASSERT_EQ(have, first != entries.end());
+            if (have) ASSERT_EQ(entry.Data.dwMoveInfo1, static_cast<std::uint32_t>(first->id));
             break;
         }
         }
