@@ -1,12 +1,10 @@
 #include <gtest/gtest.h>
 
-#include <cmath>
 #include <limits>
 #include <string>
 
 #include "checks/order_insurance.h"
 #include "support/substitute_host.h"
-#include "order_data/host_api.h"
 
 namespace {
 
@@ -190,21 +188,19 @@ TEST_F(Insurance, CreditTrading)
 
 TEST_F(Insurance, FuturesDailyQuantity)
 {
-    Settings().dbTodayLimit = 100;
-    UsedToday(90);
-    order.dwOrderQty = 10;
-    EXPECT_EQ(Check(), "pass");
-    order.dwOrderQty = 11;
-    EXPECT_EQ(Check(), Refusal("TODAY_QTY"));
-    // Quantities near 2^32 add up without wrapping.
-    UsedToday(1);
-    Settings().dbTodayLimit = 4294967296.0;
-    order.dwOrderQty = 4294967295u;
-    EXPECT_EQ(Check(), "pass");
-    UsedToday(2);
-    EXPECT_EQ(Check(), Refusal("TODAY_QTY"));
-    Settings().dbTodayLimit = 0;
-    EXPECT_EQ(Check(), "pass");
+    struct Case { double limit, used; std::uint32_t qty; const char* rule; };
+    const Case cases[] = {
+        {100, 90, 10, nullptr}, {100, 90, 11, "TODAY_QTY"},
+        // Quantities near 2^32 add up without wrapping.
+        {4294967296.0, 1, 4294967295u, nullptr}, {4294967296.0, 2, 4294967295u, "TODAY_QTY"},
+        {0, 2, 4294967295u, nullptr},
+    };
+    for (const auto& c : cases) {
+        Settings().dbTodayLimit = c.limit;
+        UsedToday(c.used);
+        order.dwOrderQty = c.qty;
+        EXPECT_EQ(Check(), c.rule ? Refusal(c.rule) : CString("pass")) << c.limit << " " << c.used << " " << c.qty;
+    }
 }
 
 TEST_F(Insurance, FuturesMarketPriceAndPriceDistance)

@@ -22,8 +22,6 @@ TEST_F(OrderSettings, BothNamesReachTheSameFile)
 {
     EXPECT_EQ(g_vGetOrderCfgFileName(), folder.MainPath() + "\\sys\\OrderCfg.ini");
     EXPECT_EQ(g_vGetOrderCfgFileName(), BKOrderInterface::GetBKInterface().PathGetMainPath() + "\\sys\\OrderCfg.ini");
-    Config("[ORDER_SETTING]\r\nLimitPriceEqualStopPrice=1\r\n");
-    EXPECT_EQ(g_vGetPriceToStopPrice(), 1);
 }
 
 TEST_F(OrderSettings, StopPriceRuleIsOnlyOne)

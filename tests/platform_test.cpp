@@ -60,10 +60,6 @@ TEST(FakePlatform, IsInstalledAndRecordsBoxes)
     EXPECT_NE(dynamic_cast<orderview::SystemPlatform*>(&orderview::GetPlatform()), nullptr);
 }
 
-}  // namespace
-
-namespace {
-
 TEST(SaveFilterIndex, FirstFilterMatchingTheChosenName)
 {
     orderview::SaveFileRequest request;

@@ -85,6 +85,9 @@ TEST_F(ProfileFile, ReadsLikeTheSystem)
         // A key list of a section that is missing or has no keys is the default, spaces kept.
         {"[s]\r\n[t]\r\nk=v\r\n", "s", nullptr, "default  ", "default  ", 9},
         {"[t]\r\nk=v\r\n", "s", nullptr, "def", "def", 3},
+        // A byte order mark is not interpreted: it spoils the first header.
+        {"\xEF\xBB\xBF[s]\r\nk=v\r\n[t]\r\nk=w\r\n", "s", "k", "def", "def", 3},
+        {"\xEF\xBB\xBF[s]\r\nk=v\r\n[t]\r\nk=w\r\n", "t", "k", "def", "w", 1},
     };
     for (const auto& c : cases) {
         Put(c.file);
@@ -146,13 +149,6 @@ TEST_F(ProfileFile, MissingFileGivesDefault)
 {
     EXPECT_EQ(Get("s", "k", "fallback").text, "fallback");
     EXPECT_EQ(GetPrivateProfileIntA("s", "k", 77, Path().c_str()), 77u);
-}
-
-TEST_F(ProfileFile, ByteOrderMarksAreNotInterpreted)
-{
-    Put("\xEF\xBB\xBF[s]\r\nk=v\r\n[t]\r\nk=w\r\n");
-    EXPECT_EQ(Get("s", "k", "def").text, "def");  // the mark spoils the first header
-    EXPECT_EQ(Get("t", "k", "def").text, "w");
 }
 
 TEST_F(ProfileFile, IntegersParseLikeTheSystem)

@@ -161,7 +161,6 @@ public:
     bool Failed() const { return !mismatch_.empty(); }
     const std::string& Mismatch() const { return mismatch_; }
 
-private:
     static std::string Show(const char* text) { return text ? Show(std::string(text)) : "NULL"; }
     static std::string Show(const std::string& text)
     {
@@ -178,6 +177,7 @@ private:
         return shown + "\"";
     }
 
+private:
     // Whether the value is quoted and, with its quotes, longer than the buffer: both readers then
     // agree on the whole value, and the library's answer is as much of it as the buffer holds.
     bool QuotedValueCut(const char* app, const char* key, const char* def, std::uint32_t size, std::uint32_t got,
@@ -193,8 +193,7 @@ private:
     // Whether some line of the library's copy holds `key` with a quoted value.
     bool QuotedInFile(const char* key) const
     {
-        std::ifstream in(lib_, std::ios::binary);
-        std::string text((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>());
+        std::string text = Bytes(lib_);
         for (char& c : text)
             if (c == '\r') c = '\n';
         std::istringstream lines(text);
@@ -249,13 +248,7 @@ protected:
     }
     static std::string Describe(const std::string& content, const Oracle& oracle)
     {
-        std::string text = "file:";
-        for (const unsigned char c : content) {
-            char shown[8];
-            std::snprintf(shown, sizeof shown, c >= 0x20 && c < 0x7f ? "%c" : "\\x%02x", c);
-            text += shown;
-        }
-        text += "\n";
+        std::string text = "file: " + Oracle::Show(content) + "\n";
         for (const Outcome& outcome : oracle.Log()) text += "  " + outcome.call + " -> " + outcome.answer + "\n";
         return text + oracle.Mismatch();
     }

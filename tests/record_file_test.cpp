@@ -18,6 +18,24 @@ namespace {
 
 using orderview::RecordFile;
 
+// The order numbers of every order left to read.
+std::vector<std::string> OrderNumbers(RecordFile& file)
+{
+    CBaseOrder_OrderInfo order;
+    std::string list;
+    std::vector<std::string> read;
+    while (file.NextOrder(order, list)) read.push_back(order.csOrderNo.str());
+    return read;
+}
+
+// Each diagnostic starts with its expected text, and there are no others.
+void ExpectDiagnostics(const RecordFile& file, const std::vector<std::string>& expected)
+{
+    ASSERT_EQ(file.Diagnostics().size(), expected.size());
+    for (size_t i = 0; i < expected.size(); ++i)
+        EXPECT_EQ(file.Diagnostics()[i].str().rfind(expected[i], 0), 0u) << file.Diagnostics()[i].str();
+}
+
 class RecordFileTest : public ::testing::Test {
 protected:
     RecordFile Open(const std::string& content, RecordFile::Kind kind)
@@ -66,17 +84,10 @@ TEST_F(RecordFileTest, MalformedRecordsAreReportedAndSkipped)
                            "today,A4\n"
                            "today,\"unclosed,1,x\n",
                            RecordFile::Kind::Orders);
-    CBaseOrder_OrderInfo order;
-    std::string list;
-    std::vector<std::string> read;
-    while (file.NextOrder(order, list)) read.push_back(order.csOrderNo.str());
-    EXPECT_EQ(read, (std::vector<std::string>{"A1"}));
-    const std::vector<std::string> expected = {"t.csv:1: unknown order field bogus", "t.csv:3: bad value '-1'",
-                                               "t.csv:4: list must be today or error", "t.csv:5: expected 4 fields",
-                                               "t.csv:6: quoted field is not closed"};
-    ASSERT_EQ(file.Diagnostics().size(), expected.size());
-    for (size_t i = 0; i < expected.size(); ++i)
-        EXPECT_EQ(file.Diagnostics()[i].str().rfind(expected[i], 0), 0u) << file.Diagnostics()[i].str();
+    EXPECT_EQ(OrderNumbers(file), (std::vector<std::string>{"A1"}));
+    ExpectDiagnostics(file, {"t.csv:1: unknown order field bogus", "t.csv:3: bad value '-1'",
+                             "t.csv:4: list must be today or error", "t.csv:5: expected 4 fields",
+                             "t.csv:6: quoted field is not closed"});
 }
 
 // Prices are read as strtod reads them, to the last bit, whatever the spelling; a quantity takes
@@ -159,19 +170,13 @@ TEST(RecordFileRegressions, NoRecordLostWithoutADiagnostic)
     ovtest::TempFolder folder;
     for (const auto& c : cases) {
         const std::string path = std::string(ORDERVIEW_REGRESSIONS) + "/host/" + c.file;
+        SCOPED_TRACE(c.file);
         RecordFile file(CString(path), "orders.csv", RecordFile::Kind::Orders);
-        CBaseOrder_OrderInfo order;
-        std::string list;
-        std::vector<std::string> read;
-        while (file.NextOrder(order, list)) read.push_back(order.csOrderNo.str());
-        EXPECT_EQ(read, c.orders) << c.file;
-        ASSERT_EQ(file.Diagnostics().size(), c.diagnostics.size()) << c.file;
-        for (size_t i = 0; i < c.diagnostics.size(); ++i)
-            EXPECT_EQ(file.Diagnostics()[i].str().rfind(c.diagnostics[i], 0), 0u) << file.Diagnostics()[i].str();
-
+        EXPECT_EQ(OrderNumbers(file), c.orders);
+        ExpectDiagnostics(file, c.diagnostics);
         std::ifstream in(path, std::ios::binary);
         const std::string bytes((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>());
-        EXPECT_EQ(ovfuzz::CheckOrderTable(bytes, folder.path()), "") << c.file;
+        EXPECT_EQ(ovfuzz::CheckOrderTable(bytes, folder.path()), "");
     }
 }
 
@@ -198,11 +203,7 @@ TEST(RecordFileRegressions, EveryLineIsReadOrReported)
 
     folder.Write("sys/t.csv", header + tables[0]);
     RecordFile file(CString(folder.File("sys/t.csv")), "t.csv", RecordFile::Kind::Orders);
-    CBaseOrder_OrderInfo order;
-    std::string list;
-    std::vector<std::string> read;
-    while (file.NextOrder(order, list)) read.push_back(order.csOrderNo.str());
-    EXPECT_EQ(read, (std::vector<std::string>{"A2", "A3"}));
+    EXPECT_EQ(OrderNumbers(file), (std::vector<std::string>{"A2", "A3"}));
     ASSERT_EQ(file.Diagnostics().size(), 1u);
     EXPECT_EQ(file.Diagnostics()[0], "t.csv:2: quoted field is not closed");
 }

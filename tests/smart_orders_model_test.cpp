@@ -36,6 +36,20 @@ private:
     std::mt19937 engine_;
 };
 
+template <class T>
+bool Contains(const std::vector<T>& list, const T& value)
+{
+    return std::find(list.begin(), list.end(), value) != list.end();
+}
+
+// Removes the first element `match` accepts, if any.
+template <class T, class Match>
+void EraseFirst(std::vector<T>& list, Match match)
+{
+    const auto it = std::find_if(list.begin(), list.end(), match);
+    if (it != list.end()) list.erase(it);
+}
+
 bool SameLegs(const std::vector<STRUCT_FLASH_OCO_DATA>& a, const std::vector<STRUCT_FLASH_OCO_DATA>& b)
 {
     if (a.size() != b.size()) return false;
@@ -64,8 +78,7 @@ struct OcoModel {
                     removed.push_back(s);
                 }
         } else {
-            auto it = std::find(list.begin(), list.end(), sn);
-            if (it != list.end()) list.erase(it);
+            EraseFirst(list, [&](const CString& s) { return s == sn; });
             legs.erase(sn);
         }
         if (legs.empty()) {
@@ -76,7 +89,7 @@ struct OcoModel {
         Strings rebuilt;
         if (all) {
             for (const CString& s : list)
-                if (std::find(removed.begin(), removed.end(), s) == removed.end()) rebuilt.push_back(s);
+                if (!Contains(removed, s)) rebuilt.push_back(s);
         } else {
             for (const CString& r : removed)
                 if (r != sn) rebuilt.push_back(sn);
@@ -112,11 +125,8 @@ TEST(SmartOrderModel, OcoRegistryMatchesTheModel)
             const bool del = rnd.Coin(), clear = rnd.Below(5) == 0;
             if (clear) model.sync.erase(st);
             else if (!del) model.sync[st].push_back(sn);
-            else if (model.sync.count(st)) {
-                Strings& l = model.sync[st];
-                auto it = std::find(l.begin(), l.end(), sn);
-                if (it != l.end()) l.erase(it);
-            }
+            else if (model.sync.count(st))
+                EraseFirst(model.sync[st], [&](const CString& s) { return s == sn; });
             g_vSetOCOOrder(sn, st, del, clear);
             break;
         }
@@ -134,16 +144,15 @@ TEST(SmartOrderModel, OcoRegistryMatchesTheModel)
             CString price = rnd.Pick("p", 3), found = "-", expectedSn = "-";
             const CString symbol = rnd.Pick("T", 2);
             bool flag = false, expectedFlag = false;
-            bool done = false;
+            const auto matches = [&](const STRUCT_FLASH_OCO_DATA& l) {
+                return l.strPrice == price && l.strSymbol == symbol && (mark.IsEmpty() || l.strMark == mark);
+            };
             for (const auto& e : model.legs) {
-                for (const auto& leg : e.second)
-                    if (leg.strPrice == price && leg.strSymbol == symbol && (mark.IsEmpty() || leg.strMark == mark)) {
-                        expectedSn = e.first;
-                        expectedFlag = leg.byFlag != 0;
-                        done = true;
-                        break;
-                    }
-                if (done) break;
+                const auto leg = std::find_if(e.second.begin(), e.second.end(), matches);
+                if (leg == e.second.end()) continue;
+                expectedSn = e.first;
+                expectedFlag = leg->byFlag != 0;
+                break;
             }
             g_vGetOCOSNbyPrice(price, symbol, found, flag, mark);
             ASSERT_EQ(found, expectedSn) << "step " << step;
@@ -268,9 +277,7 @@ TEST(SmartOrderModel, SmtRegistryMatchesTheModel)
                 if (it != model.end()) {
                     auto& l = it->second;
                     if (!key.IsEmpty()) {
-                        auto f = std::find_if(l.begin(), l.end(),
-                                              [&](const SmtEntry& e) { return e.key1 + "_" + e.key2 == key; });
-                        if (f != l.end()) l.erase(f);
+                        EraseFirst(l, [&](const SmtEntry& e) { return e.key1 + "_" + e.key2 == key; });
                     } else if (!price.IsEmpty()) {
                         seenOrders.erase(price);
                         for (auto& e : l) e.prices.erase(std::remove(e.prices.begin(), e.prices.end(), price), e.prices.end());
@@ -344,11 +351,7 @@ TEST(SmartOrderModel, MoveSmtAndMarketRegistriesMatchTheModel)
         case 1:
             if (move.count(st)) {
                 if (all) move.erase(st);
-                else {
-                    auto& l = move[st];
-                    auto f = std::find_if(l.begin(), l.end(), [&](const Entry& e) { return e.deal == deal; });
-                    if (f != l.end()) l.erase(f);
-                }
+                else EraseFirst(move[st], [&](const Entry& e) { return e.deal == deal; });
             }
             g_vDelMoveSMTInfoByDealNO(deal, st, all);
             break;
@@ -369,39 +372,32 @@ TEST(SmartOrderModel, MoveSmtAndMarketRegistriesMatchTheModel)
             const bool del = rnd.Coin();
             if (!symbol.IsEmpty()) {
                 if (del) {
-                    if (symbols.count(st)) {
-                        auto& l = symbols[st];
-                        auto f = std::find(l.begin(), l.end(), symbol);
-                        if (f != l.end()) l.erase(f);
-                    }
-                } else if (std::find(symbols[st].begin(), symbols[st].end(), symbol) == symbols[st].end()) {
+                    if (symbols.count(st))
+                        EraseFirst(symbols[st], [&](const CString& s) { return s == symbol; });
+                } else if (!Contains(symbols[st], symbol)) {
                     symbols[st].push_back(symbol);
                 }
             }
             g_vSetSmartOrderSymbol(symbol, st, del);
             ASSERT_EQ(g_bIsHaveSmartOrderSymbol(symbol, st),
-                      symbols.count(st) && std::find(symbols[st].begin(), symbols[st].end(), symbol) != symbols[st].end());
+                      symbols.count(st) && Contains(symbols[st], symbol));
             break;
         }
         default: {
+            static const std::vector<Entry> none;
+            const std::vector<Entry>& entries = move.count(st) ? move[st] : none;
             std::vector<int> ids;
-            if (move.count(st))
-                for (const auto& e : move[st])
-                    if (e.price == price && e.mark == mark) ids.push_back(e.id);
+            for (const auto& e : entries)
+                if (e.price == price && e.mark == mark) ids.push_back(e.id);
             const auto found = g_vecGetMoveSMTInfoByPrice(price, mark, st);
             ASSERT_EQ(found.size(), ids.size());
             for (size_t i = 0; i < ids.size(); ++i) ASSERT_EQ(found[i].dwMoveInfo1, static_cast<std::uint32_t>(ids[i]));
             STRUCT_FLASH_MOVESMT_SYNC entry;
             const bool have = g_bGetMoveSMTInfoByDealNO(deal, st, entry);
-            const Entry* first = nullptr;
-            if (move.count(st))
-                for (const auto& e : move[st])
-                    if (e.deal == deal) {
-                        first = &e;
-                        break;
-                    }
-            ASSERT_EQ(have, first != nullptr);
-            if (first) ASSERT_EQ(entry.Data.dwMoveInfo1, static_cast<std::uint32_t>(first->id));
+            const auto first =
+                std::find_if(entries.begin(), entries.end(), [&](const Entry& e) { return e.deal == deal; });
+            ASSERT_EQ(have, first != entries.end());
+            if (have) ASSERT_EQ(entry.Data.dwMoveInfo1, static_cast<std::uint32_t>(first->id));
             break;
         }
         }

@@ -2,13 +2,11 @@
 
 #include <cmath>
 #include <limits>
-#include <map>
 #include <string>
 
 #include "checks/stock_order_check.h"
 #include "host/table_host.h"
 #include "support/substitute_host.h"
-#include "order_data/host_api.h"
 #include "platform/platform.h"
 #include "support/fake_platform.h"
 #include "support/temp_folder.h"
@@ -17,24 +15,16 @@ namespace {
 
 // The substitute host with language texts set per test (the rest show their ids) and a count of
 // the commodity-id lookups.
-class CheckHost : public ovtest::SubstituteHost {
+class CheckHost : public ovtest::TranslatingHost {
 public:
-    explicit CheckHost(const CString& mainPath) : SubstituteHost(mainPath) { csProductName = "Trader Pro"; }
-    std::map<CString, CString> texts;
+    explicit CheckHost(const CString& mainPath) : TranslatingHost(mainPath) { csProductName = "Trader Pro"; }
     int commodityLookups = 0;
 
     bool bGetCommodityIDBySymbolID(CString& commodityId, std::uint8_t serviceId, const CString& symbolId,
                                    const int& flag) override
     {
         ++commodityLookups;
-        return SubstituteHost::bGetCommodityIDBySymbolID(commodityId, serviceId, symbolId, flag);
-    }
-
-protected:
-    CString LookUpLanguage(const CString& id) override
-    {
-        const auto it = texts.find(id);
-        return it == texts.end() ? id : it->second;
+        return TranslatingHost::bGetCommodityIDBySymbolID(commodityId, serviceId, symbolId, flag);
     }
 };
 
@@ -65,6 +55,14 @@ protected:
     }
     void MarketState(int state) { host->mapSymbols[{106, "2330"}].iMarketState = state; }
     void Config(const std::string& body) { folder.Write("sys/OrderCfg.ini", "[ORDER_SETTING]\n" + body); }
+    // The check's one message when it refuses, or "" when it passes without a word.
+    CString Refusal()
+    {
+        platform.boxes.clear();
+        const bool passed = g_bCheckStockOrder(account, order);
+        EXPECT_EQ(platform.boxes.size(), passed ? 0u : 1u);
+        return passed || platform.boxes.empty() ? CString() : platform.boxes[0].text;
+    }
 
     ovtest::TempFolder folder;
     ovtest::FakePlatform platform;
@@ -226,14 +224,11 @@ TEST_F(StockCheck, AlertStocksAndTheirTexts)
         {"S789", "Alert stock: no net orders", "", nullptr},  // another account's list does not count
     };
     for (const auto& c : cases) {
-        platform.boxes.clear();
         account.csAccount = c.account;
         host->texts["IDS_ORDER-STOCK-CV_ALERTSTOCK_NOT_NET_ORDER"] = c.alertText;
         host->texts["IDS_ORDER-STOCK-CV_SPECIAL_NOT_NET_ORDER"] = c.specialText;
-        EXPECT_EQ(g_bCheckStockOrder(account, order), c.shown == nullptr) << c.account << " " << c.alertText;
-        ASSERT_EQ(platform.boxes.size(), c.shown ? 1u : 0u);
-        if (!c.shown) continue;
-        EXPECT_EQ(platform.boxes[0].text, c.shown);
+        EXPECT_EQ(Refusal(), c.shown ? c.shown : "") << c.account << " " << c.alertText;
+        if (!c.shown || platform.boxes.empty()) continue;
         EXPECT_EQ(platform.boxes[0].caption, "Trader Pro");
         EXPECT_EQ(platform.boxes[0].type, 0u);
     }
@@ -247,16 +242,14 @@ TEST_F(StockCheck, SpecialStocksByCreditMarkOrAllThreeFlags)
         {false, false, true, true, false}, {false, true, false, true, false}, {false, false, false, false, false},
     };
     for (const auto& c : cases) {
-        platform.boxes.clear();
         orderview::TableHost::StockInfo info;
         info.bSpecial = c.special;
         info.bFlag1 = c.f1;
         info.bFlag2 = c.f2;
         info.bFlag3 = c.f3;
         host->mapStocks["2330"] = info;
-        EXPECT_EQ(g_bCheckStockOrder(account, order), !c.refused) << c.special << c.f1 << c.f2 << c.f3;
-        ASSERT_EQ(platform.boxes.size(), c.refused ? 1u : 0u);
-        if (c.refused) EXPECT_EQ(platform.boxes[0].text, "IDS_ORDER-STOCK-CV_SPECIAL_NOT_NET_ORDER");
+        EXPECT_EQ(Refusal(), c.refused ? "IDS_ORDER-STOCK-CV_SPECIAL_NOT_NET_ORDER" : "")
+            << c.special << c.f1 << c.f2 << c.f3;
     }
 }
 
@@ -270,17 +263,12 @@ TEST_F(StockCheck, YesterdaysVolumeOfBoughtStocks)
         {"", 'B', 0, true, false},
     };
     for (const auto& c : cases) {
-        platform.boxes.clear();
         host->mapQuotes.clear();
         Config(std::string("YesterdayTradeVolume=") + c.setting + "\nStockPriceAlert=0\n");
         if (c.hasVolume) Quote(16, "2330", 128, c.volume);
         order.dwBS = c.side;
-        EXPECT_EQ(g_bCheckStockOrder(account, order), !c.refused) << c.setting << " " << c.volume;
-        ASSERT_EQ(platform.boxes.size(), c.refused ? 1u : 0u);
-        if (c.refused) {
-            EXPECT_EQ(platform.boxes[0].text, "Traded fewer than 500 lots yesterday");
-            EXPECT_EQ(platform.boxes[0].type, 0u);
-        }
+        EXPECT_EQ(Refusal(), c.refused ? "Traded fewer than 500 lots yesterday" : "") << c.setting << " " << c.volume;
+        if (c.refused && !platform.boxes.empty()) EXPECT_EQ(platform.boxes[0].type, 0u);
     }
     // The volume is read with service id 16, not the commodity's own.
     host->mapQuotes.clear();
@@ -308,52 +296,41 @@ TEST_F(StockCheck, LanguageTextsAreNeverTrustedAsFormats)
         {"%", "%"},
     };
     for (const auto& c : cases) {
-        platform.boxes.clear();
         host->texts["IDS_ORDER-STOCK-CV_YESTERDAY_TRADE_VOLUME"] = c.text;
-        EXPECT_FALSE(g_bCheckStockOrder(account, order));
-        ASSERT_EQ(platform.boxes.size(), 1u);
-        EXPECT_EQ(platform.boxes[0].text, c.shown) << c.text;
+        EXPECT_EQ(Refusal(), c.shown) << c.text;
     }
 }
 
-TEST_F(StockCheck, PriceBandStockTextsRefuse)
+// Out of the band a stock text refuses the order; without stock texts the futures text asks, and
+// the user's answer decides.
+TEST_F(StockCheck, PriceBandMessages)
 {
     Band(550, 450);
-    host->texts["IDS_ORDER-STOCK-CV_OUTOF_UPPERLMT"] = "Above the limit-up price %.2f";
-    host->texts["IDS_ORDER-STOCK-CV_OUTOF_DOWNERLMT"] = "Below the limit-down price %.2f";
-    order.dbOrderPrice = 551;
-    EXPECT_FALSE(g_bCheckStockOrder(account, order));
-    order.dbOrderPrice = 449;
-    EXPECT_FALSE(g_bCheckStockOrder(account, order));
-    order.dbOrderPrice = 550;
-    EXPECT_TRUE(g_bCheckStockOrder(account, order));
-    ASSERT_EQ(platform.boxes.size(), 2u);
-    EXPECT_EQ(platform.boxes[0].text, "Above the limit-up price 550.00");
-    EXPECT_EQ(platform.boxes[1].text, "Below the limit-down price 450.00");
-    for (const auto& box : platform.boxes) {
-        EXPECT_EQ(box.type, 0x130u);
-        EXPECT_EQ(box.caption, "Trader Pro");
-    }
-}
-
-TEST_F(StockCheck, PriceBandFuturesQuestionLetsTheUserGoOn)
-{
-    Band(550, 450);
-    host->texts["IDS_ORDER-STOCK-CV_OUTOF_UPPERLMT"] = "";
-    host->texts["IDS_ORDER-STOCK-CV_OUTOF_DOWNERLMT"] = "";
     host->texts["IDS_ORDER-FUTURE-CV_OUTOF_UPPERLMT"] = "Above %g. Send?";
     host->texts["IDS_ORDER-FUTURE-CV_OUTOF_DOWNERLMT"] = "Below %g. Send?";
-    platform.answers = {orderview::kIdYes, orderview::kIdNo, orderview::kIdYes, orderview::kIdNo};
-    order.dbOrderPrice = 600;
-    EXPECT_TRUE(g_bCheckStockOrder(account, order));
-    EXPECT_FALSE(g_bCheckStockOrder(account, order));
-    order.dbOrderPrice = 400;
-    EXPECT_TRUE(g_bCheckStockOrder(account, order));
-    EXPECT_FALSE(g_bCheckStockOrder(account, order));
-    ASSERT_EQ(platform.boxes.size(), 4u);
-    EXPECT_EQ(platform.boxes[0].text, "Above 550. Send?");
-    EXPECT_EQ(platform.boxes[2].text, "Below 450. Send?");
-    for (const auto& box : platform.boxes) EXPECT_EQ(box.type, 0x34u);
+    struct Case { bool stockTexts; double price; int answer; bool passes; const char* shown; unsigned type; };
+    const Case cases[] = {
+        {true, 551, orderview::kIdOk, false, "Above the limit-up price 550.00", 0x130},
+        {true, 449, orderview::kIdOk, false, "Below the limit-down price 450.00", 0x130},
+        {true, 550, orderview::kIdOk, true, nullptr, 0},
+        {false, 600, orderview::kIdYes, true, "Above 550. Send?", 0x34},
+        {false, 600, orderview::kIdNo, false, "Above 550. Send?", 0x34},
+        {false, 400, orderview::kIdYes, true, "Below 450. Send?", 0x34},
+        {false, 400, orderview::kIdNo, false, "Below 450. Send?", 0x34},
+    };
+    for (const auto& c : cases) {
+        host->texts["IDS_ORDER-STOCK-CV_OUTOF_UPPERLMT"] = c.stockTexts ? "Above the limit-up price %.2f" : "";
+        host->texts["IDS_ORDER-STOCK-CV_OUTOF_DOWNERLMT"] = c.stockTexts ? "Below the limit-down price %.2f" : "";
+        platform.boxes.clear();
+        platform.answers = {c.answer};
+        order.dbOrderPrice = c.price;
+        EXPECT_EQ(g_bCheckStockOrder(account, order), c.passes) << c.price;
+        ASSERT_EQ(platform.boxes.size(), c.shown ? 1u : 0u) << c.price;
+        if (!c.shown) continue;
+        EXPECT_EQ(platform.boxes[0].text, c.shown);
+        EXPECT_EQ(platform.boxes[0].type, c.type);
+        EXPECT_EQ(platform.boxes[0].caption, "Trader Pro");
+    }
 }
 
 TEST_F(StockCheck, PriceBandByTheAlertSettingAndTheMarket)
@@ -368,11 +345,10 @@ TEST_F(StockCheck, PriceBandByTheAlertSettingAndTheMarket)
         {"2", 2, true},       {"2", 0, false},   {"2", 1, false}, {"2", 3, false}, {"2", -1, true},
     };
     for (const auto& c : cases) {
-        platform.boxes.clear();
         Config(c.setting ? std::string("StockPriceAlert=") + c.setting + "\n" : std::string());
         MarketState(c.state);
-        EXPECT_EQ(g_bCheckStockOrder(account, order), !c.warned) << (c.setting ? c.setting : "-") << " " << c.state;
-        EXPECT_EQ(platform.boxes.size(), c.warned ? 1u : 0u);
+        EXPECT_EQ(Refusal(), c.warned ? "IDS_ORDER-STOCK-CV_OUTOF_UPPERLMT" : "")
+            << (c.setting ? c.setting : "-") << " " << c.state;
     }
 }
 
@@ -400,9 +376,7 @@ TEST_F(StockCheck, TheFirstBrokenRuleIsTheOnlyMessage)
     Config("YesterdayTradeVolume=500\n");
     Band(550, 450);
     order.dbOrderPrice = 600;
-    EXPECT_FALSE(g_bCheckStockOrder(account, order));
-    ASSERT_EQ(platform.boxes.size(), 1u);
-    EXPECT_EQ(platform.boxes[0].text, "IDS_ORDER-STOCK-CV_ALERTSTOCK_NOT_NET_ORDER");
+    EXPECT_EQ(Refusal(), "IDS_ORDER-STOCK-CV_ALERTSTOCK_NOT_NET_ORDER");
 }
 
 }  // namespace

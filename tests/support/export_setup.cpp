@@ -7,12 +7,6 @@
 
 namespace ovtest {
 
-CString TranslatingHost::LookUpLanguage(const CString& id)
-{
-    const auto found = texts.find(id);
-    return found == texts.end() ? id : found->second;
-}
-
 ExportSetup::ExportSetup()
 {
     host.csMainPath = folder.MainPath();

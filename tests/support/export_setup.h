@@ -3,7 +3,6 @@
 // folder.
 #pragma once
 
-#include <map>
 #include <string>
 #include <vector>
 
@@ -13,14 +12,6 @@
 #include "support/temp_folder.h"
 
 namespace ovtest {
-
-class TranslatingHost : public ovtest::SubstituteHost {
-public:
-    std::map<CString, CString> texts;  // id -> text; other ids show as themselves
-
-protected:
-    CString LookUpLanguage(const CString& id) override;
-};
 
 struct ExportSetup {
     ExportSetup();   // installs the host, copies the sample "sys/xls_head.txt", accepts the dialog

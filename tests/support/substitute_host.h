@@ -1,10 +1,11 @@
 // The tests' host: every table is fed from code, language texts are their ids unless a test
-// sets them, and the main folder is fixed. `InstalledHost` installs any host for a scope and
+// sets them (`TranslatingHost`), and the main folder is fixed. `InstalledHost` installs any host for a scope and
 // `HostTest` is the fixture of tests that run against a substitute host.
 #pragma once
 
 #include <gtest/gtest.h>
 
+#include <map>
 #include <optional>
 
 #include "host/table_host.h"
@@ -14,6 +15,20 @@ namespace ovtest {
 class SubstituteHost : public orderview::TableHost {
 public:
     explicit SubstituteHost(const CString& mainPath = "/tmp/orderview-test") { csMainPath = mainPath; }
+};
+
+// A substitute host whose language texts a test sets; other ids show as themselves.
+class TranslatingHost : public SubstituteHost {
+public:
+    using SubstituteHost::SubstituteHost;
+    std::map<CString, CString> texts;
+
+protected:
+    CString LookUpLanguage(const CString& id) override
+    {
+        const auto found = texts.find(id);
+        return found == texts.end() ? id : found->second;
+    }
 };
 
 // Installs `host` as the library's host until the end of the scope, then the host installed
