@@ -2,6 +2,7 @@
 
 #include <charconv>
 #include <cmath>
+#include <cstdint>
 #include <cstdlib>
 #include <string>
 
@@ -11,15 +12,18 @@ namespace detail {
 bool ParseUInt(std::string_view text, std::uint64_t max, std::uint64_t& out)
 {
     if (text.empty() || text.size() > 20) return false;
-    const std::uint64_t tenth = max / 10;
-    const unsigned lastDigit = static_cast<unsigned>(max % 10);
+    // Accumulates without dividing (a division a digit costs more than the rest of the digit's
+    // work): only a value past 1844674407370955161 can overflow on the next digit.
+    constexpr std::uint64_t kLastSafe = UINT64_MAX / 10;
+    constexpr unsigned kLastDigit = UINT64_MAX % 10;
     std::uint64_t value = 0;
     for (char c : text) {
-        if (c < '0' || c > '9') return false;
-        const unsigned digit = static_cast<unsigned>(c - '0');
-        if (value > tenth || (value == tenth && digit > lastDigit)) return false;
+        const unsigned digit = static_cast<unsigned>(static_cast<unsigned char>(c)) - unsigned{'0'};
+        if (digit > 9) return false;
+        if (value > kLastSafe || (value == kLastSafe && digit > kLastDigit)) return false;
         value = value * 10 + digit;
     }
+    if (value > max) return false;
     out = value;
     return true;
 }

@@ -99,7 +99,10 @@ TEST_F(RecordFileTest, NumbersReadAsTheCLibraryReadsThem)
         "1e-400", "9007199254740993", "0.30000000000000004", "123456.78901234567890123", "1e400", "nan", "inf",
         "1,5",    "",        "--1",        "1e",     "0x",    "2 ",
     };
-    const std::vector<std::string> quantities = {"0", "4294967295", "4294967296", "04294967295", "-1", "1.0", ""};
+    // 2^64 and twenty nines would wrap around a 64-bit accumulator.
+    const std::vector<std::string> quantities = {"0",  "4294967295", "4294967296", "00000000004294967295",
+                                                 "-1", "1.0",        "",           "18446744073709551616",
+                                                 "99999999999999999999"};
     std::string content = "list,csOrderNo,dbOrderPrice,dwOrderQty\n";
     for (const std::string& price : prices) content += "today,P," + price + ",1\n";
     for (const std::string& quantity : quantities) content += "today,Q,1," + quantity + "\n";
