@@ -176,10 +176,13 @@ def basic_generate_and_bad_input(work):
     with open(os.path.join(broken, "sys", "orders.csv"), "a", encoding="utf-8") as f:
         f.write("today,NOT-A-NUMBER-LINE\n")
     line = len(records(folder, "orders.csv")) + 2  # after the header line and every record
-    for args in [("list",), ("check",), ("export", "--format", "csv", "--output", os.path.join(work, "never.csv"))]:
+    for args in [("list",), ("check",), ("export", "--format", "csv", "--output", os.path.join(work, "never.csv")),
+                 ("export", "--format", "json", "--output", "-")]:
         result = text(*args, "--main", broken)
         check("%s on a malformed file exits 1" % args[0], result.returncode == 1, str(result.returncode))
         check("%s names the file and line" % args[0], "orders.csv:%d:" % line in result.stderr, result.stderr[-300:])
+        if args[0] != "check":
+            check("%s into a pipe writes nothing" % " ".join(args), result.stdout == "", result.stdout[:200])
     check("no partial export file", not os.path.exists(os.path.join(work, "never.csv")))
 
     # Into a file, the list writes its rows as it reads them; when the day turns out malformed at

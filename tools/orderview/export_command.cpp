@@ -6,12 +6,14 @@
 #include <cerrno>
 #include <cstdio>
 #include <cstdlib>
+#include <memory>
 #include <string>
 #include <vector>
 
 #include "cli_support.h"
 #include "commands.h"
 #include "console_platform.h"
+#include "day_check.h"
 #include "export/list_export.h"
 #include "list_output.h"
 #include "main_folder.h"
@@ -153,15 +155,21 @@ int ExportCommand(int argc, char** argv)
         std::fclose(file);
     }
     const bool toStandardOutput = output == "-";
-    // A file the program writes itself is written in the same pass that reads the day: it is put
-    // in place only when no line of the day was malformed, so nothing is written before that is
-    // known. Standard output and the library's formats have the day read through first.
-    const bool oneReading = !IsLibraryFormat(format) && !toStandardOutput;
-    Progress reading("reading", OrderList::FileSize(MainFolderPath(options.Get("main")), choice.kind), quiet);
+    // What the program writes itself is written in the same pass that reads the day, and nothing
+    // of it is seen before the day is known to be well formed: a file takes the target's place
+    // only then, and rows for standard output wait for a check of the whole day on a thread of its
+    // own. The library's formats have the day read through first.
+    const bool oneReading = !IsLibraryFormat(format);
+    std::unique_ptr<DayCheck> check;
+    if (oneReading && toStandardOutput)
+        check = std::make_unique<DayCheck>(OrderList::OpenDay(folder.Host(), choice.kind), choice.kind == ListKind::Deal);
+    const bool rowsToTerminal = toStandardOutput && Progress::OutputIsTerminal();
+    Progress reading("reading", OrderList::FileSize(MainFolderPath(options.Get("main")), choice.kind),
+                     quiet || (oneReading && rowsToTerminal));  // no bar among the rows
     OrderList list(folder.Host(), choice.kind, choice.mode, choice.columns, &reading, oneReading);
     if (!oneReading && !MainFolder::Report(list.Diagnostics())) return kExitFailed;
     Progress progress("export", oneReading ? 0 : static_cast<std::size_t>(list.GetItemCount()), quiet || oneReading);
-    progress.SetRowsToTerminal(toStandardOutput && Progress::OutputIsTerminal());
+    progress.SetRowsToTerminal(rowsToTerminal);
     const std::string where = toStandardOutput ? std::string("standard output") : output;
 
     if (!IsLibraryFormat(format)) {
@@ -170,12 +178,16 @@ int ExportCommand(int argc, char** argv)
         if (!file.Open(output, error)) return Failure("export", error);
         std::vector<std::string> keys;
         for (const CString& key : list.Keys()) keys.push_back(key.str());
+        std::unique_ptr<LineOutput> out = check ? std::make_unique<HeldOutput>(file.Stream(), *check)
+                                                : std::make_unique<LineOutput>(file.Stream());
         bool written;
-        if (format == "csv") written = WriteCsv(list, file.Stream(), options.Has("bom"), &progress);
-        else if (format == "json") written = WriteJsonLines(list, keys, file.Stream(), &progress);
-        else written = PrintTable(list, file.Stream(), &progress);
-        if (!written) return Failure("export", where + ": " + SystemReason(errno ? errno : EIO));
+        if (format == "csv") written = WriteCsv(list, *out, options.Has("bom"), &progress);
+        else if (format == "json") written = WriteJsonLines(list, keys, *out, &progress);
+        else written = PrintTable(list, *out, &progress);
+        const int writeError = errno;
         reading.Clear();
+        if (check && !MainFolder::Report(check->Diagnostics())) return kExitFailed;  // nothing was written
+        if (!written) return Failure("export", where + ": " + SystemReason(writeError ? writeError : EIO));
         if (!MainFolder::Report(list.Diagnostics())) return kExitFailed;  // the file is not put in place
         if (!file.Commit(error)) return Failure("export", error);
     } else {

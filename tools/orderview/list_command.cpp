@@ -2,11 +2,13 @@
 // CSV or JSON Lines on standard output.
 #include <cerrno>
 #include <cstdio>
+#include <memory>
 #include <string>
 #include <vector>
 
 #include "cli_support.h"
 #include "commands.h"
+#include "day_check.h"
 #include "list_output.h"
 #include "main_folder.h"
 #include "options.h"
@@ -65,29 +67,31 @@ int ListCommand(int argc, char** argv)
 
     MainFolder folder(options.Get("main"));
     if (!folder.Ok()) return kExitFailed;
-    // Rows go out as they are read when standard output is a file that can be cut back if a line
-    // of the day turns out malformed; otherwise the day is read through first, since nothing
-    // written to a pipe or a terminal can be taken back.
+    // The day is read once, each row written as it is filled. Standard output that is a file is
+    // cut back to where it stood if a line of the day turns out malformed; anything else cannot
+    // take a row back, so the rows wait until a check of the whole day, on a thread of its own,
+    // has passed.
     const OutputMark mark;
-    const bool oneReading = mark.CanTakeBack();
-    Progress reading("reading", OrderList::FileSize(MainFolderPath(options.Get("main")), choice.kind), options.Has("quiet"));
-    OrderList list(folder.Host(), choice.kind, choice.mode, choice.columns, &reading, oneReading);
-    if (!oneReading && !MainFolder::Report(list.Diagnostics())) return kExitFailed;
-    // Rows on the terminal show their own progress.
-    const bool rowsToTerminal = Progress::OutputIsTerminal();
-    Progress progress("list", oneReading ? 0 : static_cast<size_t>(list.GetItemCount()),
-                      options.Has("quiet") || rowsToTerminal || oneReading);
-    progress.SetRowsToTerminal(rowsToTerminal);
+    std::unique_ptr<DayCheck> check;
+    if (!mark.CanTakeBack()) check = std::make_unique<DayCheck>(OrderList::OpenDay(folder.Host(), choice.kind),
+                                                                choice.kind == ListKind::Deal);
+    // Rows on the terminal show their own progress: no bar among them.
+    Progress reading("reading", OrderList::FileSize(MainFolderPath(options.Get("main")), choice.kind),
+                     options.Has("quiet") || Progress::OutputIsTerminal());
+    OrderList list(folder.Host(), choice.kind, choice.mode, choice.columns, &reading, true);
     std::vector<std::string> keys;
     for (const CString& key : list.Keys()) keys.push_back(key.str());
+    std::unique_ptr<LineOutput> out = check ? std::make_unique<HeldOutput>(stdout, *check)
+                                            : std::make_unique<LineOutput>(stdout);
     bool written;
-    if (format == "csv") written = WriteCsv(list, stdout, options.Has("bom"), &progress);
-    else if (format == "json") written = WriteJsonLines(list, keys, stdout, &progress);
-    else written = PrintTable(list, stdout, &progress);
+    if (format == "csv") written = WriteCsv(list, *out, options.Has("bom"), nullptr);
+    else if (format == "json") written = WriteJsonLines(list, keys, *out, nullptr);
+    else written = PrintTable(list, *out, nullptr);
     const int error = errno;
     reading.Clear();
+    if (check && !MainFolder::Report(check->Diagnostics())) return kExitFailed;  // nothing was written
     if (!written || !MainFolder::Report(list.Diagnostics())) {
-        if (oneReading) mark.TakeBack();
+        if (!check) mark.TakeBack();
         if (!written) return Failure("list", "standard output: " + SystemReason(error));
         return kExitFailed;
     }

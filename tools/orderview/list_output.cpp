@@ -28,11 +28,6 @@ std::size_t Utf8Length(std::string_view text, std::size_t i)
     return length;
 }
 
-bool Put(const std::string& line, std::FILE* out)
-{
-    return std::fwrite(line.data(), 1, line.size(), out) == line.size();
-}
-
 }  // namespace
 
 void AppendCsvField(std::string& out, std::string_view text)
@@ -109,7 +104,7 @@ std::string JsonColumnsLine(const std::vector<std::string>& keys, const std::vec
     return line;
 }
 
-bool WriteCsv(const OrderList& list, std::FILE* out, bool byteOrderMark, Progress* progress)
+bool WriteCsv(const OrderList& list, LineOutput& out, bool byteOrderMark, Progress* progress)
 {
     const int columns = list.GetColumnCount();
     std::string line = byteOrderMark ? "\xEF\xBB\xBF" : "";
@@ -118,7 +113,7 @@ bool WriteCsv(const OrderList& list, std::FILE* out, bool byteOrderMark, Progres
         AppendCsvField(line, list.GetColumnText(c).str());
     }
     line += "\r\n";
-    if (!Put(line, out)) return false;
+    if (!out.Put(line)) return false;
     for (int r = 0; list.ReachRow(r); ++r) {
         line.clear();
         for (int c = 0; c < columns; ++c) {
@@ -127,19 +122,19 @@ bool WriteCsv(const OrderList& list, std::FILE* out, bool byteOrderMark, Progres
         }
         line += "\r\n";
         if (progress) progress->BeforeOutput();
-        if (!Put(line, out)) return false;
+        if (!out.Put(line)) return false;
         if (progress) progress->Step(static_cast<std::size_t>(r) + 1);
     }
-    return std::fflush(out) == 0;
+    return out.Flush();
 }
 
-bool WriteJsonLines(const OrderList& list, const std::vector<std::string>& keys, std::FILE* out,
+bool WriteJsonLines(const OrderList& list, const std::vector<std::string>& keys, LineOutput& out,
                     Progress* progress)
 {
     const int columns = list.GetColumnCount();
     std::vector<std::string> headings;
     for (int c = 0; c < columns; ++c) headings.push_back(list.GetColumnText(c).str());
-    if (!Put(JsonColumnsLine(keys, headings), out)) return false;
+    if (!out.Put(JsonColumnsLine(keys, headings))) return false;
     std::vector<std::string> quotedKeys;
     for (const std::string& key : keys) {
         std::string quoted;
@@ -156,10 +151,10 @@ bool WriteJsonLines(const OrderList& list, const std::vector<std::string>& keys,
         }
         line += "}\n";
         if (progress) progress->BeforeOutput();
-        if (!Put(line, out)) return false;
+        if (!out.Put(line)) return false;
         if (progress) progress->Step(static_cast<std::size_t>(r) + 1);
     }
-    return std::fflush(out) == 0;
+    return out.Flush();
 }
 
 }  // namespace ovcli

@@ -16,6 +16,7 @@
 #include <string_view>
 #include <vector>
 
+#include "line_output.h"
 #include "order_list.h"
 
 namespace ovcli {
@@ -31,8 +32,8 @@ std::string JsonColumnsLine(const std::vector<std::string>& keys, const std::vec
 
 // Write the list to `out`, its rows in order; false when a write failed. `keys` name the list's
 // columns in order. `progress` (when set) counts the rows written.
-bool WriteCsv(const OrderList& list, std::FILE* out, bool byteOrderMark, Progress* progress);
-bool WriteJsonLines(const OrderList& list, const std::vector<std::string>& keys, std::FILE* out,
+bool WriteCsv(const OrderList& list, LineOutput& out, bool byteOrderMark, Progress* progress);
+bool WriteJsonLines(const OrderList& list, const std::vector<std::string>& keys, LineOutput& out,
                     Progress* progress);
 
 }  // namespace ovcli

@@ -162,12 +162,17 @@ std::size_t OrderList::FileSize(const std::string& mainFolder, ListKind kind)
     return error ? 0 : static_cast<std::size_t>(size);
 }
 
+orderview::RecordFile OrderList::OpenDay(orderview::DefaultHost& host, ListKind kind)
+{
+    const bool deals = kind == ListKind::Deal;
+    return orderview::RecordFile(host.s_PathGetSysPath(0) + (deals ? "\\deals.csv" : "\\orders.csv"),
+                                 deals ? "deals.csv" : "orders.csv",
+                                 deals ? orderview::RecordFile::Kind::Deals : orderview::RecordFile::Kind::Orders);
+}
+
 OrderList::OrderList(orderview::DefaultHost& host, ListKind kind, int mode, std::vector<CString> columns,
                      Progress* scan, bool stream)
-    : host_(host), kind_(kind), mode_(mode), columns_(std::move(columns)),
-      file_(host.s_PathGetSysPath(0) + (kind == ListKind::Deal ? "\\deals.csv" : "\\orders.csv"),
-            kind == ListKind::Deal ? "deals.csv" : "orders.csv",
-            kind == ListKind::Deal ? orderview::RecordFile::Kind::Deals : orderview::RecordFile::Kind::Orders)
+    : host_(host), kind_(kind), mode_(mode), columns_(std::move(columns)), file_(OpenDay(host, kind))
 {
     for (const CString& key : columns_) headings_.push_back(host_.LangGetLangString(key));
     if (stream) {

@@ -59,6 +59,8 @@ public:
     // folder, no sys/, an unreadable day file); empty when it can.
     static std::string DayProblem(const std::string& mainOption, ListKind kind);
     static std::size_t FileSize(const std::string& mainFolder, ListKind kind);
+    // The day's file of a list of `kind`, opened through the host's system folder.
+    static orderview::RecordFile OpenDay(orderview::DefaultHost& host, ListKind kind);
     const std::vector<CString>& Diagnostics() const { return file_.Diagnostics(); }
     const std::vector<CString>& Keys() const { return columns_; }
 

@@ -35,14 +35,10 @@ size_t CellWidth(std::string_view text) { return std::min(DisplayWidth(text), kM
 
 std::string_view View(const CString& text) { return {text.GetString(), static_cast<size_t>(text.GetLength())}; }
 
-bool Put(const std::string& line, std::FILE* out)
-{
-    return std::fwrite(line.data(), 1, line.size(), out) == line.size();
-}
 
 }  // namespace
 
-bool PrintTable(const OrderList& list, std::FILE* out, Progress* progress)
+bool PrintTable(const OrderList& list, LineOutput& out, Progress* progress)
 {
     const int columns = list.GetColumnCount();
     std::vector<size_t> widths(static_cast<size_t>(columns));
@@ -67,7 +63,7 @@ bool PrintTable(const OrderList& list, std::FILE* out, Progress* progress)
         for (int c = 0; c < columns; ++c)
             AppendCell(line, text(c), widths[static_cast<size_t>(c)], right[static_cast<size_t>(c)], c + 1 == columns);
         line += '\n';
-        if (!Put(line, out)) return false;
+        if (!out.Put(line)) return false;
         if (progress && row >= 0) progress->Step(static_cast<size_t>(row) + 1);
         return true;
     };
@@ -77,12 +73,12 @@ bool PrintTable(const OrderList& list, std::FILE* out, Progress* progress)
         line.append(widths[static_cast<size_t>(c)], '-');
         line += c + 1 == columns ? "\n" : "  ";
     }
-    if (!Put(line, out)) return false;
+    if (!out.Put(line)) return false;
     for (std::size_t r = 0; r < first.size(); ++r)
         if (!putRow(static_cast<int>(r), [&](int c) { return std::string_view(first[r][static_cast<size_t>(c)]); })) return false;
     for (int r = static_cast<int>(first.size()); list.ReachRow(r); ++r)
         if (!putRow(r, [&](int c) { return list.CellText(r, c); })) return false;
-    return std::fflush(out) == 0;
+    return out.Flush();
 }
 
 }  // namespace ovcli

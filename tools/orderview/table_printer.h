@@ -4,8 +4,7 @@
 // but the last is at most 60 wide, its longer texts cut between characters.
 #pragma once
 
-#include <cstdio>
-
+#include "line_output.h"
 #include "order_list.h"
 
 namespace ovcli {
@@ -13,6 +12,6 @@ namespace ovcli {
 class Progress;
 
 // Writes `list` to `out`, its rows in order; false when writing failed.
-bool PrintTable(const OrderList& list, std::FILE* out, Progress* progress);
+bool PrintTable(const OrderList& list, LineOutput& out, Progress* progress);
 
 }  // namespace ovcli
