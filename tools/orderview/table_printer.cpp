@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "display_width.h"
@@ -34,7 +35,6 @@ void AppendCell(std::string& line, std::string_view shown, size_t width, bool ri
 size_t CellWidth(std::string_view text) { return std::min(DisplayWidth(text), kMaxColumnWidth); }
 
 std::string_view View(const CString& text) { return {text.GetString(), static_cast<size_t>(text.GetLength())}; }
-
 
 }  // namespace
 
@@ -74,8 +74,11 @@ bool PrintTable(const OrderList& list, LineOutput& out, Progress* progress)
         line += c + 1 == columns ? "\n" : "  ";
     }
     if (!out.Put(line)) return false;
-    for (std::size_t r = 0; r < first.size(); ++r)
-        if (!putRow(static_cast<int>(r), [&](int c) { return std::string_view(first[r][static_cast<size_t>(c)]); })) return false;
+    for (std::size_t r = 0; r < first.size(); ++r) {
+        const std::vector<std::string>& kept = first[r];
+        if (!putRow(static_cast<int>(r), [&](int c) { return std::string_view(kept[static_cast<size_t>(c)]); }))
+            return false;
+    }
     for (int r = static_cast<int>(first.size()); list.ReachRow(r); ++r)
         if (!putRow(r, [&](int c) { return list.CellText(r, c); })) return false;
     return out.Flush();
