@@ -8,5 +8,5 @@ cd "$(dirname "$0")/.."
 cmake --workflow --preset coverage
 gcovr --root . --object-directory build/coverage --exclude 'tests/' --exclude 'tools/' --exclude 'bench/' \
       --exclude 'build/' --exclude-directories 'build/coverage/(tests|tools|bench|googletest)' \
-      --exclude-throw-branches --print-summary "$@" >build/coverage/gcovr.txt
+      --exclude-throw-branches --print-summary "$@" build/coverage >build/coverage/gcovr.txt
 tail -n 3 build/coverage/gcovr.txt
