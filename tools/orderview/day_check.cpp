@@ -53,4 +53,10 @@ bool HeldOutput::Release()
     return !refused_ && std::fwrite(held.data(), 1, held.size(), stream_) == held.size();
 }
 
+std::unique_ptr<LineOutput> RowsTo(std::FILE* stream, DayCheck* check)
+{
+    if (check) return std::make_unique<HeldOutput>(stream, *check);
+    return std::make_unique<LineOutput>(stream);
+}
+
 }  // namespace ovcli

@@ -8,6 +8,7 @@
 #include <atomic>
 #include <cstddef>
 #include <cstdio>
+#include <memory>
 #include <string>
 #include <thread>
 #include <vector>
@@ -63,5 +64,8 @@ private:
     bool holding_ = true;
     bool refused_ = false;
 };
+
+// The rows' way to `stream`: held back by `check` when there is one, else straight.
+std::unique_ptr<LineOutput> RowsTo(std::FILE* stream, DayCheck* check);
 
 }  // namespace ovcli

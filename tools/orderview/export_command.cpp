@@ -178,8 +178,7 @@ int ExportCommand(int argc, char** argv)
         if (!file.Open(output, error)) return Failure("export", error);
         std::vector<std::string> keys;
         for (const CString& key : list.Keys()) keys.push_back(key.str());
-        std::unique_ptr<LineOutput> out = check ? std::make_unique<HeldOutput>(file.Stream(), *check)
-                                                : std::make_unique<LineOutput>(file.Stream());
+        const std::unique_ptr<LineOutput> out = RowsTo(file.Stream(), check.get());
         bool written;
         if (format == "csv") written = WriteCsv(list, *out, options.Has("bom"), &progress);
         else if (format == "json") written = WriteJsonLines(list, keys, *out, &progress);

@@ -81,8 +81,7 @@ int ListCommand(int argc, char** argv)
     OrderList list(folder.Host(), choice.kind, choice.mode, choice.columns, &reading, true);
     std::vector<std::string> keys;
     for (const CString& key : list.Keys()) keys.push_back(key.str());
-    std::unique_ptr<LineOutput> out = check ? std::make_unique<HeldOutput>(stdout, *check)
-                                            : std::make_unique<LineOutput>(stdout);
+    const std::unique_ptr<LineOutput> out = RowsTo(stdout, check.get());
     bool written;
     if (format == "csv") written = WriteCsv(list, *out, options.Has("bom"), nullptr);
     else if (format == "json") written = WriteJsonLines(list, keys, *out, nullptr);
