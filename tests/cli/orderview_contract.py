@@ -18,6 +18,9 @@ import sys
 import tempfile
 import time
 
+sys.path.insert(0, os.path.join(os.path.dirname(os.path.abspath(__file__)), "..", "support"))
+import judging  # noqa: E402
+
 THEME, PROGRAM, SAMPLE, VERSION = sys.argv[1:5]
 EXPORTTOOL = sys.argv[5] if len(sys.argv) > 5 else None
 HERE = os.path.dirname(os.path.abspath(__file__))
@@ -680,10 +683,7 @@ def test_check(work):
 def main():
     with tempfile.TemporaryDirectory() as work:
         globals()["test_" + THEME](work)
-    for failure in failures:
-        print("FAIL:", failure)
-    print("orderview %s: %d failures" % (THEME, len(failures)))
-    return 1 if failures else 0
+    return judging.report(failures, "orderview %s: %d failures" % (THEME, len(failures)), most=None)
 
 
 if __name__ == "__main__":

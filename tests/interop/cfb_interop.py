@@ -17,6 +17,9 @@ import tempfile
 
 import olefile
 
+sys.path.insert(0, os.path.join(os.path.dirname(os.path.abspath(__file__)), "..", "support"))
+import judging  # noqa: E402
+
 
 def pattern(size):
     return bytes(((i * 131 + size * 7 + i // 256) & 0xFF) for i in range(size))
@@ -133,10 +136,8 @@ def main():
     tool, corpus = sys.argv[1], sys.argv[2]
     with tempfile.TemporaryDirectory() as work:
         failures = check_written(tool, work) + check_corpus(tool, corpus)
-    for failure in failures:
-        print("FAIL:", failure)
-    print("%d passed, %d failed" % (2 - (1 if failures else 0), 1 if failures else 0))
-    return 1 if failures else 0
+    return judging.report(failures, "%d passed, %d failed" % (2 - (1 if failures else 0), 1 if failures else 0),
+                          most=None)
 
 
 if __name__ == "__main__":

@@ -24,6 +24,9 @@ import subprocess
 import sys
 import tempfile
 
+sys.path.insert(0, os.path.join(os.path.dirname(os.path.abspath(__file__)), "..", "support"))
+import judging  # noqa: E402
+
 COLUMNS = [["Account", 0], ["IDS_ORDER-ITEM_COMMODITY", 0], ["Qty", 1], ["Price", 1], ["Change", 1],
            ["Time", 1], ["Side", 2], ["IDS_ORDER-ITEM_AVEPRICE", 1], ["Note", 1]]
 USER = {"name": "Wang", "branch": "9A95", "main_branch": "9A00", "account": "1234567"}
@@ -65,16 +68,9 @@ def run_export(tool, mode, plan, out, home):
 
 
 def libreoffice_xlsx(path, work, html):
-    profile = tempfile.mkdtemp(dir=work)
-    out_dir = tempfile.mkdtemp(dir=work)
-    command = ["soffice", "-env:UserInstallation=file://" + profile, "--headless"]
-    if html:
-        command.append("--infilter=HTML (StarCalc)")
-    subprocess.run(command + ["--convert-to", "xlsx", "--outdir", out_dir, path],
-                   check=True, capture_output=True, timeout=600)
     import openpyxl
-    book = openpyxl.load_workbook(os.path.join(out_dir, os.path.splitext(os.path.basename(path))[0] + ".xlsx"))
-    return book.worksheets[0]
+    out_dir = judging.libreoffice([path], "xlsx", work, html=html)
+    return openpyxl.load_workbook(judging.converted(path, out_dir, ".xlsx")).worksheets[0]
 
 
 def check(failures, where, got, want):
@@ -196,10 +192,7 @@ def main():
         else:
             print("unknown mode", mode)
             return 2
-    for failure in failures[:50]:
-        print("FAIL:", failure)
-    print("%s: %d failures" % (mode, len(failures)))
-    return 1 if failures else 0
+    return judging.report(failures, "%s: %d failures" % (mode, len(failures)))
 
 
 if __name__ == "__main__":

@@ -17,6 +17,9 @@ import tempfile
 
 import xlrd
 
+sys.path.insert(0, os.path.join(os.path.dirname(os.path.abspath(__file__)), "..", "support"))
+import judging  # noqa: E402
+
 
 def same(kind, expected, actual):
     if kind == "text":
@@ -95,11 +98,9 @@ def main():
                 failures += compare(expected["sheets"] if not found else [], xlrd_sheets(resaved), label + " (saved again)")
             except Exception as error:
                 failures.append("%s: xlrd cannot read it saved again: %s" % (label, error))
-    for failure in failures[:200]:
-        print("FAIL:", failure)
     print("corpus: %d files compared, %d rejected by xlrd survived" % (checked, rejected))
-    print("%d passed, %d failed" % (0 if failures else 1, 1 if failures else 0))
-    return 1 if failures else 0
+    return judging.report(failures, "%d passed, %d failed" % (0 if failures else 1, 1 if failures else 0),
+                          most=200)
 
 
 if __name__ == "__main__":

@@ -21,10 +21,13 @@ import tempfile
 
 import olefile
 
-# Separator ',', quote '"', UTF-8, from line 1, standard cell format, language, quoted fields as
-# text, detect special numbers, save cell contents as shown, no formulas, no trimming, all sheets.
-CSV_OPTIONS = "44,34,76,1,,0,false,true,true,false,false,-1"
-FORMULA_OPTIONS = "44,34,76,1,,0,false,true,true,true,false,-1"
+sys.path.insert(0, os.path.join(os.path.dirname(os.path.abspath(__file__)), "..", "support"))
+import judging  # noqa: E402
+
+# From line 1, standard cell format, language, quoted fields as text, detect special numbers,
+# save cell contents as shown, no formulas (or formulas), no trimming, all sheets.
+CSV_OPTIONS = judging.CSV_UTF8 + ",1,,0,false,true,true,false,false,-1"
+FORMULA_OPTIONS = judging.CSV_UTF8 + ",1,,0,false,true,true,true,false,-1"
 
 
 def loads(tool, path):
@@ -36,13 +39,9 @@ def loads(tool, path):
 
 def convert(files, work, name, options=CSV_OPTIONS):
     """CSV of every sheet of `files`; returns the output folder."""
-    profile = tempfile.mkdtemp(dir=work)
     out_dir = os.path.join(work, name)
     os.makedirs(out_dir)
-    subprocess.run(["soffice", "-env:UserInstallation=file://" + profile, "--headless", "--convert-to",
-                    "csv:Text - txt - csv (StarCalc):" + options, "--outdir", out_dir] + files,
-                   check=True, capture_output=True, timeout=1800)
-    return out_dir
+    return judging.libreoffice(files, options, work, out_dir=out_dir, timeout=1800)
 
 
 def sheets_of(folder, stem):

@@ -18,6 +18,9 @@ import subprocess
 import sys
 import tempfile
 
+sys.path.insert(0, os.path.join(os.path.dirname(os.path.abspath(__file__)), "..", "support"))
+import judging  # noqa: E402
+
 HERE = os.path.dirname(os.path.abspath(__file__))
 POI_CLASSPATH = ":".join(["/usr/share/java/poi.jar", "/usr/share/java/commons-collections4.jar",
                           "/usr/share/java/commons-math3.jar", "/usr/share/java/commons-codec.jar"])
@@ -101,12 +104,8 @@ def read_poi(path, work):
 
 def read_libreoffice(path, work, sheets):
     """Every sheet as CSV (raw values, full precision), through headless LibreOffice."""
-    profile = tempfile.mkdtemp(dir=work)
-    out_dir = tempfile.mkdtemp(dir=work)
-    options = "44,34,76,1,,0,false,true,false,false,false,-1"
-    subprocess.run(["soffice", "-env:UserInstallation=file://" + profile, "--headless", "--convert-to",
-                    "csv:Text - txt - csv (StarCalc):" + options, "--outdir", out_dir, path],
-                   check=True, capture_output=True, timeout=600)
+    # From line 1, standard cell format, quoted fields as text, raw values, all sheets.
+    out_dir = judging.libreoffice([path], judging.CSV_UTF8 + ",1,,0,false,true,false,false,false,-1", work)
     stem = os.path.splitext(os.path.basename(path))[0]
     values = {}
     for sheet in sheets:
@@ -143,10 +142,7 @@ def main():
             failures += compare(expected, read_poi(path, work), "poi")
         elif reader == "libreoffice":
             failures += compare(expected, read_libreoffice(path, work, names), "libreoffice")
-    for failure in failures[:50]:
-        print("FAIL:", failure)
-    print("%d passed, %d failed" % (0 if failures else 1, 1 if failures else 0))
-    return 1 if failures else 0
+    return judging.report(failures, "%d passed, %d failed" % (0 if failures else 1, 1 if failures else 0))
 
 
 if __name__ == "__main__":

@@ -26,6 +26,9 @@ import sys
 import tempfile
 import unicodedata
 
+sys.path.insert(0, os.path.join(os.path.dirname(os.path.abspath(__file__)), "..", "support"))
+import judging  # noqa: E402
+
 PROGRAM, SAMPLE, MODE = sys.argv[1], sys.argv[2], sys.argv[3]
 failures = []
 
@@ -89,16 +92,8 @@ def csv_export(folder, work, kind):
 
 
 def libreoffice_csv(path, work, html=False):
-    profile = tempfile.mkdtemp(dir=work)
-    out_dir = tempfile.mkdtemp(dir=work)
-    command = ["soffice", "-env:UserInstallation=file://" + profile, "--headless"]
-    if html:
-        command.append("--infilter=HTML (StarCalc)")
-    # 44 comma, 34 quote, 76 UTF-8.
-    subprocess.run(command + ["--convert-to", "csv:Text - txt - csv (StarCalc):44,34,76", "--outdir", out_dir, path],
-                   check=True, capture_output=True, timeout=600)
-    name = os.path.splitext(os.path.basename(path))[0] + ".csv"
-    with open(os.path.join(out_dir, name), encoding="utf-8", newline="") as f:
+    out_dir = judging.libreoffice([path], judging.CSV_UTF8, work, html=html)
+    with open(judging.converted(path, out_dir, ".csv"), encoding="utf-8", newline="") as f:
         return list(csv.reader(f))
 
 
@@ -266,10 +261,7 @@ def main():
         else:
             print("unknown mode", MODE)
             return 2
-    for failure in failures[:40]:
-        print("FAIL:", failure)
-    print("%s: %d failures" % (MODE, len(failures)))
-    return 1 if failures else 0
+    return judging.report(failures, "%s: %d failures" % (MODE, len(failures)), most=40)
 
 
 if __name__ == "__main__":
