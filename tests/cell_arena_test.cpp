@@ -54,21 +54,6 @@ TEST(CellArena, LiveRunsNeverOverlap)
     for (const Block& run : live) arena.Deallocate(run.data, run.size);
 }
 
-TEST(CellArena, AFreedRunServesTheNextOfItsSize)
-{
-    CellArena arena;
-    void* first = arena.Allocate(160);
-    arena.Allocate(160);
-    arena.Deallocate(first, 160);
-    EXPECT_NE(arena.Allocate(32), first);  // another size takes fresh memory
-    EXPECT_EQ(arena.Allocate(160), first);
-    // Once closed, freed runs are no longer handed out again.
-    void* third = arena.Allocate(160);
-    arena.Close();
-    arena.Deallocate(third, 160);
-    EXPECT_NE(arena.Allocate(160), third);
-}
-
 // Under AddressSanitizer a step past a run, or into a freed one, is caught as on the heap.
 TEST(CellArena, SanitizerSeesPastARun)
 {

@@ -45,22 +45,6 @@ protected:
     ovtest::TempFolder folder;
 };
 
-TEST_F(CompoundFileTest, NewFileHasOnlyTheRoot)
-{
-    CompoundFile cf;
-    ASSERT_TRUE(cf.Create(Path()));
-    cf.Close();
-    const auto bytes = ReadFile(Path());
-    ASSERT_EQ(bytes.size(), 3u * 512);  // header, table sector 0, directory sector 1
-    EXPECT_EQ(xls::cfb::Get16(bytes.data() + 24), 0x3B);
-    EXPECT_EQ(xls::cfb::Get32(bytes.data() + 44), 1u);
-    EXPECT_EQ(xls::cfb::Get32(bytes.data() + 48), 1u);
-    EXPECT_EQ(xls::cfb::Get32(bytes.data() + 512), xls::cfb::kFatSector);
-    EXPECT_EQ(xls::cfb::Get32(bytes.data() + 516), xls::cfb::kEndOfChain);
-    ASSERT_TRUE(cf.Open(Path()));
-    EXPECT_TRUE(cf.List().empty());
-}
-
 TEST_F(CompoundFileTest, StreamsOfEverySizeRoundTrip)
 {
     const std::vector<std::pair<std::wstring, std::size_t>> streams = {
@@ -184,40 +168,33 @@ TEST_F(CompoundFileTest, ChildrenInDirectoryOrder)
 {
     CompoundFile cf;
     ASSERT_TRUE(cf.Create(Path()));
-    for (const wchar_t* name : {L"B", L"AA", L"A", L"b", L"\u00C4", L"ZZZ", L"a"}) cf.MakeFile(name);
+    // A name outside the BMP is two UTF-16 units long, whatever the width of wchar_t.
+    const std::wstring emoji = sizeof(wchar_t) == 4
+                                   ? std::wstring(1, static_cast<wchar_t>(0x1F600))
+                                   : std::wstring{static_cast<wchar_t>(0xD83D), static_cast<wchar_t>(0xDE00)};
+    const std::wstring cjk = L"\u5de5\u4f5c\u8868";
+    const std::vector<std::wstring> made = {L"B", L"AA", L"A", L"b", L"\u00C4",
+                                            cjk, L"ZZZ", emoji, L"a"};
+    for (const std::wstring& name : made) cf.MakeFile(name);
     const auto names = [&cf] {
         std::vector<std::wstring> paths;
         for (const auto& entry : cf.List()) paths.push_back(entry.path);
         return paths;
     };
-    const std::vector<std::wstring> expected = {L"\\A", L"\\B", L"\\a", L"\\b", L"\\\u00C4", L"\\AA", L"\\ZZZ"};
+    const std::vector<std::wstring> expected = {L"\\A", L"\\B", L"\\a", L"\\b", L"\\\u00C4",
+                                                L"\\AA", L"\\" + emoji, L"\\ZZZ", L"\\" + cjk};
     EXPECT_EQ(names(), expected);
     cf.Close();
     ASSERT_TRUE(cf.Open(Path()));  // the sibling tree read back gives the same order
     EXPECT_EQ(names(), expected);
-}
-
-// Wide names survive, surrogate pairs included; a lookup that ignores case finds the stored
-// name, exact lookups stay exact.
-TEST_F(CompoundFileTest, WideNamesAndCaseInsensitiveLookup)
-{
-    const std::wstring cjk = L"\u5de5\u4f5c\u8868";
-    const std::wstring emoji = sizeof(wchar_t) == 4 ? std::wstring(1, static_cast<wchar_t>(0x1F600))
-                                                    : std::wstring{static_cast<wchar_t>(0xD83D), static_cast<wchar_t>(0xDE00)};
-    Build({{L"\\" + cjk, 3}, {L"\\" + emoji, 4}, {L"\\WorkBook", 10}});
-    CompoundFile cf;
-    ASSERT_TRUE(cf.Open(Path()));
-    std::vector<std::uint8_t> data;
-    EXPECT_TRUE(cf.ReadStream(L"\\" + cjk, data));
-    EXPECT_TRUE(cf.ReadStream(L"\\" + emoji, data));
-    EXPECT_EQ(data.size(), 4u);
+    // A lookup that ignores case finds the stored name; exact lookups stay exact.
     std::wstring actual;
-    EXPECT_TRUE(cf.FindStreamNoCase(cjk, actual));
-    ASSERT_TRUE(cf.FindStreamNoCase(L"Workbook", actual));
-    EXPECT_EQ(actual, L"WorkBook");
-    EXPECT_FALSE(cf.FindStreamNoCase(L"Workbooks", actual));
+    ASSERT_TRUE(cf.FindStreamNoCase(L"zzz", actual));
+    EXPECT_EQ(actual, L"ZZZ");
+    EXPECT_FALSE(cf.FindStreamNoCase(L"ZZ", actual));
     std::uint64_t size;
-    EXPECT_FALSE(cf.StreamSize(L"\\Workbook", size));
+    EXPECT_FALSE(cf.StreamSize(L"\\zzz", size));
+    EXPECT_TRUE(cf.StreamSize(L"\\" + emoji, size));
 }
 
 // Damaged images: each must be refused at Open or at the stream read, never crash or hang.
@@ -258,6 +235,8 @@ protected:
 TEST_F(DamagedImage, HeaderFields)
 {
     EXPECT_EQ(Try(image), std::make_pair(true, true));
+    EXPECT_EQ(xls::cfb::Get16(image.data() + 24), 0x3B);  // the minor version
+    EXPECT_EQ(xls::cfb::Get32(Sector(image, 0)), xls::cfb::kFatSector);  // the table's own sector
     struct Case { std::size_t offset; std::uint16_t value; };
     for (const Case c : {Case{30, 10}, Case{30, 0}, Case{30, 40}, Case{32, 7}, Case{32, 0}}) {
         auto bytes = image;
@@ -312,22 +291,6 @@ TEST_F(DamagedImage, DirectoryLinks)
     EXPECT_TRUE(unnamed.List().empty());
 }
 
-TEST_F(DamagedImage, BlocksPastTheEndReadAsNothing)
-{
-    auto bytes = image;
-    bytes.resize(bytes.size() - 700);  // the large stream loses its last bytes
-    CompoundFile cf;
-    ASSERT_TRUE(cf.OpenMemory(bytes.data(), bytes.size()));
-    std::vector<std::uint8_t> small, large;
-    ASSERT_TRUE(cf.ReadStream(L"\\small", small));
-    EXPECT_EQ(small, Pattern(100, 1));
-    ASSERT_TRUE(cf.ReadStream(L"\\large", large));
-    ASSERT_EQ(large.size(), 5000u);
-    const auto expected = Pattern(5000, 2);
-    EXPECT_TRUE(std::equal(large.begin(), large.begin() + 4000, expected.begin()));
-    EXPECT_TRUE(std::all_of(large.begin() + 4500, large.end(), [](std::uint8_t b) { return b == 0; }));
-}
-
 // A stream read in place (a container opened as a view) must hold what ReadStream copies,
 // wherever its sectors lie: "large" with each neighbouring pair of its 10 sectors swapped, the
 // chain with them, and cut short.
@@ -368,6 +331,13 @@ TEST_F(DamagedImage, ViewsHoldWhatReadsCopy)
             std::size_t size = 0;
             ASSERT_TRUE(cf.ViewStream(name, data, size, copy));
             EXPECT_EQ(std::vector<std::uint8_t>(data, data + size), read) << i << " " << name;
+            // Cut short: what the file lost reads as zeros.
+            if (i + 1 == images.size() && name[1] == L'l') {
+                const auto expected = Pattern(5000, 2);
+                ASSERT_EQ(read.size(), 5000u);
+                EXPECT_TRUE(std::equal(read.begin(), read.begin() + 4000, expected.begin()));
+                EXPECT_EQ(std::count(read.begin() + 4500, read.end(), 0), 500);
+            }
             // In place exactly when the sectors lie in order and the file holds them all ("small"
             // lives in the mini stream, which is never in place).
             const bool inPlace = copy.empty();

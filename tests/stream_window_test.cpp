@@ -1,32 +1,21 @@
 // A workbook stream read from its file in parts must read as the same stream held whole: the
-// window's bytes, the record chains it holds, the sheets read through it, and whole workbooks
-// loaded from files against the same bytes loaded from memory.
+// window's bytes and the record chains it holds. Sheets and whole workbooks read through it are
+// compared with their bytes by the stream-parts check of the fuzz regression test.
 #include <gtest/gtest.h>
 
-#include <filesystem>
-#include <fstream>
-#include <iterator>
 #include <random>
 #include <string>
 #include <vector>
 
 #include "fuzz/stream_parts_input.h"
 #include "support/temp_folder.h"
-#include "xls/book.h"
 #include "xls/detail/stream_window.h"
-#include "xls/workbook_records.h"
 
 namespace {
 
 using Bytes = std::vector<std::uint8_t>;
 
 using stream_parts::WriteFile;
-
-Bytes ReadFile(const std::filesystem::path& path)
-{
-    std::ifstream in(path, std::ios::binary);
-    return Bytes((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>());
-}
 
 // Records of random codes and lengths, a fifth of them CONTINUE parts, the last one cut short.
 Bytes RecordStream(std::mt19937& random)
@@ -111,64 +100,6 @@ TEST(StreamWindow, AFileShorterThanTheStreamFailsTheHold)
     EXPECT_FALSE(window.Hold(4000, 4));
     EXPECT_EQ(window.HoldRecordChain(4000), 0u);
     EXPECT_TRUE(window.Hold(0, 4));  // the window recovers
-}
-
-// A workbook past a few parts: 3 sheets, shared strings long enough to need CONTINUE parts.
-Bytes LargeWorkbook()
-{
-    xls::Book book;
-    book.New(3);
-    for (std::size_t s = 0; s < 3; ++s) {
-        xls::Sheet* sheet = book.GetWorksheet(s);
-        for (std::size_t r = 0; r < 3000; ++r) {
-            sheet->Cell(r, 0)->Set(static_cast<int>(r));
-            sheet->Cell(r, 1)->Set(r * 0.37);
-            sheet->Cell(r, 2)->Set(("text " + std::to_string(r * 7 % 1000)).c_str());
-        }
-        sheet->Cell(5, 3)->Set(std::string(9000 + s, 'x').c_str());
-    }
-    Bytes image;
-    EXPECT_TRUE(book.SaveToMemory(image));
-    return image;
-}
-
-std::vector<std::pair<std::string, Bytes>> Workbooks()
-{
-    std::vector<std::pair<std::string, Bytes>> books{{"large", LargeWorkbook()}};
-    const auto folder = std::filesystem::path(ORDERVIEW_FUZZ_REGRESSIONS);
-    for (const char* target : {"workbook", "workbook_roundtrip", "workbook_edit"})
-        if (std::filesystem::exists(folder / target))
-            for (const auto& entry : std::filesystem::directory_iterator(folder / target))
-                if (entry.is_regular_file()) books.emplace_back(entry.path().string(), ReadFile(entry.path()));
-    return books;
-}
-
-// Sheets read through small parts, and whole workbooks loaded from their files, read as from the
-// bytes held whole.
-TEST(StreamWindow, WorkbooksReadThroughPartsAsFromTheirBytes)
-{
-    ovtest::TempFolder folder;
-    std::size_t sheetsCompared = 0;
-    for (const auto& [name, image] : Workbooks()) {
-        SCOPED_TRACE(name);
-        WriteFile(folder.File("book.xls"), image);
-        EXPECT_EQ(stream_parts::CompareBooks(image.data(), image.size(), folder.File("book.xls")), "");
-        bool container = false;
-        const Bytes stream = stream_parts::StreamOf(image.data(), image.size(), container);
-        xls::Workbook globals;
-        if (!container || globals.Read(reinterpret_cast<const char*>(stream.data()), stream.size()) == 0) continue;
-        WriteFile(folder.File("stream.bin"), stream);
-        for (const std::size_t part : {std::size_t{1}, std::size_t{7}, std::size_t{300}})
-            EXPECT_EQ(stream_parts::CompareSheets(stream, folder.File("stream.bin"), part), "");
-        for (const auto& sheet : globals.boundSheets) sheetsCompared += sheet.streamPosition < stream.size();
-    }
-    EXPECT_GE(sheetsCompared, 3u);
-    // The large workbook loads, and its last texts come from the file's later parts.
-    WriteFile(folder.File("book.xls"), LargeWorkbook());
-    xls::Book book;
-    ASSERT_TRUE(book.Load(folder.File("book.xls").c_str()));
-    EXPECT_EQ(book.GetWorksheet(2)->Cell(2999, 2)->GetString(), std::string("text 993"));
-    EXPECT_EQ(book.GetWorksheet(2)->Cell(5, 3)->GetStringLength(), 9002u);
 }
 
 }  // namespace
