@@ -17,16 +17,13 @@ protected:
     ovtest::FakePlatform platform;
 };
 
-TEST_F(ClientLog, DebugLogGetsTheTextBetweenLineFeeds)
+// The debug log gets the text between line feeds; the daily files follow the clock, and without
+// the log folder a line is dropped, the folder not created.
+TEST_F(ClientLog, DebugLogAndDailyFilesFollowingTheClock)
 {
-    CString empty, text = "order sent";
-    EXPECT_TRUE(g_ClientbWriteLog(empty));
+    CString text = "order sent";
     EXPECT_TRUE(g_ClientbWriteLog(text));
-    EXPECT_EQ(host.vecDebugLog, (std::vector<CString>{"\n\n", "\norder sent\n"}));
-}
-
-TEST_F(ClientLog, DailyFilesFollowTheClock)
-{
+    EXPECT_EQ(host.vecDebugLog, (std::vector<CString>{"\norder sent\n"}));
     platform.SetDate(2026, 11, 21, 23, 59, 59);
     AppendDailyLog("first");
     AppendDailyLog("second");
@@ -35,10 +32,6 @@ TEST_F(ClientLog, DailyFilesFollowTheClock)
     AppendDailyLog(nullptr);
     EXPECT_EQ(folder.Read("Log/20261121.log"), "first\nsecond\n");
     EXPECT_EQ(folder.Read("Log/20261122.log"), "after midnight\n\n");
-}
-
-TEST_F(ClientLog, MissingLogFolderIsNotCreated)
-{
     std::filesystem::remove_all(folder.path() + "/Log");
     AppendDailyLog("dropped");
     EXPECT_FALSE(std::filesystem::exists(folder.path() + "/Log"));

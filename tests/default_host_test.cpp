@@ -195,17 +195,19 @@ TEST_F(DefaultHostFiles, ReportsMalformedLinesWithFileAndLine)
     folder.Write("sys/language.txt", "GOOD=1\nno equals sign here\n\n=empty id\n");
     folder.Write("sys/quotes.csv", "service,symbol,item,unit,value\n1,A,1,1,2\n300,A,1,1,2\n1,A,x,1,2\n1,A\n");
     folder.Write("sys/symbols.csv", "service,symbol,market_state\n1,\"unclosed\n");
-    folder.Write("sys/orders.csv", "list,dwBS,bogus,dwOrderQty\ntoday,BB,,1\nsomewhere,B,,1\ntoday,B,,-4\ntoday,S,,7\n");
+    folder.Write("sys/orders.csv",
+                 "list,dwBS,bogus,dwOrderQty\ntoday,BB,,1\nsomewhere,B,,1\ntoday,B,,-4\ntoday,S,,7\ntoday,B\n");
     folder.Write("sys/accounts.csv", "account\nX\n");
     folder.Write("sys/deals.csv", "csOrderNo,dwDealTime,commodity\nA1,93000500,x\nA2,late,x\n");
     folder.Write("sys/accepted.csv", "kind,commodity,denominator,sub_denominator\nforeign_future,"
                                      "ABCDEFGHIJKLMNOPQRSTUVWXYZ0123456789,32,1\nweird,X,,\n");
     DefaultHost host(folder.MainPath());
-    // (record_file_test has the rest of the order table's diagnostics.)
     for (const char* diagnostic : {"language.txt:2:", "language.txt:4:", "quotes.csv:3: bad value '300'",
                                    "quotes.csv:4: bad value 'x'", "quotes.csv:5: expected 5 fields, found 2",
                                    "symbols.csv:2: quoted field is not closed",
                                    "orders.csv:1: unknown order field bogus", "orders.csv:2: bad value 'BB'",
+                                   "orders.csv:3: list must be today or error", "orders.csv:4: bad value '-4'",
+                                   "orders.csv:6: expected 4 fields, found 2",
                                    "deals.csv:1: unknown deal field commodity", "deals.csv:3: bad value 'late'",
                                    "accounts.csv:1: missing column trade_type",
                                    "accepted.csv:2: commodity id longer", "accepted.csv:3: unknown kind"})
@@ -218,16 +220,6 @@ TEST_F(DefaultHostFiles, ReportsMalformedLinesWithFileAndLine)
     ASSERT_EQ(host.vecDeals.size(), 1u);
     EXPECT_EQ(host.vecDeals[0].csOrderNo, "A1");
     EXPECT_FALSE(host.bReload());
-}
-
-TEST(DefaultHost, EmptyFolderIsValid)
-{
-    ovtest::TempFolder folder;
-    DefaultHost host(folder.MainPath());
-    EXPECT_TRUE(host.Diagnostics().empty());
-    EXPECT_EQ(host.LangGetLangString("IDS_X"), "IDS_X");
-    EXPECT_EQ(host.SYS_GetSpecificFractionType(), SpecificFraction_Decimal);
-    EXPECT_EQ(host.csProductName, "OrderView");
 }
 
 TEST(TableHostFormatters, BondQuotesAndDottedFractions)
@@ -273,22 +265,6 @@ TEST(TableHostFormatters, MonthIdsOfContractTexts)
     EXPECT_FALSE(host.g_bGetFutureYearMonth("TXFL6", ym, 0));
 }
 
-// An embedder serves its own tables, language texts included, without deriving a host.
-TEST(TableHost, ServesTablesFedFromCode)
-{
-    orderview::TableHost host;
-    host.csMainPath = "C:\\trader";
-    host.vSetQuote(1, "2330", 125, X1Format(125, 25, 612.5));
-    host.mapLanguage["IDS_ORDER-ITEM_BS_BUY"] = "\xE8\xB2\xB7";
-    ovtest::InstalledHost guard(host);
-    EXPECT_EQ(BKOrderInterface::GetBKInterface().LangGetLangString("IDS_ANY"), "IDS_ANY");
-    EXPECT_EQ(BKOrderInterface::GetBKInterface().LangGetLangString("IDS_ORDER-ITEM_BS_BUY"), "\xE8\xB2\xB7");
-    EXPECT_EQ(s_PathGetSysPath(0), "C:\\trader\\sys");
-    std::vector<X1Format> values;
-    ASSERT_TRUE(BKOrderInterface::GetBKInterface().bGetItemDataByItemNo(1, "2330", {125}, values, true, nullptr));
-    EXPECT_EQ(static_cast<CString>(values[0]), "612.50");
-}
-
 TEST(X1FormatValue, ConversionsAndUnits)
 {
     const X1Format price(125, 27, "12.3456", 7);
@@ -310,7 +286,8 @@ TEST(X1FormatValue, ConversionsAndUnits)
 }
 
 // The language comes from the constructor, else from host.ini [Host] Language, else English; a
-// language asked for whose file is missing, or a name that is not one, is reported.
+// language asked for whose file is missing, or a name that is not one, is reported. Missing
+// tables are no error, and settings missing from host.ini keep their defaults.
 TEST(DefaultHostLanguage, ChosenFile)
 {
     ovtest::TempFolder folder;
@@ -335,6 +312,8 @@ TEST(DefaultHostLanguage, ChosenFile)
         folder.Write("sys/host.ini", c.hostIni);
         DefaultHost host(folder.MainPath(), DefaultHost::Tables::All, c.chosen);
         EXPECT_EQ(host.LangGetLangString("IDS_ORDER-ITEM_BS_BUY"), c.buy) << c.hostIni << " / " << c.chosen;
+        EXPECT_EQ(host.SYS_GetSpecificFractionType(), SpecificFraction_Decimal);
+        EXPECT_EQ(host.csProductName, "OrderView");
         if (c.diagnostic) {
             ASSERT_EQ(host.Diagnostics().size(), 1u) << c.chosen;
             EXPECT_EQ(host.Diagnostics()[0], c.diagnostic);

@@ -81,59 +81,6 @@ protected:
     ovtest::PrintRecord record;
 };
 
-TEST_F(ListPrint, PrintsTitleDateHeadingsRowsAndPageNumber)
-{
-    const MemoryListCtrl list = MakeList({{"Symbol", kLeft, 100}, {"Qty", kRight, 60}, {"Price", kCenter, 80}},
-                                         {{"2330", "1,000", "612.5"}, {"2317", "", "101"}});
-    ASSERT_TRUE(g_vPrintListCtrl(list, "Today's orders"));
-    ASSERT_TRUE(record.finished);
-    ASSERT_EQ(record.pages.size(), 1u);
-    EXPECT_EQ(record.Texts(0), (std::vector<std::string>{"Today's orders", "2026/11/21 09:30:05", "Symbol", "Qty",
-                                                         "Price", "2330", "1,000", "612.5", "2317", "101", "1 / 1"}));
-    ASSERT_EQ(fake.printRequests.size(), 1u);
-    EXPECT_EQ(fake.printRequests[0].csDocName, "Today's orders");
-    EXPECT_FALSE(record.outsidePaper);
-
-    // Headings bold, cells regular at the largest size; each column keeps its alignment.
-    EXPECT_TRUE(Find(0, "Qty")->font.bBold);
-    EXPECT_FALSE(Find(0, "1,000")->font.bBold);
-    EXPECT_EQ(Find(0, "1,000")->font.dSize, orderview::kMaxFontSize);
-    EXPECT_EQ(Find(0, "2330")->align, PrintAlign::kLeft);
-    EXPECT_EQ(Find(0, "1,000")->align, PrintAlign::kRight);
-    EXPECT_EQ(Find(0, "612.5")->align, PrintAlign::kCenter);
-
-    // Widths 100:60:80 fill the printable width of 523 points; rows go down in order.
-    const auto& symbol = Find(0, "2330")->box;
-    const auto& qty = Find(0, "1,000")->box;
-    const auto& price = Find(0, "612.5")->box;
-    EXPECT_NEAR(symbol.dWidth + 4, 523.0 * 100 / 240, 1e-6);
-    EXPECT_NEAR(qty.dWidth + 4, 523.0 * 60 / 240, 1e-6);
-    EXPECT_NEAR(price.dLeft + price.dWidth + 2, 36 + 523, 1e-6);
-    EXPECT_LT(symbol.dTop, Find(0, "2317")->box.dTop);
-}
-
-TEST_F(ListPrint, RowsFlowOverPagesWithHeadingsAndNumbersOnEach)
-{
-    const MemoryListCtrl list = WideList(3, 100, 200);
-    const int pages = LaidOutPages(list, orderview::ListPrintStyle::kPlain);
-    ASSERT_TRUE(g_vPrintListCtrl(list, "Orders"));
-    ASSERT_EQ(static_cast<int>(record.pages.size()), pages);
-    ASSERT_GT(pages, 2);
-    std::vector<std::string> firstColumn;
-    for (std::size_t p = 0; p < record.pages.size(); ++p) {
-        const auto texts = record.Texts(p);
-        ASSERT_GE(texts.size(), 6u);
-        EXPECT_EQ(std::vector<std::string>(texts.begin(), texts.begin() + 5),
-                  (std::vector<std::string>{"Orders", "2026/11/21 09:30:05", "C0", "C1", "C2"}));
-        EXPECT_EQ(texts.back(), std::to_string(p + 1) + " / " + std::to_string(pages));
-        for (const std::string& t : texts)
-            if (t.size() > 2 && t[0] == 'r' && t.substr(t.size() - 2) == "c0") firstColumn.push_back(t);
-    }
-    ASSERT_EQ(firstColumn.size(), 200u);
-    for (int r = 0; r < 200; ++r) EXPECT_EQ(firstColumn[static_cast<std::size_t>(r)], "r" + std::to_string(r) + "c0");
-    EXPECT_FALSE(record.outsidePaper);
-}
-
 // Landscape A4 holds 770 points: 1,540 pixels at 6 points. Columns that fit at the smallest font
 // share a page; others split evenly, the first column starting every page.
 TEST_F(ListPrint, NarrowColumnsTurnThePaperThenSplitEvenlyAcrossPages)
@@ -172,68 +119,6 @@ TEST_F(ListPrint, NarrowColumnsTurnThePaperThenSplitEvenlyAcrossPages)
         EXPECT_LE(most - fewest, 1u) << "no page of a lone column beside the first";
         EXPECT_EQ(headings.count("C0"), record.pages.size());
         for (int col = 1; col < c.columns; ++col) EXPECT_EQ(headings.count("C" + std::to_string(col)), 1u) << col;
-    }
-}
-
-TEST_F(ListPrint, CutsTooLongTextsWithAnEllipsisBetweenCharacters)
-{
-    // Texts in the narrow code page: two bytes a character in UTF-8, one in code page 1252.
-    const std::string eacute = orderview::Utf16ToNarrow(u"\u00E9");
-    std::string accented, invalid;
-    for (int i = 0; i < 40; ++i) accented += eacute;
-    for (int b = 0x80; b <= 0xFF; ++b) invalid += static_cast<char>(b);
-    const std::vector<CString> cells = {"ABCDEFGHIJKLMNOPQRSTUVWXYZ", CString(accented), CString(std::string(100000, 'x')),
-                                        CString(invalid), "fits", "a\r\nb\tc\x01"};
-    const MemoryListCtrl list = MakeList({{"Long", kLeft, 60}, {"Accented", kRight, 60}, {"Huge", kLeft, 60},
-                                          {"Invalid", kLeft, 60}, {"Short", kLeft, 60}, {"Control", kLeft, 60}},
-                                         {cells});
-    ASSERT_TRUE(g_vPrintListCtrl(list, "Cut"));
-    const auto texts = record.Texts(0);
-    ASSERT_EQ(texts.size(), 2u + 6u + 6u + 1u);
-    for (int c = 0; c < 4; ++c) {
-        SCOPED_TRACE(c);
-        const auto& printed = record.pages[0].texts[static_cast<std::size_t>(8 + c)];
-        const std::string& t = printed.text;
-        ASSERT_GT(t.size(), 6u);
-        EXPECT_EQ(t.substr(t.size() - 3), "...");
-        EXPECT_EQ(cells[static_cast<std::size_t>(c)].str().compare(0, t.size() - 3, t, 0, t.size() - 3), 0) << t;
-        EXPECT_LE(orderview::MeasureHelvetica(CString(t), printed.font), printed.box.dWidth);
-        // One more character would not have fitted.
-        const std::string& cell = cells[static_cast<std::size_t>(c)].str();
-        const std::size_t next = orderview::NarrowCharLength(std::string_view(cell).substr(t.size() - 3));
-        const std::string longer = cell.substr(0, t.size() - 3 + next) + "...";
-        EXPECT_GT(orderview::MeasureHelvetica(CString(longer), printed.font), printed.box.dWidth);
-    }
-    EXPECT_EQ(orderview::NarrowCutPoint(accented, texts[9].size() - 3), texts[9].size() - 3)
-        << "a character is never split";
-    EXPECT_EQ(record.pages[0].texts[9].align, PrintAlign::kRight);
-    EXPECT_EQ(texts[12], "fits");
-    EXPECT_EQ(texts[13], "a  b c ") << "control bytes print as blanks";
-
-    // A column too narrow even for "..." shows nothing.
-    ASSERT_TRUE(g_vPrintListCtrl(MakeList({{"Wide", kLeft, 500}, {"T", kLeft, 1}}, {{"w", "abc"}}), "Tiny"));
-    EXPECT_EQ(record.Texts(0), (std::vector<std::string>{"Tiny", "2026/11/21 09:30:05", "Wide", "w", "1 / 1"}));
-}
-
-TEST_F(ListPrint, GridStyleDrawsCellsAndShadesHeadings)
-{
-    const MemoryListCtrl list = WideList(4, 100, 120);
-    ASSERT_TRUE(g_vPrintListCtrlExcelStyle(list, "Grid"));
-    ASSERT_GT(record.pages.size(), 1u);
-    for (const auto& page : record.pages) {
-        EXPECT_EQ(page.shadedRects, 4);
-        EXPECT_EQ(page.rects.size(), 4u);
-        std::size_t rows = 0;
-        for (const auto& t : page.texts) rows += t.text.size() > 2 && t.text.substr(t.text.size() - 2) == "c0";
-        // A line under every row and one at every column edge.
-        EXPECT_EQ(page.lines.size(), rows + 5) << "rows " << rows;
-    }
-    EXPECT_FALSE(record.outsidePaper);
-
-    ASSERT_TRUE(g_vPrintListCtrl(list, "Plain"));
-    for (const auto& page : record.pages) {
-        EXPECT_TRUE(page.rects.empty());
-        EXPECT_EQ(page.lines.size(), 1u) << "only the line under the headings";
     }
 }
 
@@ -279,10 +164,20 @@ TEST_F(ListPrint, InventoryTotalsTheNumericColumns)
 
 TEST_F(ListPrint, TotalsRowTakesAPageOfItsOwnWhenTheLastIsFull)
 {
-    // Find how many rows fill a page, then print exactly that many with a total.
+    // Find how many rows fill a page, then print exactly that many with a total. The rows flow
+    // over the pages each once and in order, every page numbered.
     ASSERT_TRUE(g_vPrintListCtrl(WideList(2, 100, 300), "Count"));
+    ASSERT_GT(record.pages.size(), 2u);
     int perPage = 0;
-    for (const auto& t : record.pages[0].texts) perPage += t.text.size() > 2 && t.text.substr(t.text.size() - 2) == "c0";
+    std::vector<std::string> firstColumn;
+    for (std::size_t p = 0; p < record.pages.size(); ++p) {
+        for (const std::string& t : record.Texts(p))
+            if (t.size() > 2 && t[0] == 'r' && t.substr(t.size() - 2) == "c0") firstColumn.push_back(t);
+        if (p == 0) perPage = static_cast<int>(firstColumn.size());
+        EXPECT_EQ(record.Texts(p).back(), std::to_string(p + 1) + " / " + std::to_string(record.pages.size()));
+    }
+    ASSERT_EQ(firstColumn.size(), 300u);
+    for (int r = 0; r < 300; ++r) EXPECT_EQ(firstColumn[static_cast<std::size_t>(r)], "r" + std::to_string(r) + "c0");
     MemoryListCtrl list = MakeList({{"Symbol", kLeft, 80}, {"Qty", kRight, 80}}, {});
     for (int r = 0; r < perPage; ++r) list.InsertItem({"S", "2"});
     EXPECT_EQ(LaidOutPages(list, orderview::ListPrintStyle::kPlain), 1);
@@ -344,6 +239,10 @@ TEST_F(ListPrint, PartialPrintsOnlyTheSelectedRows)
     ASSERT_TRUE(g_vPrintListCtrlPatial(list, "Some"));
     EXPECT_EQ(record.Texts(0), (std::vector<std::string>{"Some", "2026/11/21 09:30:05", "C0", "C1", "r1c0", "r1c1",
                                                          "r3c0", "r3c1", "1 / 1"}));
+    EXPECT_EQ(fake.printRequests.back().csDocName, "Some");
+    // The plain style draws only the line under the headings.
+    EXPECT_TRUE(record.pages[0].rects.empty());
+    EXPECT_EQ(record.pages[0].lines.size(), 1u);
 }
 
 TEST_F(ListPrint, NothingIsPrintedWithoutColumnsOrWhenCancelled)
@@ -352,13 +251,30 @@ TEST_F(ListPrint, NothingIsPrintedWithoutColumnsOrWhenCancelled)
     EXPECT_FALSE(g_vPrintListCtrl(MakeList({{"A", kLeft, 0}, {"B", kLeft, -5}}, {{"1", "2"}}), "Hidden"));
     EXPECT_TRUE(fake.printRequests.empty());
 
-    // A hidden column among visible ones is left out.
-    ASSERT_TRUE(g_vPrintListCtrl(MakeList({{"A", kLeft, 50}, {"B", kLeft, 0}}, {{"1", "2"}}), "One"));
-    EXPECT_EQ(record.Texts(0), (std::vector<std::string>{"One", "2026/11/21 09:30:05", "A", "1", "1 / 1"}));
+    // A hidden column among visible ones is left out, and one too narrow even for "..." shows
+    // nothing. The others share the printable width of 523 points (50:150), each keeps its
+    // alignment, cells print regular at the largest size, control bytes as blanks.
+    ASSERT_TRUE(g_vPrintListCtrl(MakeList({{"A", kRight, 50}, {"B", kLeft, 0}, {"C", kCenter, 150}, {"T", kLeft, 1}},
+                                          {{"1", "2", "a\r\nb\tc\x01", "abc"}}),
+                                 "One"));
+    ASSERT_EQ(record.Texts(0),
+              (std::vector<std::string>{"One", "2026/11/21 09:30:05", "A", "C", "1", "a  b c ", "1 / 1"}));
+    const ovtest::RecordedText& right = *Find(0, "1");
+    const ovtest::RecordedText& center = *Find(0, "a  b c ");
+    EXPECT_EQ(right.align, PrintAlign::kRight);
+    EXPECT_EQ(center.align, PrintAlign::kCenter);
+    EXPECT_NEAR(right.box.dWidth + 4, 523.0 * 50 / 201, 1e-6);
+    EXPECT_NEAR(center.box.dLeft + center.box.dWidth + 2, 36 + 523 - 523.0 / 201, 1e-6);
+    EXPECT_FALSE(right.font.bBold);
+    EXPECT_EQ(right.font.dSize, orderview::kMaxFontSize);
 
-    // No rows: one page with the headings.
+    // No rows: one page with the headings, in the grid style a shaded cell for each heading and
+    // a line at each column edge.
     ASSERT_TRUE(g_vPrintListCtrlExcelStyle(MakeList({{"A", kLeft, 50}}, {}), "No rows"));
     EXPECT_EQ(record.Texts(0), (std::vector<std::string>{"No rows", "2026/11/21 09:30:05", "A", "1 / 1"}));
+    EXPECT_EQ(record.pages[0].shadedRects, 1);
+    EXPECT_EQ(record.pages[0].rects.size(), 1u);
+    EXPECT_EQ(record.pages[0].lines.size(), 2u);
 
     fake.printDialog = nullptr;
     record = ovtest::PrintRecord();
@@ -377,11 +293,17 @@ TEST_F(ListPrint, CutsChineseBetweenCharacters)
         record = ovtest::PrintRecord();
         ASSERT_TRUE(g_vPrintListCtrl(MakeList({{"Name", kLeft, width}, {"Wide", kLeft, 400}}, {{CString(chinese), "x"}}),
                                      "Cut"));
-        const std::string t = record.Texts(0)[4];
+        const ovtest::RecordedText& printed = record.pages[0].texts.at(4);
+        const std::string& t = printed.text;
         ASSERT_GT(t.size(), 3u);
         EXPECT_EQ(t.substr(t.size() - 3), "...");
         EXPECT_EQ(orderview::NarrowCutPoint(chinese, t.size() - 3), t.size() - 3) << t;
         EXPECT_EQ(chinese.compare(0, t.size() - 3, t, 0, t.size() - 3), 0);
+        // It fits, and one more character would not have.
+        EXPECT_LE(orderview::MeasureHelvetica(CString(t), printed.font), printed.box.dWidth);
+        const std::size_t next = orderview::NarrowCharLength(std::string_view(chinese).substr(t.size() - 3));
+        const std::string longer = chinese.substr(0, t.size() - 3 + next) + "...";
+        EXPECT_GT(orderview::MeasureHelvetica(CString(longer), printed.font), printed.box.dWidth);
     }
 }
 

@@ -53,26 +53,6 @@ std::size_t FilesIn(const std::string& folder)
     return ::testing::AssertionSuccess();
 }
 
-TEST(HelveticaMetrics, MeasureAsThePdfPrints)
-{
-    struct Case { std::string text; double size; bool bold; double width; };
-    const Case cases[] = {
-        {"", 10, false, 0},
-        {"A", 10, false, 6.67},         {"A", 10, true, 7.22},
-        {"iii", 10, false, 6.66},       {"W.", 1000, false, 1222},
-        {Narrow(u"\u00E9"), 10, false, 5.56},  // e acute: one WinAnsi character
-        {Narrow(u"\u20AC"), 10, true, 5.56},   // euro sign
-        {Narrow(u"\u4E2D"), 10, false, 5.56},  // CJK: printed as '?'
-#ifndef _WIN32
-        {"\xFF\xFE", 10, false, 11.12},     // two invalid bytes: two '?'
-        {"\xE4\xB8", 10, false, 11.12},     // a cut sequence: one '?' a byte
-#endif
-    };
-    for (const Case& c : cases)
-        EXPECT_NEAR(orderview::MeasureHelvetica(CString(c.text), orderview::PrintFont{c.size, c.bold}), c.width, 1e-9)
-            << c.text;
-}
-
 // Whether the process's narrow code page holds the Chinese characters these tests print (UTF-8
 // and Big5 do; Windows-1252 does not).
 bool Holds(const std::u16string& text) { return orderview::NarrowToUtf16(Narrow(text)) == text; }
@@ -224,6 +204,8 @@ TEST_F(PdfPrintJob, AlignsAndClipsInTheBox)
     job->DrawText({100, 100, 100, 20}, "WW", orderview::PrintFont{10, false}, PrintAlign::kRight);
     job->DrawText({100, 100, 100, 20}, "WW", orderview::PrintFont{10, true}, PrintAlign::kCenter);
     job->DrawText({100, 100, 10, 20}, "WW", orderview::PrintFont{10, true}, PrintAlign::kRight);
+    // Bold has widths of its own; the euro sign is one WinAnsi character.
+    EXPECT_NEAR(job->MeasureText(CString(Narrow(u"A\u20AC")), orderview::PrintFont{10, true}), 7.22 + 5.56, 1e-9);
     ASSERT_TRUE(job->Finish());
     const std::string pdf = folder.Read("align.pdf");
     // Baseline: 842 - (100 + 10 + 3.59) = 728.41.
@@ -246,35 +228,13 @@ TEST_F(PdfPrintJob, TurnsOnlyBeforeDrawing)
     EXPECT_FALSE(job->SetLandscape(false));
     EXPECT_TRUE(job->GetPaper().bLandscape);
     job->DrawRect({36, 36, 50, 20}, true);
+    EXPECT_FALSE(std::filesystem::exists(folder.File("turn.pdf"))) << "the file appears only when finished";
     ASSERT_TRUE(job->Finish());
     const std::string pdf = folder.Read("turn.pdf");
     EXPECT_NE(pdf.find("/MediaBox [0 0 842 595]"), std::string::npos);
     EXPECT_NE(pdf.find("36 559 m 100 559 l S"), std::string::npos);
     EXPECT_NE(pdf.find("0.85 g 36 539 50 20 re B 0 g"), std::string::npos);
     EXPECT_FALSE(job->Finish()) << "a second Finish";
-}
-
-TEST_F(PdfPrintJob, StreamsPagesAndAppearsOnlyWhenFinished)
-{
-    const std::string path = folder.File("pages.pdf");
-    auto job = Start(path);
-    ASSERT_TRUE(job);
-    const CString line(std::string(200, 'x'));
-    for (int page = 0; page < 5; ++page) {
-        for (int i = 0; i < 400; ++i) job->DrawText({36, 36, 500, 10}, line, orderview::PrintFont{}, PrintAlign::kLeft);
-        ASSERT_TRUE(job->NextPage());
-    }
-    // Five pages of 80 KB each are already on disk, in a temporary file beside the target.
-    EXPECT_FALSE(std::filesystem::exists(path));
-    std::uintmax_t written = 0;
-    for (const auto& entry : std::filesystem::directory_iterator(folder.path()))
-        if (entry.path().filename().string().rfind("pages.pdf.tmp", 0) == 0) written = entry.file_size();
-    EXPECT_GT(written, 4u * 80000u);
-    ASSERT_TRUE(job->Finish());
-    const std::string pdf = folder.Read("pages.pdf");
-    EXPECT_NE(pdf.find("/Count 6 >>"), std::string::npos);
-    EXPECT_TRUE(XrefPointsAtObjects(pdf));
-    EXPECT_EQ(FilesIn(folder.path()), 1u);
 }
 
 TEST_F(PdfPrintJob, FailureLeavesNothingAndKeepsTheOldFile)
