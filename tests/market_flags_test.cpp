@@ -1,4 +1,4 @@
-// Smart-order symbols are also checked against a model in smart_orders_model_test.
+// Smart-order symbols are checked against a model in smart_orders_model_test.
 #include <gtest/gtest.h>
 
 #include "smart_orders/market_flags.h"
@@ -21,16 +21,6 @@ TEST_F(MarketFlags, FlagPerSyncType)
     EXPECT_FALSE(g_bGetHaveMKTOrder(b));
     g_vSetHaveMKTOrder(a, false);
     EXPECT_FALSE(g_bGetHaveMKTOrder(a));
-}
-
-TEST_F(MarketFlags, SymbolsCompareWithLetterCase)
-{
-    CString symbol = "TXFL6", other = "txfl6";
-    g_vSetSmartOrderSymbol(symbol, 1, false);
-    EXPECT_TRUE(g_bIsHaveSmartOrderSymbol(symbol, 1));
-    EXPECT_FALSE(g_bIsHaveSmartOrderSymbol(other, 1));
-    g_vSetSmartOrderSymbol(other, 1, true);
-    EXPECT_TRUE(g_bIsHaveSmartOrderSymbol(symbol, 1));
 }
 
 }  // namespace
