@@ -21,7 +21,8 @@ TEST(NormalizDoubleByDigit, FixedDecimals)
     // The decimals are written without printf, but must be printf's to the byte: ties to even,
     // subnormals and the widest doubles included.
     char expected[400];
-    for (double value : {0.5, 2.5, -2.5, 0.125, 1e-310, 5e-324, 1.7976931348623157e308, 0.05, 4503599627370497.0})
+    for (double value :
+         {0.5, 2.5, -2.5, 0.125, 1e-310, 5e-324, 1.7976931348623157e308, 0.05, 4503599627370497.0})
         for (int digits : {0, 1, 2, 17, 30}) {
             std::snprintf(expected, sizeof expected, "%.*f", digits, value);
             EXPECT_EQ(g_cszNormalizDoubleByDigit(value, digits), expected) << digits << " " << value;
@@ -30,6 +31,7 @@ TEST(NormalizDoubleByDigit, FixedDecimals)
     const Case cut[] = {
         {-0.0, 0, "0"}, {-0.000000004, 0, "-0"}, {0.00000001, 0, "0.00000001"}, {3.0, 0, "3"},
         {std::numeric_limits<double>::quiet_NaN(), 0, "nan"},
+        {std::numeric_limits<double>::infinity(), 0, "inf"},
     };
     for (const auto& c : cut) EXPECT_EQ(g_cszNormalizDouble(c.value), c.text) << c.value;
     EXPECT_EQ(&g_cszNormalizDouble(1.5), &g_cszNormalizDoubleByDigit(2.0, 3));
