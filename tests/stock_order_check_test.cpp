@@ -270,12 +270,17 @@ TEST_F(StockCheck, YesterdaysVolumeOfBoughtStocks)
         EXPECT_EQ(Refusal(), c.refused ? "Traded fewer than 500 lots yesterday" : "") << c.setting << " " << c.volume;
         if (c.refused && !platform.boxes.empty()) EXPECT_EQ(platform.boxes[0].type, 0u);
     }
-    // The volume is read with service id 16, not the commodity's own.
+    // The volume is read with service id 16, not the commodity's own. Out of the band too, the
+    // first broken rule's message is the only one; an alert stock's comes first of all.
     host->mapQuotes.clear();
     Config("YesterdayTradeVolume=500\n");
     Quote(106, "2330", 128, 10000);
+    Band(550, 450);
+    order.dbOrderPrice = 600;
     order.dwBS = 'B';
-    EXPECT_FALSE(g_bCheckStockOrder(account, order));
+    EXPECT_EQ(Refusal(), "Traded fewer than 500 lots yesterday");
+    host->mapAlertStocks["S456"] = {{"2330", "TSMC"}};
+    EXPECT_EQ(Refusal(), "IDS_ORDER-STOCK-CV_ALERTSTOCK_NOT_NET_ORDER");
 }
 
 TEST_F(StockCheck, LanguageTextsAreNeverTrustedAsFormats)
@@ -340,6 +345,7 @@ TEST_F(StockCheck, PriceBandByTheAlertSettingAndTheMarket)
     struct Case { const char* setting; int state; bool warned; };
     const Case cases[] = {
         {nullptr, -1, true},  // default 1: always
+        {"", 0, true},        // an empty value reads as the default
         {"1", 0, true},       {"7", 0, true},    {"-1", 0, true},
         {"0", 2, false},      {"0", -1, false},
         {"2", 2, true},       {"2", 0, false},   {"2", 1, false}, {"2", 3, false}, {"2", -1, true},
@@ -367,16 +373,6 @@ TEST_F(StockCheck, PriceBandOnlyForLimitPricesOutsideMarketD)
     EXPECT_TRUE(platform.boxes.empty());
     order.dwOrderKind = '2';
     EXPECT_FALSE(g_bCheckStockOrder(account, order));
-}
-
-TEST_F(StockCheck, TheFirstBrokenRuleIsTheOnlyMessage)
-{
-    host->mapAlertStocks["S456"] = {{"2330", "TSMC"}};
-    host->mapStocks["2330"].bSpecial = true;
-    Config("YesterdayTradeVolume=500\n");
-    Band(550, 450);
-    order.dbOrderPrice = 600;
-    EXPECT_EQ(Refusal(), "IDS_ORDER-STOCK-CV_ALERTSTOCK_NOT_NET_ORDER");
 }
 
 }  // namespace
