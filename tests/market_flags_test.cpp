@@ -6,14 +6,9 @@
 
 namespace {
 
-class MarketFlags : public ::testing::Test {
-protected:
-    void SetUp() override { orderview::ResetSmartOrderRegistries(); }
-    void TearDown() override { orderview::ResetSmartOrderRegistries(); }
-};
-
-TEST_F(MarketFlags, FlagPerSyncType)
+TEST(MarketFlags, FlagPerSyncType)
 {
+    orderview::ResetSmartOrderRegistries();
     unsigned char a = 1, b = 2;
     EXPECT_FALSE(g_bGetHaveMKTOrder(a));
     g_vSetHaveMKTOrder(a, true);
@@ -21,6 +16,7 @@ TEST_F(MarketFlags, FlagPerSyncType)
     EXPECT_FALSE(g_bGetHaveMKTOrder(b));
     g_vSetHaveMKTOrder(a, false);
     EXPECT_FALSE(g_bGetHaveMKTOrder(a));
+    orderview::ResetSmartOrderRegistries();
 }
 
 }  // namespace
