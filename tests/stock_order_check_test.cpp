@@ -122,30 +122,23 @@ TEST_F(StockCheck, LimitPricesFollowTheMarketState)
 
 TEST_F(StockCheck, PriceBoundGivesTheBrokenLimit)
 {
-    Band(550, 450);
-    struct Case { std::uint32_t kind; double price; double expected; };
+    struct Case { double up, down; std::uint32_t kind; double price; double expected; };
     const Case cases[] = {
-        {'2', 500, 0},    {'2', 550, 0},      {'2', 450, 0},   {'2', 550.01, 550}, {'2', 449.99, -450},
-        {'6', 600, 550},  {'7', 400, -450},   {'8', 600, 550}, {'1', 600, 0},      {'3', 400, 0},
-        {'C', 600, 0},    {'2', std::nan(""), 0},
+        {550, 450, '2', 500, 0},  {550, 450, '2', 550, 0},      {550, 450, '2', 450, 0},
+        {550, 450, '6', 600, 550}, {550, 450, '7', 400, -450},  {550, 450, '8', 600, 550},
+        {550, 450, '1', 600, 0},  {550, 450, '3', 400, 0},      {550, 450, 'C', 600, 0},
+        {550, 450, '2', 550.01, 550}, {550, 450, '2', 449.99, -450},
+        {550, 450, '2', std::nan(""), 0},
+        {0, -5, '2', -100, 0},    {0, -5, '2', 1e9, 0},  // limits of 0 or less do not bound
     };
     for (const auto& c : cases) {
+        Band(c.up, c.down);
         order.dwOrderKind = c.kind;
         order.dbOrderPrice = c.price;
         double result = 123;
         g_CheckPriceBound(order, result);
         EXPECT_EQ(result, c.expected) << char(c.kind) << " " << c.price;
     }
-    // Limits of 0 or less do not bound.
-    Band(0, -5);
-    order.dwOrderKind = '2';
-    order.dbOrderPrice = -100;
-    double result = 1;
-    g_CheckPriceBound(order, result);
-    EXPECT_EQ(result, 0.0);
-    order.dbOrderPrice = 1e9;
-    g_CheckPriceBound(order, result);
-    EXPECT_EQ(result, 0.0);
 }
 
 TEST_F(StockCheck, PriceBoundAsksForTheCommodityOfServiceOne)
