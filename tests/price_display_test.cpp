@@ -54,6 +54,7 @@ TEST_F(PriceDisplay, FractionTextFollowsTheCommodityTable)
     };
     for (const auto& c : cases) EXPECT_EQ(g_cszDisplayPrice(c.a, c.b, c.c, c.com), c.text) << c.text;
     // An average's numerator is divided by the sub-denominator and cut, not rounded, to two decimals.
+    EXPECT_EQ(g_cszDisplayAveragePrice(101, 24.567, 32, "X"), "101 24.56/32");
     EXPECT_EQ(g_cszDisplayAveragePrice(101, 98.26, 128, "ZB"), "101 24.56/32");
     EXPECT_EQ(g_cszDisplayAveragePrice(101, 24.5, 32, "X"), "101 24.5/32");
     host.eFractionType = SpecificFraction_Decimal;
