@@ -42,6 +42,9 @@ TEST_F(ContractMonth, FutureCodes)
     platform.SetDate(2029, 1, 1);  // the decade follows the clock
     EXPECT_TRUE(g_GetFutureYearMonth(false, "TXFZ8", out));
     EXPECT_EQ(out, "203812");
+    platform.SetDate(2030, 6, 1);
+    EXPECT_TRUE(g_GetFutureYearMonth(false, "TXFZ0", out));
+    EXPECT_EQ(out, "203012");
 }
 
 TEST_F(ContractMonth, OptionCodes)
