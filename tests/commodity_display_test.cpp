@@ -14,9 +14,6 @@ protected:
     {
         HostTest::SetUp();
         platform.SetDate(2026, 3, 2);
-        orderview::TableHost::SymbolInfo stock;
-        stock.csName = "TSMC";
-        host.mapSymbols[{1, "2330"}] = stock;
         host.vSetQuote(1, "2330", 1007, X1Format(1007, 0, CString("2330")));
         host.vSetQuote(2, "TXFC6", 1007, X1Format(1007, 0, CString("TXF")));
         host.vSetQuote(3, "EMPTY", 1007, X1Format(1007, 0, CString("")));
@@ -33,13 +30,6 @@ protected:
 
     ovtest::FakePlatform platform;
 };
-
-TEST_F(CommodityDisplay, StockNameFallsBackToTheSymbol)
-{
-    EXPECT_EQ(g_cszDisplayStockName(1, "2330"), "TSMC");
-    EXPECT_EQ(g_cszDisplayStockName(1, "2317"), "2317");
-    EXPECT_EQ(g_cszDisplayStockName(9, "2330"), "2330");  // another service knows no name
-}
 
 TEST_F(CommodityDisplay, CommodityIdsComeFromItem1007)
 {
@@ -89,6 +79,7 @@ TEST(CommodityDisplayDefaultHost, NamesFromTheSymbolTable)
     const ovtest::InstalledHost guard(host);
     EXPECT_EQ(g_cszDisplayStockName(1, "2330"), "TSMC");
     EXPECT_EQ(g_cszDisplayStockName(1, "2317"), "2317");
+    EXPECT_EQ(g_cszDisplayStockName(9, "2330"), "2330");  // another service knows no name
 }
 
 }  // namespace

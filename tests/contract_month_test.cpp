@@ -39,6 +39,12 @@ TEST_F(ContractMonth, FutureCodes)
     CString out;
     EXPECT_TRUE(g_GetFutureYearMonth(false, "ONE@", out));  // a one-character translation
     EXPECT_EQ(out.GetLength(), 6);
+    platform.SetDate(2029, 1, 1);  // the decade follows the clock
+    EXPECT_TRUE(g_GetFutureYearMonth(false, "TXFZ8", out));
+    EXPECT_EQ(out, "203812");
+    platform.SetDate(2030, 6, 1);
+    EXPECT_TRUE(g_GetFutureYearMonth(false, "TXFZ0", out));
+    EXPECT_EQ(out, "203012");
 }
 
 TEST_F(ContractMonth, OptionCodes)
@@ -59,19 +65,6 @@ TEST_F(ContractMonth, OptionCodes)
         EXPECT_EQ(g_GetOptionYearMonth(c.longForm, c.symbol, out), c.ok) << c.symbol;
         EXPECT_EQ(out, c.out) << c.symbol;
     }
-}
-
-TEST_F(ContractMonth, TheDecadeFollowsTheClock)
-{
-    platform.SetDate(2029, 1, 1);
-    CString out;
-    EXPECT_TRUE(g_GetFutureYearMonth(false, "TXFZ9", out));
-    EXPECT_EQ(out, "202912");
-    EXPECT_TRUE(g_GetFutureYearMonth(false, "TXFZ8", out));
-    EXPECT_EQ(out, "203812");
-    platform.SetDate(2030, 6, 1);
-    EXPECT_TRUE(g_GetFutureYearMonth(false, "TXFZ0", out));
-    EXPECT_EQ(out, "203012");
 }
 
 }  // namespace

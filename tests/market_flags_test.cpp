@@ -1,4 +1,4 @@
-// Smart-order symbols are also checked against a model in smart_orders_model_test.
+// Smart-order symbols are checked against a model in smart_orders_model_test.
 #include <gtest/gtest.h>
 
 #include "smart_orders/market_flags.h"
@@ -6,14 +6,9 @@
 
 namespace {
 
-class MarketFlags : public ::testing::Test {
-protected:
-    void SetUp() override { orderview::ResetSmartOrderRegistries(); }
-    void TearDown() override { orderview::ResetSmartOrderRegistries(); }
-};
-
-TEST_F(MarketFlags, FlagPerSyncType)
+TEST(MarketFlags, FlagPerSyncType)
 {
+    orderview::ResetSmartOrderRegistries();
     unsigned char a = 1, b = 2;
     EXPECT_FALSE(g_bGetHaveMKTOrder(a));
     g_vSetHaveMKTOrder(a, true);
@@ -21,16 +16,7 @@ TEST_F(MarketFlags, FlagPerSyncType)
     EXPECT_FALSE(g_bGetHaveMKTOrder(b));
     g_vSetHaveMKTOrder(a, false);
     EXPECT_FALSE(g_bGetHaveMKTOrder(a));
-}
-
-TEST_F(MarketFlags, SymbolsCompareWithLetterCase)
-{
-    CString symbol = "TXFL6", other = "txfl6";
-    g_vSetSmartOrderSymbol(symbol, 1, false);
-    EXPECT_TRUE(g_bIsHaveSmartOrderSymbol(symbol, 1));
-    EXPECT_FALSE(g_bIsHaveSmartOrderSymbol(other, 1));
-    g_vSetSmartOrderSymbol(other, 1, true);
-    EXPECT_TRUE(g_bIsHaveSmartOrderSymbol(symbol, 1));
+    orderview::ResetSmartOrderRegistries();
 }
 
 }  // namespace

@@ -9,16 +9,11 @@
 
 namespace {
 
-class OcoRegistry : public ::testing::Test {
-protected:
-    void SetUp() override { orderview::ResetSmartOrderRegistries(); }
-    void TearDown() override { orderview::ResetSmartOrderRegistries(); }
-};
-
 // Removing the registry's last legs, singly or in bulk, hands back nothing and drops the sync
 // type, though an order without legs is still listed.
-TEST_F(OcoRegistry, RemovingTheLastLegsDropsTheSyncType)
+TEST(OcoRegistry, RemovingTheLastLegsDropsTheSyncType)
 {
+    orderview::ResetSmartOrderRegistries();
     STRUCT_FLASH_OCO_DATA leg;
     leg.strSymbol = "TXF";
     leg.strPrice = "100";
@@ -34,6 +29,7 @@ TEST_F(OcoRegistry, RemovingTheLastLegsDropsTheSyncType)
         EXPECT_TRUE(g_vecGetOCOSNBySync(sync).empty()) << all;
         EXPECT_FALSE(g_bGetHaveOCOOrder(sync)) << all;
     }
+    orderview::ResetSmartOrderRegistries();
 }
 
 }  // namespace

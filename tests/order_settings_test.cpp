@@ -3,7 +3,6 @@
 #include <string>
 
 #include "host/default_host.h"
-#include "order_data/host_api.h"
 #include "settings/order_settings.h"
 #include "support/substitute_host.h"
 #include "support/temp_folder.h"
@@ -17,12 +16,6 @@ protected:
     std::unique_ptr<orderview::DefaultHost> host = std::make_unique<orderview::DefaultHost>(folder.MainPath());
     ovtest::InstalledHost installed{*host};
 };
-
-TEST_F(OrderSettings, BothNamesReachTheSameFile)
-{
-    EXPECT_EQ(g_vGetOrderCfgFileName(), folder.MainPath() + "\\sys\\OrderCfg.ini");
-    EXPECT_EQ(g_vGetOrderCfgFileName(), BKOrderInterface::GetBKInterface().PathGetMainPath() + "\\sys\\OrderCfg.ini");
-}
 
 TEST_F(OrderSettings, StopPriceRuleIsOnlyOne)
 {
@@ -62,24 +55,6 @@ TEST_F(OrderSettings, OperatorFlagsFollowTheBackEndWhenInitialised)
     EXPECT_FALSE(orderview::GetOrderOperateFlag(1));
 }
 
-TEST_F(OrderSettings, OrderSourceList)
-{
-    struct Case { const char* value; std::vector<unsigned long> codes; };
-    const Case cases[] = {
-        {"A, B,,C", {'A', 'B', 'C'}},
-        {"AX BY  CZ", {'A', 'B', 'C'}},
-        {"", {}},
-        {"  ,, ", {}},
-        {"\xE4\xB8\xAD", {static_cast<unsigned long>(static_cast<long>(static_cast<signed char>('\xE4')))}},
-    };
-    for (const auto& c : cases) {
-        Config(std::string("[ORDER_SOURCE]\r\nNO_OPERATOR=") + c.value + "\r\n");
-        EXPECT_EQ(g_GetOnsiteOrder(), c.codes) << c.value;
-    }
-    Config("");
-    EXPECT_TRUE(g_GetOnsiteOrder().empty());
-}
-
 TEST_F(OrderSettings, NumberLists)
 {
     auto padded = [](std::vector<int> v) {
@@ -98,6 +73,7 @@ TEST_F(OrderSettings, NumberLists)
         {"-1 65536 65537", padded({65535, 0, 1})},
         {"x,7y,+5", padded({0, 7, 5})},
         {"99999999999999999999", padded({65535})},
+        {" 1,, 2 ,", padded({1, 2})},
         {twentyText.c_str(), twenty},
     };
     for (const auto& c : cases) {
@@ -105,18 +81,9 @@ TEST_F(OrderSettings, NumberLists)
         EXPECT_EQ(g_vGetSettingParameter("S", "K"), c.numbers) << c.value;
     }
     EXPECT_EQ(g_vGetSettingParameter("S", "missing"), std::vector<int>(16, 0));
-}
-
-TEST_F(OrderSettings, StockCheckKeysAndTheirDefaults)
-{
-    EXPECT_EQ(orderview::GetYesterdayTradeVolumeSetting(), 0);
-    EXPECT_EQ(orderview::GetStockPriceAlertSetting(), 1);  // unlike every other key
-    Config("[ORDER_SETTING]\nYesterdayTradeVolume=-5\nStockPriceAlert=0\n");
-    EXPECT_EQ(orderview::GetYesterdayTradeVolumeSetting(), -5);
-    EXPECT_EQ(orderview::GetStockPriceAlertSetting(), 0);
-    Config("[ORDER_SETTING]\nYesterdayTradeVolume=x\nStockPriceAlert=\n");
-    EXPECT_EQ(orderview::GetYesterdayTradeVolumeSetting(), 0);
-    EXPECT_EQ(orderview::GetStockPriceAlertSetting(), 1);  // an empty value reads as the default
+    // The excluded order sources are the lists' first bytes, widened as signed characters.
+    Config("[ORDER_SOURCE]\r\nNO_OPERATOR=AX,, B \xE4\r\n");
+    EXPECT_EQ(g_GetOnsiteOrder(), (std::vector<unsigned long>{'A', 'B', static_cast<unsigned long>(-28L)}));
 }
 
 }  // namespace

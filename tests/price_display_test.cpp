@@ -53,12 +53,11 @@ TEST_F(PriceDisplay, FractionTextFollowsTheCommodityTable)
         {-2, 3, 8, "X", "-2 3/8"},
     };
     for (const auto& c : cases) EXPECT_EQ(g_cszDisplayPrice(c.a, c.b, c.c, c.com), c.text) << c.text;
-}
-
-TEST_F(PriceDisplay, DecimalSettingShowsTheValue)
-{
+    // An average's numerator is divided by the sub-denominator and cut, not rounded, to two decimals.
+    EXPECT_EQ(g_cszDisplayAveragePrice(101, 24.567, 32, "X"), "101 24.56/32");
+    EXPECT_EQ(g_cszDisplayAveragePrice(101, 98.26, 128, "ZB"), "101 24.56/32");
+    EXPECT_EQ(g_cszDisplayAveragePrice(101, 24.5, 32, "X"), "101 24.5/32");
     host.eFractionType = SpecificFraction_Decimal;
-    EXPECT_EQ(g_cszDisplayPrice(3, 5, 8, "X"), "3.625");
     EXPECT_EQ(g_cszDisplayPrice(101, 49, 128, "ZB"), "101.3828125");
     EXPECT_EQ(g_cszDisplayAveragePrice(101, 24.5, 32, "ZB"), "101.765625");
 }
@@ -73,21 +72,7 @@ TEST_F(PriceDisplay, HostFormatUsesTheCommodityDisplayCode)
     EXPECT_EQ(g_cszDisplayPrice(99, 33, 64, "ZF"), "99-33");
     EXPECT_EQ(g_cszDisplayPrice(3, 5, 8, "GC"), "3.5");
     EXPECT_EQ(g_cszDisplayPrice(3, 5, 8, "NOCODE"), "3.20");  // no item: code 0, 32nds dotted
-}
-
-TEST_F(PriceDisplay, AveragePriceCutsTheNumerator)
-{
-    host.eFractionType = SpecificFraction_Text;
-    struct Case { double a, b, c; const char* com; const char* text; };
-    const Case cases[] = {
-        {101, 24.567, 32, "X", "101 24.56/32"},
-        {101, 24.5, 32, "X", "101 24.5/32"},
-        {101, 24, 32, "X", "101 24/32"},
-        {101, 98.26, 128, "ZB", "101 24.56/32"},  // numerator divided by the sub-denominator
-    };
-    for (const auto& c : cases) EXPECT_EQ(g_cszDisplayAveragePrice(c.a, c.b, c.c, c.com), c.text) << c.text;
-    host.eFractionType = SpecificFraction_HostFormat;  // the host format is not used for averages
-    EXPECT_EQ(g_cszDisplayAveragePrice(101, 24.567, 32, "X"), "101 24.56/32");
+    EXPECT_EQ(g_cszDisplayAveragePrice(101, 98.26, 128, "ZB"), "101 24.56/32");  // not for averages
 }
 
 TEST_F(PriceDisplay, BadNumbersNeverCrash)

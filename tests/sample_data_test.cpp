@@ -299,22 +299,14 @@ TEST(Generator, ExitCodes)
     ovtest::TempFolder folder;
     folder.Write("plain_file", "x");
     const std::string out = folder.path() + "/out";
-    const struct {
-        std::vector<std::string> args;
-        int code;
-    } cases[] = {
-        {{"--help"}, 0},
-        {{}, 2},
-        {{"--output", out}, 2},
-        {{"--orders", "10"}, 2},
-        {{"--orders", "0", "--output", out}, 2},
-        {{"--orders", "10000001", "--output", out}, 2},
-        {{"--orders", "-5", "--output", out}, 2},
-        {{"--orders", "12x", "--output", out}, 2},
+    struct Case { std::vector<std::string> args; int code; };
+    const Case cases[] = {
+        {{"--help"}, 0}, {{}, 2}, {{"--output", out}, 2}, {{"--orders", "10"}, 2},
+        {{"--orders", "0", "--output", out}, 2}, {{"--orders", "10000001", "--output", out}, 2},
+        {{"--orders", "-5", "--output", out}, 2}, {{"--orders", "12x", "--output", out}, 2},
         {{"--orders", "10", "--output", out, "--seed", "abc"}, 2},
         {{"--orders", "10", "--output", out, "--colour"}, 2},
-        {{"--orders", "10", "--output"}, 2},
-        {{"--orders", "10", "--output", ""}, 2},
+        {{"--orders", "10", "--output"}, 2}, {{"--orders", "10", "--output", ""}, 2},
         {{"--orders", "10", "--output", folder.File("plain_file") + "/day"}, 1},
         {{"--orders", "10", "--output", out}, 0},
     };

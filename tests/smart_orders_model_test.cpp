@@ -368,7 +368,7 @@ TEST(SmartOrderModel, MoveSmtAndMarketRegistriesMatchTheModel)
             g_vDelMoveSMTInfoByPrice(price, mark, st, all);
             break;
         case 3: {
-            CString symbol = rnd.Pick("X", 3);
+            CString symbol = rnd.Pick(rnd.Coin() ? "X" : "x", 3);  // symbols compare with letter case
             const bool del = rnd.Coin();
             if (!symbol.IsEmpty()) {
                 if (del) {
@@ -393,10 +393,13 @@ TEST(SmartOrderModel, MoveSmtAndMarketRegistriesMatchTheModel)
             ASSERT_EQ(found.size(), ids.size());
             for (size_t i = 0; i < ids.size(); ++i) ASSERT_EQ(found[i].dwMoveInfo1, static_cast<std::uint32_t>(ids[i]));
             STRUCT_FLASH_MOVESMT_SYNC entry;
+            entry.strPrice = "untouched";
             const bool have = g_bGetMoveSMTInfoByDealNO(deal, st, entry);
             const auto first =
                 std::find_if(entries.begin(), entries.end(), [&](const Entry& e) { return e.deal == deal; });
             ASSERT_EQ(have, first != entries.end());
+            // A hit hands back the price the entry was filed under; a miss leaves the entry alone.
+            ASSERT_EQ(entry.strPrice, have ? first->price : CString("untouched")) << "step " << step;
             if (have) ASSERT_EQ(entry.Data.dwMoveInfo1, static_cast<std::uint32_t>(first->id));
             break;
         }

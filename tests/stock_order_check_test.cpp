@@ -122,30 +122,23 @@ TEST_F(StockCheck, LimitPricesFollowTheMarketState)
 
 TEST_F(StockCheck, PriceBoundGivesTheBrokenLimit)
 {
-    Band(550, 450);
-    struct Case { std::uint32_t kind; double price; double expected; };
+    struct Case { double up, down; std::uint32_t kind; double price; double expected; };
     const Case cases[] = {
-        {'2', 500, 0},    {'2', 550, 0},      {'2', 450, 0},   {'2', 550.01, 550}, {'2', 449.99, -450},
-        {'6', 600, 550},  {'7', 400, -450},   {'8', 600, 550}, {'1', 600, 0},      {'3', 400, 0},
-        {'C', 600, 0},    {'2', std::nan(""), 0},
+        {550, 450, '2', 500, 0},  {550, 450, '2', 550, 0},      {550, 450, '2', 450, 0},
+        {550, 450, '6', 600, 550}, {550, 450, '7', 400, -450},  {550, 450, '8', 600, 550},
+        {550, 450, '1', 600, 0},  {550, 450, '3', 400, 0},      {550, 450, 'C', 600, 0},
+        {550, 450, '2', 550.01, 550}, {550, 450, '2', 449.99, -450},
+        {550, 450, '2', std::nan(""), 0},
+        {0, -5, '2', -100, 0},    {0, -5, '2', 1e9, 0},  // limits of 0 or less do not bound
     };
     for (const auto& c : cases) {
+        Band(c.up, c.down);
         order.dwOrderKind = c.kind;
         order.dbOrderPrice = c.price;
         double result = 123;
         g_CheckPriceBound(order, result);
         EXPECT_EQ(result, c.expected) << char(c.kind) << " " << c.price;
     }
-    // Limits of 0 or less do not bound.
-    Band(0, -5);
-    order.dwOrderKind = '2';
-    order.dbOrderPrice = -100;
-    double result = 1;
-    g_CheckPriceBound(order, result);
-    EXPECT_EQ(result, 0.0);
-    order.dbOrderPrice = 1e9;
-    g_CheckPriceBound(order, result);
-    EXPECT_EQ(result, 0.0);
 }
 
 TEST_F(StockCheck, PriceBoundAsksForTheCommodityOfServiceOne)
@@ -270,12 +263,17 @@ TEST_F(StockCheck, YesterdaysVolumeOfBoughtStocks)
         EXPECT_EQ(Refusal(), c.refused ? "Traded fewer than 500 lots yesterday" : "") << c.setting << " " << c.volume;
         if (c.refused && !platform.boxes.empty()) EXPECT_EQ(platform.boxes[0].type, 0u);
     }
-    // The volume is read with service id 16, not the commodity's own.
+    // The volume is read with service id 16, not the commodity's own. Out of the band too, the
+    // first broken rule's message is the only one; an alert stock's comes first of all.
     host->mapQuotes.clear();
     Config("YesterdayTradeVolume=500\n");
     Quote(106, "2330", 128, 10000);
+    Band(550, 450);
+    order.dbOrderPrice = 600;
     order.dwBS = 'B';
-    EXPECT_FALSE(g_bCheckStockOrder(account, order));
+    EXPECT_EQ(Refusal(), "Traded fewer than 500 lots yesterday");
+    host->mapAlertStocks["S456"] = {{"2330", "TSMC"}};
+    EXPECT_EQ(Refusal(), "IDS_ORDER-STOCK-CV_ALERTSTOCK_NOT_NET_ORDER");
 }
 
 TEST_F(StockCheck, LanguageTextsAreNeverTrustedAsFormats)
@@ -340,6 +338,7 @@ TEST_F(StockCheck, PriceBandByTheAlertSettingAndTheMarket)
     struct Case { const char* setting; int state; bool warned; };
     const Case cases[] = {
         {nullptr, -1, true},  // default 1: always
+        {"", 0, true},        // an empty value reads as the default
         {"1", 0, true},       {"7", 0, true},    {"-1", 0, true},
         {"0", 2, false},      {"0", -1, false},
         {"2", 2, true},       {"2", 0, false},   {"2", 1, false}, {"2", 3, false}, {"2", -1, true},
@@ -367,16 +366,6 @@ TEST_F(StockCheck, PriceBandOnlyForLimitPricesOutsideMarketD)
     EXPECT_TRUE(platform.boxes.empty());
     order.dwOrderKind = '2';
     EXPECT_FALSE(g_bCheckStockOrder(account, order));
-}
-
-TEST_F(StockCheck, TheFirstBrokenRuleIsTheOnlyMessage)
-{
-    host->mapAlertStocks["S456"] = {{"2330", "TSMC"}};
-    host->mapStocks["2330"].bSpecial = true;
-    Config("YesterdayTradeVolume=500\n");
-    Band(550, 450);
-    order.dbOrderPrice = 600;
-    EXPECT_EQ(Refusal(), "IDS_ORDER-STOCK-CV_ALERTSTOCK_NOT_NET_ORDER");
 }
 
 }  // namespace
