@@ -1,9 +1,13 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <cstdint>
 #include <cstdio>
+#include <cstring>
 #include <limits>
+#include <random>
 #include <string>
+#include <vector>
 
 #include "format/normalize.h"
 #include "support/substitute_host.h"
@@ -19,13 +23,22 @@ TEST(NormalizDoubleByDigit, FixedDecimals)
     for (const auto& c : cases) EXPECT_EQ(g_cszNormalizDoubleByDigit(c.value, c.digits), c.text);
     EXPECT_EQ(g_cszNormalizDoubleByDigit(1.0, 2000000000).GetLength(), 2 + 999999);
     // The decimals are written without printf, but must be printf's to the byte: ties to even,
-    // subnormals and the widest doubles included.
+    // subnormals and the widest doubles included, then random bit patterns and prices.
+    std::vector<double> values = {0.5, 2.5, -2.5, 0.125, 1e-310, 5e-324, 1.7976931348623157e308, 0.05,
+                                  4503599627370497.0};
+    std::mt19937_64 random(20261126);
+    for (int i = 0; i < 4000; ++i) {
+        const std::uint64_t bits = random();
+        double value;
+        std::memcpy(&value, &bits, sizeof value);
+        if (std::isfinite(value)) values.push_back(value);
+        values.push_back(static_cast<double>(static_cast<std::int64_t>(bits >> 20)) / 1000.0);
+    }
     char expected[400];
-    for (double value :
-         {0.5, 2.5, -2.5, 0.125, 1e-310, 5e-324, 1.7976931348623157e308, 0.05, 4503599627370497.0})
-        for (int digits : {0, 1, 2, 17, 30}) {
+    for (double value : values)
+        for (int digits = 0; digits <= 30; digits += (digits < 10 ? 1 : 7)) {
             std::snprintf(expected, sizeof expected, "%.*f", digits, value);
-            EXPECT_EQ(g_cszNormalizDoubleByDigit(value, digits), expected) << digits << " " << value;
+            ASSERT_EQ(g_cszNormalizDoubleByDigit(value, digits), expected) << digits << " " << value;
         }
     // Without a digit count: eight decimals, trailing zeros cut, in the same shared result.
     const Case cut[] = {
