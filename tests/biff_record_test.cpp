@@ -210,6 +210,56 @@ TEST(SharedStringTable, CharactersAfterAPartBoundaryStartWithTheirFlagByte)
     }
 }
 
+TEST(SharedStringTable, AStringSplitAtEveryBoundaryPositionReadsWhole)
+{
+    // Three strings (8-bit, 16-bit, 8-bit); the table is cut once at every place the format
+    // allows: between strings, after a header, between characters. A cut with characters left
+    // starts the next part with a flag byte, written once plainly, once after an empty part with
+    // the other width, and once switching an 8-bit string to 16-bit characters.
+    struct Piece { std::u16string text; bool wide; };
+    const Piece pieces[] = {{u"alpha", false}, {u"\u4e2d\u6587\u5b57", true}, {u"omega!", false}};
+    std::vector<std::u16string> expected;
+    for (const Piece& p : pieces) expected.push_back(p.text);
+    for (int style = 0; style < 3; ++style) {
+        for (std::size_t piece = 0; piece < 3; ++piece) {
+            for (std::size_t cutAt = 0; cutAt <= pieces[piece].text.size(); ++cutAt) {
+                SCOPED_TRACE("style " + std::to_string(style) + " string " + std::to_string(piece) + " cut after " +
+                             std::to_string(cutAt) + " characters");
+                std::vector<std::vector<std::uint8_t>> parts(1, {3, 0, 0, 0, 3, 0, 0, 0});
+                for (std::size_t k = 0; k < 3; ++k) {
+                    const Piece& p = pieces[k];
+                    auto put = [&](std::vector<std::uint8_t>& out, std::size_t from, std::size_t to, bool wide) {
+                        for (std::size_t i = from; i < to; ++i) {
+                            out.push_back(static_cast<std::uint8_t>(p.text[i]));
+                            if (wide) out.push_back(static_cast<std::uint8_t>(p.text[i] >> 8));
+                        }
+                    };
+                    parts.back().insert(parts.back().end(), {static_cast<std::uint8_t>(p.text.size()), 0,
+                                                             static_cast<std::uint8_t>(p.wide ? 1 : 0)});
+                    if (k != piece) {
+                        put(parts.back(), 0, p.text.size(), p.wide);
+                        continue;
+                    }
+                    put(parts.back(), 0, cutAt, p.wide);
+                    if (cutAt == p.text.size()) {  // between strings: no flag byte
+                        parts.emplace_back();
+                        continue;
+                    }
+                    const bool later = style == 2 ? true : p.wide;
+                    if (style == 1) parts.push_back({static_cast<std::uint8_t>(p.wide ? 0 : 1)});
+                    parts.push_back({static_cast<std::uint8_t>(later ? 1 : 0)});
+                    put(parts.back(), cutAt, p.text.size(), later);
+                }
+                const std::vector<char> stream = SstStream(parts);
+                xls::Workbook::SharedStringTable sst;
+                ASSERT_EQ(sst.ReadFrom(stream.data(), stream.size()), stream.size());
+                EXPECT_TRUE(sst.complete);
+                EXPECT_EQ(Strings(sst.strings), expected);
+            }
+        }
+    }
+}
+
 TEST(RK, DecodesAllFourForms)
 {
     using RK = xls::Worksheet::CellTable::RowBlock::CellBlock::RK;
