@@ -4,6 +4,8 @@
 #include <climits>
 #include <cmath>
 #include <filesystem>
+#include <map>
+#include <random>
 #include <sstream>
 
 #include "support/temp_folder.h"
@@ -129,6 +131,45 @@ TEST(SheetGrid, LimitsAndGrowth)
     EXPECT_EQ(constant.FindCell(65536, 256), nullptr);
     EXPECT_EQ(reserved->GetTotalRows(), 3u);
     EXPECT_EQ(reserved->GetTotalCols(), 2u);
+}
+
+// Rows widen and move as cells are touched in any order; every cell keeps its value, and cells
+// copied from one another share text that outlives the original.
+TEST(SheetGrid, CellsKeepTheirValuesWhateverTheOrderOfFilling)
+{
+    std::mt19937 random(11);
+    for (const char* order : {"by rows", "by columns", "at random"}) {
+        SCOPED_TRACE(order);
+        Book book;
+        book.New(1);
+        xls::Sheet* sheet = book.GetWorksheet(0);
+        std::map<std::pair<std::size_t, std::size_t>, int> model;
+        const std::size_t rows = 1500, cols = 40;  // past the point where the row table is reserved whole
+        for (std::size_t i = 0; i < rows * cols / 2; ++i) {
+            std::size_t r = i / cols, c = i % cols;
+            if (order[3] == 'c') r = i % rows, c = i / rows;
+            if (order[0] == 'a') r = random() % rows, c = random() % cols;
+            const int value = static_cast<int>(random() % 1000);
+            Cell* cell = sheet->Cell(r, c);
+            ASSERT_NE(cell, nullptr);
+            if (value % 2)
+                cell->Set(value);
+            else
+                cell->Set(std::to_string(value).c_str());
+            model[{r, c}] = value;
+        }
+        for (const auto& [at, value] : model) {
+            const Cell* cell = sheet->Cell(at.first, at.second);
+            if (value % 2)
+                ASSERT_EQ(cell->GetInteger(), value) << at.first << "," << at.second;
+            else
+                ASSERT_STREQ(cell->GetString(), std::to_string(value).c_str()) << at.first << "," << at.second;
+        }
+        std::size_t counted = 0;
+        for (const auto& row : sheet->Rows())
+            for (const Cell& cell : row.cells) counted += cell.Type() != Cell::kUndefined;
+        EXPECT_EQ(counted, model.size());
+    }
 }
 
 TEST(SheetList, NamesAddRenameDelete)
